@@ -1,0 +1,39 @@
+/*
+ * A queue of elements that carry their own link.
+ *
+ * An element is any record whose first pointer-sized field belongs to the queue while the element is in it.
+ * The queue holds elements, it does not own them.
+ */
+#ifndef KEL_QUEUE_H
+#define KEL_QUEUE_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+struct kel_queue {
+    void *head;
+    void *tail;
+    uint32_t count;
+    uint32_t capacity;
+};
+
+/* Makes queue empty. The capacity is a hint and not a limit. Returns 1, or 0 for a null queue. */
+uint32_t kel_queue_init(struct kel_queue *queue, uint32_t capacity);
+
+/* 1 when the queue holds no element, else 0. */
+int kel_queue_empty(const struct kel_queue *queue);
+
+/* Takes the element at the head; null when there is none. */
+void *kel_queue_dequeue(struct kel_queue *queue);
+
+/* Puts element back at the head, so that it is the next to be taken. Null arguments do nothing. */
+void kel_queue_requeue(struct kel_queue *queue, void *element);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

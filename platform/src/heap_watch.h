@@ -1,0 +1,29 @@
+// What accounting and injected failure see of the named heap. While both are off, the allocator pays for one test of
+// heap_watched and calls nothing here.
+#ifndef TVK_PLATFORM_HEAP_WATCH_H
+#define TVK_PLATFORM_HEAP_WATCH_H
+
+#include <atomic>
+#include <cstddef>
+
+namespace tvk __attribute__((visibility("hidden"))) {
+
+    inline constinit std::atomic<bool> heap_watched{false};
+
+    struct BlockNote {
+        std::size_t size = 0;
+        const char *tag = nullptr;
+        bool known = false;
+    };
+
+    // Counts an allocation under tag (null for none) and says whether it is to fail.
+    bool allocation_must_fail(const char *tag) noexcept;
+
+    // A block that cannot be recorded for want of memory stays unknown.
+    void note_block(const void *block, std::size_t size, const char *tag) noexcept;
+    void forget_block(const void *block) noexcept;
+    BlockNote find_block(const void *block) noexcept;
+
+}  // namespace )
+
+#endif
