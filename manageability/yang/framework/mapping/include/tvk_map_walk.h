@@ -1,0 +1,275 @@
+/*
+ * Walking a request: the parse callbacks that generated mapping code calls, the tables that it hands them, and
+ * the state of the walk (node hierarchy, output list, request tree schema, instance-tree stack) with its lookups.
+ */
+#ifndef TVK_MAP_WALK_H
+#define TVK_MAP_WALK_H
+
+#include <stdint.h>
+
+#include "tvk_map_types.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- What mapping code provides -------------------------------------------------------------------------- */
+
+/*
+ * Handles a node of the request; target is what the mapping builds. A non-zero status ends the walk. Any handler of
+ * a table may be null: it then does nothing.
+ */
+typedef qerrno (*tmap_node_process_fp)(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
+                                       struct qidl_tvk_datatree *target);
+
+/* Handles a container itself, before its children. TVK_SKIP_NODE leaves the container out. */
+typedef qerrno (*tmap_cont_handler_fp)(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, uint32_t child_count,
+                                       struct qidl_tvk_datatree *target);
+
+/* Called for each instance of an instance item before its children are walked; the status is ignored. */
+typedef qerrno (*tmap_instance_fp)(tvk_map_ctx ctx, struct qidl_tvk_datatree *instance,
+                                   struct qidl_tvk_datatree *target, int reserved);
+
+/* Bits of tmap_child_entry::flags. */
+#define TMAP_CHILD_PROPAGATE 0x1u /* called too when a delete or read is propagated below the parent */
+#define TMAP_CHILD_KEY 0x2u       /* a key leaf of a list */
+
+/* A child of a container or list with a handler of its own. */
+struct tmap_child_entry {
+    const char *ctag;
+    tmap_node_process_fp handler;
+    uint8_t flags; /* TMAP_CHILD_* */
+};
+
+/* The table of a container. */
+struct tmap_node_cont_info {
+    tmap_cont_handler_fp cont_handler;
+    tmap_node_process_fp child_handler; /* children that no entry claims; in a propagation the container itself */
+    const struct tmap_child_entry *child_conts;
+    uint16_t child_cont_count;
+    const void *generator_data; /* not read */
+    const char *unsupported_ns; /* children of this namespace are refused, in a read left out; may be null */
+};
+typedef const struct tmap_node_cont_info *tmap_node_cont_info_p;
+
+/* A key of a list. The last two are for tvk_map_check_oc_leafref. */
+struct tmap_key_entry {
+    const char *key_tag;
+    const char *leafref_path;   /* hierarchy path of the list entry */
+    const char *leafref_target; /* child of the entry that holds the key's copy */
+};
+
+/* The table of a list. */
+struct tmap_node_list_info {
+    tmap_node_process_fp list_handler;  /* the entry itself; may push an instance item. TVK_SKIP_NODE leaves it out */
+    tmap_node_process_fp child_handler; /* children that no entry claims; in a propagation the list entry itself */
+    const struct tmap_child_entry *child_conts;
+    const struct tmap_key_entry *keys;
+    uint16_t child_cont_count;
+    uint8_t key_count;
+    const char *list_path; /* for tvk_map_update_current_list_node */
+    const char *unsupported_ns;
+};
+typedef const struct tmap_node_list_info *tmap_node_list_info_p;
+
+/* ---- Parse callbacks --------------------------------------------------------------------------------------
+ *
+ * The request node is declared read-only and changed all the same: node types and key marks are set, and during a
+ * replace or a propagation its operation and children are changed and given back.
+ */
+
+/*
+ * Walks a container: calls cont_handler, then for each child the entry that bears its tag, or child_handler.
+ *
+ * A delete or remove with children is refused. A replace is walked twice: as a remove without children, then as a
+ * merge with them; the node stays a merge. A container without children in a delete or read (or one that only
+ * compares values) is propagated: every entry with TMAP_CHILD_PROPAGATE (in a get-config every entry) and then
+ * child_handler are called with the container itself; what they return is ignored. Outside a propagation the
+ * container is a level of the node hierarchy meanwhile.
+ *
+ * Returns 0, also when cont_handler answers TVK_SKIP_NODE; the first other status of a handler;
+ * TVK_ERR_INVALID: node or target is null (error path recorded), or a delete has children;
+ * TVK_ERR_NOT_FOUND: a child has no tag, or the children's array is missing;
+ * TVK_ERR_NAMESPACE: a child is in unsupported_ns, outside a read (error_node_tag and error path recorded).
+ */
+TVK_MAP_API qerrno tmap_high_container_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
+                                             struct qidl_tvk_datatree *target, tmap_node_cont_info_p info);
+
+/*
+ * Walks a list entry: checks its keys, calls list_handler, then handles its children as a container's, or, when
+ * list_handler pushed an instance item, the children of each instance. The item is popped at the end.
+ *
+ * In a read that selects entries by other leaves than keys the key leaves are added to node.
+ *
+ * Returns as tmap_high_container_parse, and
+ * TVK_ERR_NOT_FOUND: an add request names no children at all;
+ * TVK_ERR_LIST_KEY: keys are missing or, in an add request, without value (error_node_tag and error path recorded);
+ * TVK_ERR_KEY_OPERATION: a key leaf is to be deleted (error path recorded);
+ * the status of tvk_map_check_oc_leafref: node then stays a level of the hierarchy;
+ * the status of tvk_map_update_current_list_node, when list_path cannot be kept: nothing was called.
+ */
+TVK_MAP_API qerrno tmap_high_list_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
+                                        struct qidl_tvk_datatree *target, tmap_node_list_info_p info);
+
+/*
+ * Handles a leaf: calls process, then, outside propagation and key work, marks the leaf's node type for the get
+ * filter. name and value are not used. Returns what process returned; TVK_ERR_INVALID when leaf or target is null
+ * (error path recorded) or process is null.
+ */
+TVK_MAP_API qerrno tmap_high_leaf_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *leaf,
+                                        struct qidl_tvk_datatree *target, const char *name, uint8_t value,
+                                        tmap_node_process_fp process);
+
+/* Hooks that generated code calls at fixed points. They do nothing and return 0. */
+TVK_MAP_API qerrno tmap_high_augment_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
+                                           struct qidl_tvk_datatree *target, tmap_node_cont_info_p info);
+TVK_MAP_API qerrno tvk_map_cont_handle_when_statement(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
+                                                      struct qidl_tvk_datatree *target, tmap_node_cont_info_p info);
+TVK_MAP_API qerrno tvk_map_list_handle_when_statement(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
+                                                      struct qidl_tvk_datatree *target, tmap_node_list_info_p info);
+
+/* 1 when both are given and equal, else 0. */
+TVK_MAP_API int tvk_map_do_these_match(const char *a, const char *b);
+
+/* ---- Node hierarchy and output list ----------------------------------------------------------------------- */
+
+/*
+ * Pushes node (borrowed until it is popped) on the hierarchy as a level of kind TVK_LEVEL_*. A node with the
+ * operation create becomes create_node, even when the push then fails.
+ * Returns 0; TVK_ERR_INVALID for a null context, node or state record; TVK_ERR_NO_MEMORY when 50 levels are in use.
+ * A path that does not fit 999 characters is logged and kept without what did not fit; running out of memory
+ * leaves the level without its path or tag. Neither fails the push.
+ */
+TVK_MAP_API qerrno tvk_map_add_to_node_hierarchy(tvk_map_ctx ctx, struct qidl_tvk_datatree *node, uint32_t kind);
+
+/*
+ * Pops the top level, whatever node is; node is compared with create_node only. An output entry on top of its list
+ * that was made at this very container level goes with it.
+ * Returns 0; TVK_ERR_INVALID when the hierarchy is empty, or for a null context or state record.
+ */
+TVK_MAP_API qerrno tvk_map_remove_from_node_hierarchy(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node);
+
+/*
+ * Makes path the current list. The slot arrays of the context are kept when path is the current list or lies below
+ * it, and cleared otherwise.
+ * Returns 0; TVK_ERR_NOT_FOUND for a null context; TVK_ERR_INVALID for a null path; TVK_ERR_NO_MEMORY: the former
+ * list stays current.
+ */
+TVK_MAP_API qerrno tvk_map_update_current_list_node(tvk_map_ctx ctx, const char *path);
+
+/*
+ * Moves the pending entry (pending_*) to the end of the output list, which takes its strings over.
+ * Returns 0, also when there is no pending trim path or no context; TVK_ERR_NOT_FOUND when 50 entries are in use:
+ * the entry stays pending.
+ */
+TVK_MAP_API qerrno tvk_add_to_output_list_ctx(tvk_map_ctx ctx);
+
+/*
+ * Drops the last output entry with its strings. The two nodes are not used. A null context asserts.
+ * Returns 0; TVK_ERR_INVALID when the list is empty or there is no state record.
+ */
+TVK_MAP_API qerrno tvk_remove_from_output_list_ctx(tvk_map_ctx ctx,
+                                                   const struct qidl_tvk_datatree *ignored_1 TVK_MAP_DEFAULT(nullptr),
+                                                   const struct qidl_tvk_datatree *ignored_2 TVK_MAP_DEFAULT(nullptr));
+
+/* Stores resp_tree_instance_root. Always 0; nothing is stored without a context, state record or out pointer. */
+TVK_MAP_API qerrno tvk_map_get_resp_tree_instance_root(tvk_map_ctx ctx, struct qidl_tvk_datatree **root);
+
+/* ---- Request tree schema ----------------------------------------------------------------------------------
+ *
+ * A skeleton of the tags and namespaces that a request visited, below a root called "root". A node that has been
+ * descended into keeps its parent in attributes, with attribute_count 0.
+ */
+
+/* Kind of a leaf, which is not descended into. */
+#define TVK_SCHEMA_LEAF 3u
+
+/*
+ * Adds a node with node's tag and namespace below the node that was added last, and descends to it unless kind is
+ * TVK_SCHEMA_LEAF. The first call of a request makes the root and descends whatever kind is. A child of the same
+ * tag and namespace is descended into again; a child whose namespace equals node's tag counts as there already,
+ * and nothing changes.
+ * Returns 0; TVK_ERR_INVALID for a null context, state record or node; else what adding the node returned.
+ */
+TVK_MAP_API qerrno tvk_map_add_node_to_req_tree_schema(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
+                                                       uint32_t kind);
+
+/* Ascends to the parent; the root is its own. Always 0. Ascending before anything was added is an assertion. */
+TVK_MAP_API qerrno tvk_map_update_req_tree_schema(tvk_map_ctx ctx);
+
+/* Releases the schema. The next node that is added starts a new one; do not ascend before. */
+TVK_MAP_API void tvk_map_free_req_tree_schema(tvk_map_ctx ctx);
+
+/* ---- Instance-tree stack ---------------------------------------------------------------------------------- */
+
+#define TVK_LIST_INSTANCE_TAG "LIST_INSTANCE_NODE"
+
+/*
+ * Pushes an item. When the first node's tag is "LIST_INSTANCE_NODE" the item owns the array (of the named heap)
+ * and its records from then on; otherwise it borrows it. Always 0. When memory runs out nothing is pushed, which
+ * tvk_map_util_itree_stack_size tells, and the array stays the caller's. A 51st item is an assertion.
+ */
+TVK_MAP_API qerrno tvk_map_util_itree_stack_push(tvk_map_ctx ctx, struct qidl_tvk_datatree *nodes, uint32_t node_count,
+                                                 uintptr_t extra);
+
+/*
+ * Pops the top item, releases it with what it owns, and forgets all recorded paths (also when the stack is empty).
+ * An item without nodes is only taken off the stack; who needs its record back peeks it first and releases it with
+ * kel_named_free. Always 0.
+ */
+TVK_MAP_API qerrno tvk_map_util_itree_stack_pop(tvk_map_ctx ctx);
+
+/* Stores the top item (owned by the stack); item stays as it was when the stack is empty. Always 0. */
+TVK_MAP_API qerrno tvk_map_util_itree_stack_peak(tvk_map_ctx ctx, struct tvk_map_itree_item **item);
+
+/*
+ * Stores the item of a level, counted from 1 at the bottom over the items that have nodes and are not list
+ * instances. Level 0 is an item without nodes below all those. item stays as it was when there is none. Always 0.
+ */
+TVK_MAP_API qerrno tvk_map_util_itree_stack_peak_level(tvk_map_ctx ctx, uint32_t level,
+                                                       struct tvk_map_itree_item **item);
+
+/* The number of items; 0 without a context. */
+TVK_MAP_API uint32_t tvk_map_util_itree_stack_size(tvk_map_ctx ctx);
+
+/* ---- Values of nodes that the walk is inside --------------------------------------------------------------
+ *
+ * path is the path of a hierarchy level, such as "/interfaces/interface"; the tags lead down from its node. The
+ * first match counts; values and nodes stay the request's. A null path or tag matches nothing. Each returns 0 with
+ * its out values written, or TVK_ERR_INVALID with them as they were.
+ */
+
+/* The value of a child. During propagation and key work, also of a node of the top instance item. */
+TVK_MAP_API qerrno tvk_map_get_node_info(tvk_map_ctx ctx, const char *path, const char *tag, char **value);
+
+/* A child, or null. */
+TVK_MAP_API struct qidl_tvk_datatree *tvk_map_get_node(tvk_map_ctx ctx, const char *path, const char *tag);
+
+/* The value of a grandchild, and the grandchild. */
+TVK_MAP_API qerrno tvk_map_dfs_get_child_match(tvk_map_ctx ctx, const char *path, const char *child_tag,
+                                               const char *grandchild_tag, char **value,
+                                               struct qidl_tvk_datatree **node);
+
+/* The value of a grandchild. */
+TVK_MAP_API qerrno tvk_map_get_node_info_mpls_static(tvk_map_ctx ctx, const char *path, const char *child_tag,
+                                                     const char *grandchild_tag, char **value);
+
+/* The value of a great-grandchild. */
+TVK_MAP_API qerrno tvk_map_get_node_info_inv_thresh_static(tvk_map_ctx ctx, const char *path, const char *child_tag,
+                                                           const char *grandchild_tag, const char *great_grandchild_tag,
+                                                           char **value);
+
+/*
+ * Checks that the key key_tag of an OpenConfig list entry has the value of its copy below leafref_target. A node
+ * whose namespace does not contain "openconfig" passes, as does every request that is not an add request, and an
+ * entry without the copy or the key. A copy that is to be deleted does not pass.
+ * Returns 0; TVK_ERR_NAMESPACE on a mismatch, with the copy's value in error_node_tag and the error path recorded.
+ */
+TVK_MAP_API qerrno tvk_map_check_oc_leafref(tvk_map_ctx ctx, const char *leafref_path, const char *leafref_target,
+                                            const char *key_tag, const struct qidl_tvk_datatree *list_node);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,270 @@
+// The one place where a node comes to stand in a tree.
+#include <functional>
+
+#include "platform_info.h"
+#include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_common/internal/node.h"
+#include "tvk_map_common/internal/request.h"
+#include "tvk_map_datatree.h"
+#include "tvk_map_lists.h"
+
+namespace {
+
+using tvk::Node;
+
+constexpr char kPrototype[] =
+    "qerrno tvk_map_datatree_add_subtree_flagged(tvk_map_ctx, struct qidl_tvk_datatree *, const char *, const char *, "
+    "const char *, const struct qidl_tvk_datatree *, struct qidl_tvk_datatree **, int, int)";
+
+struct Addition {
+    tvk_map_ctx ctx;
+    Node &parent;
+    const char *tag;
+    const char *ns;
+    const char *data;
+    const Node *template_node;
+    Node **out;
+    bool append;
+    int flags;
+
+    bool flagged(int flag) const { return (flags & flag) != 0; }
+    void found(Node &node) const {
+        if (out != nullptr) {
+            *out = &node;
+        }
+    }
+};
+
+bool platform_excludes(const char *tag) {
+    return std::strcmp(tag, "vrrp") == 0 &&
+           (platform_get_router_type() == 7 || platform_get_router_type() == 18 || platform_get_router_type() == 8);
+}
+
+qerrno leave_out(tvk_map_ctx ctx, const char *tag) {
+    qerrno status = TVK_OK;
+    if (tvk::is_add_request(ctx)) {
+        TVK_ERR(ctx, "vrrp not supported on this platform");
+        tvk::set_error_node_tag(ctx, tag);
+        tvk_oc_error_path(ctx);
+        status = TVK_ERR_UNSUPPORTED;
+    }
+    TVK_TRC(ctx, "End");
+    return status;
+}
+
+bool is_candidate(const Addition &add, const Node &child) {
+    if (!tvk::has(child, TVK_HAS_TAG) || !tvk::has(child, TVK_HAS_NS) || !tvk::same_text(child.tag, add.tag)) {
+        return false;
+    }
+    // Removed by the first pass of a replace: the presence bit of the operation does not matter here.
+    if (add.flagged(TVK_ADD_TEMPLATE_ON_PATH) && child.operation == TVK_OPERATION_REMOVE) {
+        return false;
+    }
+    return add.flagged(TVK_ADD_MATCH_TAG_ONLY) || tvk::same_text(child.ns, add.ns);
+}
+
+enum class Match { kNone, kPassedOver, kStopped };
+
+// Finds an existing child. A child that was appended as an instance of its own is passed over while there may be a
+// further one, so that the last instance is found; the search stops at any other child.
+Match find_existing(const Addition &add, Node *&found) {
+    const bool keep_looking = add.template_node == nullptr || add.flagged(TVK_ADD_TEMPLATE_ON_PATH);
+    Match match = Match::kNone;
+    for (Node &child : tvk::children(add.parent)) {
+        if (!is_candidate(add, child)) {
+            continue;
+        }
+        found = &child;
+        add.found(child);
+        if (!keep_looking || child.subtree_index == 0) {
+            return Match::kStopped;
+        }
+        match = Match::kPassedOver;
+    }
+    return match;
+}
+
+qerrno give_data(const Addition &add, Node &node) {
+    if (add.data == nullptr) {
+        return TVK_OK;
+    }
+    // The new value may be part of the old one, so it is copied before that goes.
+    tvk::NamedString copy = tvk::copy_text(add.data, "TVK MAP add subtree data");
+    if (tvk::has(node, TVK_HAS_DATA)) {
+        tvk::release(node.data);
+    }
+    tvk::set_absent(node, TVK_HAS_DATA);
+    if (copy == nullptr) {
+        TVK_ERR(add.ctx, "Failed to duplicate data!");
+        return TVK_ERR_NO_MEMORY;
+    }
+    node.data = copy.release();
+    tvk::set_present(node, TVK_HAS_DATA);
+    return TVK_OK;
+}
+
+// Makes room for one more child and returns the array with it; null when there is no memory, the parent then
+// unchanged. On success the parent already owns the array, since it may have moved; its count does not show the new
+// record yet.
+Node *make_room(const Addition &add, std::int32_t count) {
+    Node *array = nullptr;
+    if (!tvk::has(add.parent, TVK_HAS_SUBTREES)) {
+        TVK_TRC(add.ctx, "Allocating a new subtree array.");
+        array = static_cast<Node *>(kel_named_calloc_(1, sizeof(Node), "TVK MAP add subtree flg", 0));
+    } else {
+        if ((tvk::build_flags(add.ctx) & TVK_BUILD_FILTERED) != 0) {
+            ++add.ctx->state->added_node_count;
+        }
+        TVK_TRC(add.ctx, "Expanding subtree array.");
+        const auto records = static_cast<std::size_t>(count) + 1;
+        array = static_cast<Node *>(kel_named_realloc(add.parent.subtrees, records * sizeof(Node)));
+        if (array != nullptr) {
+            add.parent.subtrees = array;
+        }
+    }
+    if (array == nullptr) {
+        TVK_ERR(add.ctx, "Failed to allocate subtrees!");
+    }
+    return array;
+}
+
+// Gives the record its texts; false at the first that cannot be copied.
+bool name(const Addition &add, Node &node) {
+    node.tag = tvk_strdup(add.tag, "TVK MAP idx");
+    if (node.tag == nullptr) {
+        return false;
+    }
+    TVK_TRC(add.ctx, "Setting tag name '%s'.", node.tag);
+    tvk::set_present(node, TVK_HAS_TAG);
+    node.ns = tvk_strdup(add.ns, "TVK MAP ns");
+    if (node.ns == nullptr) {
+        return false;
+    }
+    tvk::set_present(node, TVK_HAS_NS);
+    if (add.data == nullptr) {
+        return true;
+    }
+    node.data = tvk_strdup(add.data, "TVK MAP data");
+    if (node.data == nullptr) {
+        return false;
+    }
+    TVK_TRC(add.ctx, "Setting node data '%s'.", node.data);
+    tvk::set_present(node, TVK_HAS_DATA);
+    return true;
+}
+
+void apply_template(tvk_map_ctx ctx, const Node &template_node, Node &node) {
+    if (tvk::has(template_node, TVK_HAS_OPERATION)) {
+        TVK_TRC(ctx, "Setting operation '%d'.", static_cast<int>(template_node.operation));
+        tvk::set_operation(node, template_node.operation);
+    }
+    if (tvk::carries_insert(template_node)) {
+        TVK_TRC(ctx, "Setting insert");
+        tvk::set_present(node, TVK_HAS_EDIT_INSERT);
+        qidl_tvk_edit_ins_duplicate(&node.edit_insert, &template_node.edit_insert, tvk_gpb_alloc, nullptr);
+    }
+    if (tvk::has(template_node, TVK_HAS_NODE_KIND)) {
+        TVK_TRC(ctx, "Setting operation '%d'.", static_cast<int>(template_node.node_kind));
+        node.node_kind = template_node.node_kind;
+        tvk::set_present(node, TVK_HAS_NODE_KIND);
+    }
+}
+
+void apply_marks(const Addition &add, Node &node, std::int32_t new_count) {
+    if (add.flagged(TVK_ADD_MARK_TREE_TRAVERSE)) {
+        TVK_TRC(add.ctx, "Setting tree tarverse '%d'.", static_cast<int>(TVK_NODE_KIND_TREE_TRAVERSE));
+        node.node_kind = TVK_NODE_KIND_TREE_TRAVERSE;
+        tvk::set_present(node, TVK_HAS_NODE_KIND);
+    }
+    if (add.append) {
+        TVK_TRC(add.ctx, "Setting subtree_index '%d'.", static_cast<int>(new_count));
+        node.subtree_index = new_count;
+        tvk::set_present(node, TVK_HAS_SUBTREE_INDEX);
+    }
+}
+
+// A template may be a child of the very parent, whose array is about to move.
+class TemplateReference {
+public:
+    TemplateReference(const Node *template_node, std::span<Node> siblings) : template_node_(template_node) {
+        const std::less<const Node *> before;
+        if (template_node != nullptr && !siblings.empty() && !before(template_node, siblings.data()) &&
+            before(template_node, siblings.data() + siblings.size())) {
+            sibling_ = template_node - siblings.data();
+        }
+    }
+
+    const Node *in(const Node *array) const { return sibling_ >= 0 ? array + sibling_ : template_node_; }
+
+private:
+    const Node *template_node_;
+    std::ptrdiff_t sibling_ = -1;
+};
+
+qerrno add_new(const Addition &add) {
+    const std::span<Node> siblings = tvk::children(add.parent);
+    const TemplateReference template_reference{add.template_node, siblings};
+    const auto count = static_cast<std::int32_t>(siblings.size());
+    if (count == INT32_MAX) {
+        TVK_ERR(add.ctx, "Failed to allocate subtrees!");
+        return TVK_ERR_NO_MEMORY;
+    }
+    Node *array = make_room(add, count);
+    if (array == nullptr) {
+        return TVK_ERR_NO_MEMORY;
+    }
+    Node &node = array[count];
+    node = Node{};
+    if (!name(add, node)) {
+        // Siblings stay with their parent; only what was made here goes.
+        tvk::free_contents(node);
+        if (!tvk::has(add.parent, TVK_HAS_SUBTREES)) {
+            kel_named_free(array);
+        }
+        return TVK_ERR_NO_MEMORY;
+    }
+    if (const Node *template_node = template_reference.in(array); template_node != nullptr) {
+        apply_template(add.ctx, *template_node, node);
+    }
+    apply_marks(add, node, count + 1);
+    TVK_TRC(add.ctx, "Setting updated subtree array (%p).", static_cast<void *>(array));
+    tvk::attach_children(add.parent, {array, count + 1});
+    add.found(node);
+    return TVK_OK;
+}
+
+}  // namespace
+
+qerrno tvk_map_datatree_add_subtree_flagged(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent, const char *tag,
+                                            const char *ns, const char *data,
+                                            const struct qidl_tvk_datatree *template_node,
+                                            struct qidl_tvk_datatree **out, int append, int flags) {
+    if (ctx == nullptr || parent == nullptr || tag == nullptr || ns == nullptr) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    if (platform_excludes(tag)) {
+        return leave_out(ctx, tag);
+    }
+    const Addition add{ctx, *parent, tag, ns, data, template_node, out, append != 0, flags};
+    if (!add.append) {
+        Node *found = nullptr;
+        switch (find_existing(add, found)) {
+            case Match::kStopped:
+                return give_data(add, *found);
+            case Match::kPassedOver:
+                return TVK_OK;
+            case Match::kNone:
+                break;
+        }
+    }
+    return add_new(add);
+}
+
+qerrno tvk_map_datatree_add_subtree(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent, const char *tag, const char *ns,
+                                    const char *data, const struct qidl_tvk_datatree *template_node,
+                                    struct qidl_tvk_datatree **out, int append) {
+    return tvk_map_datatree_add_subtree_flagged(ctx, parent, tag, ns, data, template_node, out, append, 0);
+}

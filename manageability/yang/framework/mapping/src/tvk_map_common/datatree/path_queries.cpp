@@ -1,0 +1,173 @@
+// Cutting paths down, and asking what stands at one.
+#include <cstring>
+
+#include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_common/internal/node.h"
+#include "tvk_map_common/internal/owned.h"
+#include "tvk_map_common/internal/path.h"
+#include "tvk_map_datatree.h"
+#include "tvk_map_lists.h"
+
+using tvk::Node;
+
+qerrno tvk_map_datatree_trim_path(tvk_map_ctx ctx, const char **path, const char *prefix) {
+    const char *occurrence = std::strstr(*path, prefix);
+    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+                       "qerrno tvk_map_datatree_trim_path(tvk_map_ctx, const char **, const char *)");
+    if (occurrence == nullptr) {
+        TVK_ERR(ctx, "original path : '%s", *path);
+        TVK_ERR(ctx, "trimmed path %s", *path);
+        return TVK_ERR_NOT_FOUND;
+    }
+    TVK_TRC(ctx, "original path : '%s", *path);
+    *path = occurrence + std::strlen(prefix);
+    TVK_TRC(ctx, "trimmed path %s", *path);
+    return TVK_OK;
+}
+
+qerrno tvk_map_datatree_process_list_ctx(tvk_map_ctx ctx, struct qidl_tvk_datatree **node, const char **path) {
+    if (ctx == nullptr) {
+        return TVK_ERR_NOT_FOUND;
+    }
+    if (ctx->state == nullptr || ctx->state->output_list_count == 0) {
+        return TVK_OK;
+    }
+    if (node == nullptr || path == nullptr || *path == nullptr) {
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    const tvk_map_output_entry &entry = ctx->state->output_list[ctx->state->output_list_count - 1];
+    if (entry.trim_path == nullptr || tvk_map_datatree_trim_path(ctx, path, entry.trim_path) != TVK_OK) {
+        return TVK_ERR_NOT_FOUND;
+    }
+    *node = entry.list_node;
+    return TVK_OK;
+}
+
+namespace {
+
+constexpr char kBgpNamespace[] = "http://openconfig.net/yang/bgp";
+
+qerrno find_last_child(tvk_map_ctx ctx, Node *tree, const char *path, Node **out) {
+    Node *reached = nullptr;
+    const qerrno status =
+        tvk_map_datatree_add_path_flagged(ctx, tree, path, kBgpNamespace, nullptr, nullptr, &reached, 0, 0);
+    if (status != TVK_OK) {
+        return status;
+    }
+    if (reached == nullptr || tvk::children(*reached).empty()) {
+        tvk_oc_error_path(ctx);
+        return TVK_ERR_INVALID;
+    }
+    *out = &tvk::children(*reached).back();
+    return TVK_OK;
+}
+
+// Descends from node to the child that the next component names; node stays when there is none. False when a child
+// without a tag comes first.
+bool descend(const Node *&node, const char *next) {
+    for (const Node &child : tvk::children(*node)) {
+        if (!tvk::has(child, TVK_HAS_TAG) || child.tag == nullptr) {
+            return false;
+        }
+        if (std::strcmp(child.tag, next) == 0) {
+            node = &child;
+            return true;
+        }
+    }
+    return true;
+}
+
+qerrno count_children(tvk_map_ctx ctx, const Node *node, tvk::Components components, uint32_t *count) {
+    for (; !components.is_last(); components.advance()) {
+        TVK_TRC(ctx, "Checking node '%s'", components.current());
+        if (node->tag == nullptr) {
+            TVK_ERR(ctx, "Invalid datatree passed!");
+            return TVK_ERR_NOT_FOUND;
+        }
+        if (std::strcmp(node->tag, components.current()) != 0) {
+            TVK_ERR(ctx, "Can't find '%s' in the datatree!", components.current());
+            return TVK_ERR_NOT_FOUND;
+        }
+        TVK_TRC(ctx, "Checking subtrees of node '%s'", components.current());
+        if (tvk::children(*node).empty()) {
+            *count = 0;
+            return TVK_OK;
+        }
+        if (!descend(node, components.next())) {
+            TVK_ERR(ctx, "Invalid datatree passed!");
+            return TVK_ERR_NOT_FOUND;
+        }
+    }
+    // The last component is not compared: where it matched nothing, this is still the node above it.
+    TVK_TRC(ctx, "Checking subtrees of a last node '%s'", components.current());
+    *count = tvk::has(*node, TVK_HAS_SUBTREES) ? static_cast<uint32_t>(node->subtree_count) : 0;
+    return TVK_OK;
+}
+
+}  // namespace
+
+qerrno tvk_map_datatree_get_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_datatree *tree, const char *path,
+                                         struct qidl_tvk_datatree **out) {
+    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+                       "qerrno tvk_map_datatree_get_last_subtree(tvk_map_ctx, struct qidl_tvk_datatree *, const char "
+                       "*, struct qidl_tvk_datatree **)");
+    TVK_TRC(ctx, "Start");
+    if (tree == nullptr || path == nullptr || out == nullptr) {
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    const qerrno status = find_last_child(ctx, tree, path, out);
+    TVK_TRC(ctx, "End");
+    return status;
+}
+
+qerrno tvk_map_datatree_get_subtree_num(tvk_map_ctx ctx, const struct qidl_tvk_datatree *tree, const char *path,
+                                        uint32_t *count) {
+    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+                       "qerrno tvk_map_datatree_get_subtree_num(tvk_map_ctx, const struct qidl_tvk_datatree *, const "
+                       "char *, uint32_t *)");
+    TVK_TRC(ctx, "Start");
+    if (tree == nullptr || path == nullptr || count == nullptr) {
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    qerrno status = TVK_OK;
+    if (!tvk::has(*tree, TVK_HAS_SUBTREES)) {
+        *count = 0;
+    } else if (const tvk::NamedString copy = tvk::copy_text(path, "TVK MAP get subtree num"); copy == nullptr) {
+        TVK_ERR(ctx, "Failed to copy path string!");
+        status = TVK_ERR_NO_MEMORY;
+    } else {
+        TVK_TRC(ctx, "Searching subtrees of path '%s'", path);
+        const tvk::Components components{copy.get()};
+        if (components.current() != nullptr) {
+            status = count_children(ctx, tree, components, count);
+        }
+    }
+    TVK_TRC(ctx, "End");
+    return status;
+}
+
+qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_datatree *node) {
+    if (node == nullptr) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+                           "qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx, struct qidl_tvk_datatree *)");
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    // The count alone is looked at, not the presence bit.
+    if (node->subtrees == nullptr || node->subtree_count < 2) {
+        return TVK_OK;
+    }
+    const std::int32_t remaining = node->subtree_count - 1;
+    tvk::free_contents(node->subtrees[remaining]);
+    void *shrunk = kel_named_realloc(node->subtrees, static_cast<std::size_t>(remaining) * sizeof(Node));
+    if (shrunk != nullptr) {
+        node->subtrees = static_cast<Node *>(shrunk);
+    }  // else the old array stands, and its last record is unused
+    node->subtree_count = remaining;
+    tvk::set_present(*node, TVK_HAS_SUBTREES);
+    return TVK_OK;
+}

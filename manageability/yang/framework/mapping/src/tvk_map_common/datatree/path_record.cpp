@@ -1,0 +1,59 @@
+#include "tvk_map_common/datatree/path_record.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_datatree.h"
+#include "tvk_string.h"
+
+namespace {
+
+bool one_begins_with_the_other(const char *a, const char *b) {
+    return std::strncmp(a, b, std::min(std::strlen(a), std::strlen(b))) == 0;
+}
+
+bool is_covered(const tvk_map_request_state &state, const char *path) {
+    return std::any_of(state.path_record, state.path_record + state.path_record_count,
+                       [path](const char *recorded) { return one_begins_with_the_other(path, recorded); });
+}
+
+// A path of one component has no "/" to cut at and stays whole.
+void cut_last_component(char *path) {
+    if (char *last_separator = std::strrchr(path, '/'); last_separator != nullptr) {
+        *last_separator = '\0';
+    }
+}
+
+}  // namespace
+
+bool tvk::record_path(tvk_map_ctx ctx, const char *path, char *working_path) {
+    if (ctx->state == nullptr || ctx->state->path_record_mode == TVK_PATH_RECORD_OFF) {
+        return true;
+    }
+    tvk_map_request_state &state = *ctx->state;
+    if (state.path_record_count >= TVK_MAP_MAX_RECORDED_PATHS) {
+        TVK_ERR(ctx, "xpath max reached its limit");
+        return false;
+    }
+    if (is_covered(state, path)) {
+        return false;
+    }
+    char *slot = state.path_record[state.path_record_count];
+    if (tvk_strcpy_s(__func__, slot, TVK_MAP_MAX_PATH, path) != 0) {
+        return false;
+    }
+    if (state.path_record_mode != TVK_PATH_RECORD_KEEP_LAST) {
+        cut_last_component(working_path);
+    }
+    ++state.path_record_count;
+    return true;
+}
+
+qerrno tvk_map_clear_xpath_ctx(tvk_map_ctx ctx) {
+    if (ctx != nullptr && ctx->state != nullptr) {
+        std::memset(ctx->state->path_record, 0, sizeof ctx->state->path_record);
+        ctx->state->path_record_count = 0;
+    }
+    return TVK_OK;
+}

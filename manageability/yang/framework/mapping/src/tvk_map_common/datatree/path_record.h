@@ -1,0 +1,15 @@
+// The record of paths already added, in path-recording mode.
+#ifndef TVK_MAP_DATATREE_PATH_RECORD_H
+#define TVK_MAP_DATATREE_PATH_RECORD_H
+
+#include "tvk_map_types.h"
+
+namespace tvk {
+
+// Records path, and cuts working_path (a writable copy of it) as the mode says. False when nothing is to be added:
+// the path is covered already or cannot be recorded. Always true while recording is off.
+bool record_path(tvk_map_ctx ctx, const char *path, char *working_path);
+
+}  // namespace tvk
+
+#endif

@@ -1,0 +1,75 @@
+// Adding a node together with the children of another one.
+#include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_common/internal/node.h"
+#include "tvk_map_common/internal/owned.h"
+#include "tvk_map_datatree.h"
+
+using tvk::Node;
+
+qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent,
+                                              const struct qidl_tvk_datatree *source, int append) {
+    if (source == nullptr) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+                           "qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx, struct qidl_tvk_datatree *, "
+                           "const struct qidl_tvk_datatree *, int)");
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    // Read first: the source may be a child of the parent, whose array moves.
+    const bool has_children = tvk::has(*source, TVK_HAS_SUBTREES);
+    const tvk::DetachedChildren shared{source->subtrees, source->subtree_count};
+    Node *added = nullptr;
+    const qerrno status = tvk_map_datatree_add_subtree_flagged(ctx, parent, source->tag, source->ns, source->data,
+                                                               nullptr, &added, append, 0);
+    if (status == TVK_OK && added != nullptr && has_children) {
+        tvk::attach_children(*added, shared);
+    }
+    return status;
+}
+
+namespace {
+
+qerrno move_child(tvk_map_ctx ctx, Node &target, Node &child) {
+    const tvk::DetachedChildren moving{child.subtrees, child.subtree_count};
+    Node *added = nullptr;
+    const qerrno status =
+        tvk_map_datatree_add_subtree_flagged(ctx, &target, child.tag, child.ns, child.data, nullptr, &added, 1, 0);
+    // Emptied whether or not it moved; the bit stays, so that the child still reads as a container.
+    tvk::attach_children(child, {nullptr, 0});
+    if (added != nullptr) {
+        tvk::attach_children(*added, moving);
+        return status;
+    }
+    // Nobody shows these children any more, so they go here.
+    for (Node &orphan : tvk::child_array(moving.array, moving.count)) {
+        tvk::free_contents(orphan);
+    }
+    kel_named_free(moving.array);
+    return status;
+}
+
+}  // namespace
+
+qerrno tvk_map_add_subtrees_from_source_to_target(tvk_map_ctx ctx, struct qidl_tvk_datatree *target,
+                                                  struct qidl_tvk_datatree *source) {
+    if (target == nullptr || source == nullptr) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+                           "qerrno tvk_map_add_subtrees_from_source_to_target(tvk_map_ctx, struct qidl_tvk_datatree "
+                           "*, struct qidl_tvk_datatree *)");
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    if (target == source) {
+        return TVK_OK;  // they are there already
+    }
+    for (Node &child : tvk::children(*source)) {
+        if (&child == target) {
+            continue;  // a node does not move below itself
+        }
+        if (const qerrno status = move_child(ctx, *target, child); status != TVK_OK) {
+            return status;
+        }
+    }
+    return TVK_OK;
+}

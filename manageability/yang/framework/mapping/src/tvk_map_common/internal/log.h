@@ -1,0 +1,41 @@
+// Messages. Each is offered to the debug log and to the trace, independently, and formatted only for a sink that is
+// on.
+//
+// The context at a log site is never null: operations assert it before they come to one.
+#ifndef TVK_MAP_INTERNAL_LOG_H
+#define TVK_MAP_INTERNAL_LOG_H
+
+#include <cstdint>
+
+#include "tvk_diagnostics.h"
+
+namespace tvk {
+
+// Appends one line to the trace, cut to what a trace line holds.
+__attribute__((format(printf, 2, 3))) void trace_line(void *trace_handle, const char *format, ...);
+
+// A text as messages show it: null has a spelling of its own.
+inline const char *shown(const char *text) {
+    return text != nullptr ? text : "(null)";
+}
+
+}  // namespace tvk
+
+// The site word is one per message and place; the debug log may keep its filtering decision there.
+#define TVK_LOG_(ctx, level, handle, name, body, ...)                                                                  \
+    do {                                                                                                               \
+        static std::uint32_t tvk_site_word = 0xffffffffU;                                                              \
+        if (tvk_debug_should_log(&(ctx)->log_filter, level) != 0) {                                                    \
+            _kel_dt_log_filter_adv((ctx)->handle, 0, 0, 0, 0, 0, &tvk_site_word, name ": TVK: ctx=%p," body,           \
+                                   static_cast<void *>(ctx) __VA_OPT__(, ) __VA_ARGS__);                               \
+        }                                                                                                              \
+        if ((ctx)->trace_enabled != 0) {                                                                               \
+            ::tvk::trace_line((ctx)->trace_handle, "#%u: " name ": %s:%d ctx=%p," body, ret_nc_tvk_trace_index_incr(), \
+                              __func__, __LINE__, static_cast<void *>(ctx) __VA_OPT__(, ) __VA_ARGS__);                \
+        }                                                                                                              \
+    } while (false)
+
+#define TVK_ERR(ctx, body, ...) TVK_LOG_(ctx, TVK_LOG_LEVEL_ERR, err_log_handle, "ERR", body __VA_OPT__(, ) __VA_ARGS__)
+#define TVK_TRC(ctx, body, ...) TVK_LOG_(ctx, TVK_LOG_LEVEL_TRC, trc_log_handle, "TRC", body __VA_OPT__(, ) __VA_ARGS__)
+
+#endif

@@ -1,0 +1,178 @@
+// Finding a list entry by its key, and adding it where it is missing.
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_common/internal/node.h"
+#include "tvk_map_common/internal/owned.h"
+#include "tvk_map_common/internal/path.h"
+#include "tvk_map_datatree.h"
+#include "tvk_map_lists.h"
+
+using tvk::Node;
+using tvk::same_text;
+
+namespace {
+
+// The first child of the tag; null when a child without a tag comes first.
+const Node *first_child(const Node &node, const char *tag) {
+    for (const Node &child : tvk::children(node)) {
+        if (child.tag == nullptr) {
+            return nullptr;
+        }
+        if (std::strcmp(child.tag, tag) == 0) {
+            return &child;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+qerrno tvk_map_get_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **node, char *path, char *ns) {
+    if (path == nullptr) {
+        return TVK_ERR_INVALID;
+    }
+    if (node == nullptr || *node == nullptr) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+                           "qerrno tvk_map_get_list(tvk_map_ctx, const struct qidl_tvk_datatree **, char *, char *)");
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    for (tvk::Components components{path}; components.current() != nullptr; components.advance()) {
+        const Node *child = first_child(**node, components.current());
+        if (child == nullptr || (ns != nullptr && !same_text(child->ns, ns))) {
+            break;
+        }
+        if (components.is_last()) {
+            return TVK_OK;  // at the parent of the entries
+        }
+        *node = child;
+    }
+    tvk_oc_error_path(ctx);
+    return TVK_ERR_INVALID;
+}
+
+qerrno tvk_map_iterate_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **node, char *key_name, char *key_value,
+                            char *list_path, char *ns) {
+    constexpr char kPrototype[] =
+        "qerrno tvk_map_iterate_list(tvk_map_ctx, const struct qidl_tvk_datatree **, char *, char *, char *, char *)";
+    if (node == nullptr || *node == nullptr || list_path == nullptr) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    const std::unique_ptr<char, decltype(&std::free)> copy{strdup(list_path), &std::free};
+    if (copy == nullptr) {
+        return TVK_ERR_NOT_FOUND;
+    }
+    char *entry_name = nullptr;
+    tvk_map_get_last_token_from_path(ctx, copy.get(), &entry_name);
+    if (tvk::lost_children(**node)) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ERR(ctx, "Failed to get subtrees!");
+        return TVK_ERR_NOT_FOUND;
+    }
+    for (const Node &child : tvk::children(**node)) {
+        const Node *key = nullptr;
+        if (tvk_map_datatree_get_subtree(&child, &key, key_name, key_value, ns) == TVK_OK &&
+            tvk::has(child, TVK_HAS_TAG) && same_text(child.tag, entry_name)) {
+            *node = &child;
+            return TVK_OK;
+        }
+    }
+    return TVK_ERR_INVALID;
+}
+
+namespace {
+
+struct ListKey {
+    char *list_path;
+    char *value;
+    char *name;
+    char *ns;
+};
+
+// Null when the entry is not there; path_copied tells a miss from a path that could not be copied.
+const Node *search(tvk_map_ctx ctx, const Node *root, const ListKey &key, bool &path_copied) {
+    const tvk::NamedString copy = tvk::copy_text(key.list_path, "TVK_MAP");
+    path_copied = copy != nullptr;
+    const Node *node = root;
+    if (!path_copied || tvk_map_get_list(ctx, &node, copy.get(), key.ns) != TVK_OK ||
+        tvk_map_iterate_list(ctx, &node, key.name, key.value, key.list_path, nullptr) != TVK_OK) {
+        return nullptr;
+    }
+    return node;
+}
+
+qerrno add_entry(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey &key) {
+    const std::size_t size = std::strlen(key.list_path) + std::strlen(key.name) + 2;
+    const tvk::NamedString key_path = tvk::allocate_text(size, "TVK MAP search list");
+    if (key_path == nullptr) {
+        TVK_ERR(ctx, "Failed to allocate for key path!");
+        return TVK_ERR_NO_MEMORY;
+    }
+    Node *added = nullptr;
+    const qerrno entry_status =
+        tvk_map_datatree_add_path_flagged(ctx, root, key.list_path, key.ns, nullptr, nullptr, &added, 1, 0);
+    if (added != nullptr) {
+        *entry = added;
+    }
+    // Any other failure is met again by the key leaf. Without memory that could make the entry after all, but as one
+    // that is not told apart from its siblings: their keys would land in it.
+    if (entry_status == TVK_ERR_NO_MEMORY) {
+        return entry_status;
+    }
+    std::snprintf(key_path.get(), size, "%s/%s", key.list_path, key.name);
+    return tvk_map_datatree_add_path_flagged(ctx, root, key_path.get(), key.ns, key.value, nullptr, nullptr, 0, 0);
+}
+
+}  // namespace
+
+qerrno tvk_map_search_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root,
+                           const struct qidl_tvk_datatree **entry, char *list_path, char *key_value, char *key_name,
+                           char *ns) {
+    if (root == nullptr || entry == nullptr || list_path == nullptr) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+                           "qerrno tvk_map_search_list(tvk_map_ctx, const struct qidl_tvk_datatree *, const struct "
+                           "qidl_tvk_datatree **, char *, char *, char *, char *)");
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    bool path_copied = false;
+    const Node *found = search(ctx, root, {list_path, key_value, key_name, ns}, path_copied);
+    if (found == nullptr) {
+        return path_copied ? TVK_ERR_INVALID : TVK_ERR_NOT_FOUND;
+    }
+    *entry = found;
+    return TVK_OK;
+}
+
+qerrno tvk_map_search_or_add_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root,
+                                  const struct qidl_tvk_datatree **entry, char *list_path, char *key_value,
+                                  char *key_name, char *ns) {
+    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+                       "qerrno tvk_map_search_or_add_list(tvk_map_ctx, const struct qidl_tvk_datatree *, const struct "
+                       "qidl_tvk_datatree **, char *, char *, char *, char *)");
+    TVK_TRC(ctx, "Start");
+    if (root == nullptr || entry == nullptr || list_path == nullptr || key_value == nullptr || key_name == nullptr) {
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    const ListKey key{list_path, key_value, key_name, ns};
+    bool path_copied = false;
+    const Node *found = search(ctx, root, key, path_copied);
+    qerrno status = TVK_OK;
+    if (found != nullptr && (ns == nullptr || same_text(found->ns, ns))) {
+        *entry = found;
+    } else {
+        status = add_entry(ctx, const_cast<Node *>(root), entry, key);
+    }
+    if (status == TVK_OK) {
+        status = tvk_map_copy_trim_path_list_ctx(ctx, list_path);
+    }
+    TVK_TRC(ctx, "End");
+    return status;
+}

@@ -1,0 +1,117 @@
+// The skeleton of what a request visited.
+//
+// A node that was descended into keeps its parent where other nodes keep attributes, with attribute_count 0, so that
+// nobody follows it as attributes.
+#include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/node.h"
+#include "tvk_map_common/internal/owned.h"
+#include "tvk_map_datatree.h"
+#include "tvk_map_walk.h"
+
+namespace {
+
+using tvk::Node;
+using tvk::same_text;
+
+void link_to_parent(Node &node, Node *parent) {
+    node.attributes = reinterpret_cast<struct qidl_tvk_name_value *>(parent);
+    node.attribute_count = 0;
+    tvk::set_present(node, TVK_HAS_ATTRIBUTES);
+}
+
+Node *parent_of(const Node &node) {
+    return reinterpret_cast<Node *>(node.attributes);
+}
+
+Node *make_root() {
+    tvk::NamedBlock<Node> root{static_cast<Node *>(kel_named_calloc_(1, sizeof(Node), "TVK_MAP", 0))};
+    if (root == nullptr) {
+        return nullptr;
+    }
+    root->tag = tvk_strdup("root", "TVK_MAP");
+    tvk::set_present(*root, TVK_HAS_TAG);
+    link_to_parent(*root, nullptr);
+    return root.release();
+}
+
+qerrno add_child(tvk_map_ctx ctx, Node &parent, const Node &node, Node *&added) {
+    return tvk_map_datatree_add_subtree_flagged(ctx, &parent, node.tag, node.ns, nullptr, nullptr, &added, 0, 0);
+}
+
+qerrno start_schema(tvk_map_ctx ctx, const Node &node) {
+    tvk_map_request_state &state = *ctx->state;
+    Node *root = make_root();
+    if (root == nullptr) {
+        return TVK_ERR_NO_MEMORY;
+    }
+    state.req_tree_schema = root;
+    state.req_tree_schema_parent = nullptr;
+    state.req_tree_schema_last = nullptr;
+    Node *added = nullptr;
+    if (const qerrno status = add_child(ctx, *root, node, added); status != TVK_OK || added == nullptr) {
+        return status;
+    }
+    link_to_parent(*root, root);
+    state.req_tree_schema_parent = root;
+    state.req_tree_schema_last = added;
+    return TVK_OK;
+}
+
+// The child's namespace is compared with the node's tag.
+bool is_there_already(const Node &parent, const Node &node) {
+    for (const Node &child : tvk::children(parent)) {
+        if (tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_NS) && same_text(child.tag, node.tag) &&
+            same_text(child.ns, node.tag)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+qerrno tvk_map_add_node_to_req_tree_schema(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, uint32_t kind) {
+    if (ctx == nullptr || ctx->state == nullptr || node == nullptr) {
+        return TVK_ERR_INVALID;
+    }
+    tvk_map_request_state &state = *ctx->state;
+    if (state.req_tree_schema == nullptr) {
+        return start_schema(ctx, *node);
+    }
+    // A start that failed left a root with nothing below it: that is where to go on.
+    Node &last = state.req_tree_schema_last != nullptr ? *state.req_tree_schema_last : *state.req_tree_schema;
+    if (is_there_already(last, *node)) {
+        return TVK_OK;
+    }
+    Node *added = nullptr;
+    const qerrno status = add_child(ctx, last, *node, added);
+    if (kind == TVK_SCHEMA_LEAF || status != TVK_OK || added == nullptr) {
+        return status;
+    }
+    const bool is_root = &last == state.req_tree_schema;
+    link_to_parent(last, is_root ? &last : state.req_tree_schema_parent);
+    state.req_tree_schema_parent = &last;
+    state.req_tree_schema_last = added;
+    return TVK_OK;
+}
+
+qerrno tvk_map_update_req_tree_schema(tvk_map_ctx ctx) {
+    if (ctx == nullptr || ctx->state == nullptr) {
+        return TVK_OK;
+    }
+    tvk_map_request_state &state = *ctx->state;
+    TVK_ASSERT(state.req_tree_schema_parent != nullptr, "NULL != ctx->state->req_tree_schema_parent",
+               tvk::kCommonSource, "qerrno tvk_map_update_req_tree_schema(tvk_map_ctx)");
+    state.req_tree_schema_last = state.req_tree_schema_parent;
+    state.req_tree_schema_parent = parent_of(*state.req_tree_schema_parent);
+    return TVK_OK;
+}
+
+void tvk_map_free_req_tree_schema(tvk_map_ctx ctx) {
+    if (ctx == nullptr || ctx->state == nullptr || ctx->state->req_tree_schema == nullptr) {
+        return;
+    }
+    tvk::free_contents(*ctx->state->req_tree_schema);
+    kel_named_free(ctx->state->req_tree_schema);
+    ctx->state->req_tree_schema = nullptr;
+}

@@ -1,0 +1,28 @@
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_lists.h"
+#include "tvk_map_process_request/request_walk.h"
+
+const tmap_child_entry *tvk::claiming_entry(tvk_map_ctx ctx, std::span<const tmap_child_entry> entries,
+                                            const Node &child) {
+    for (const tmap_child_entry &entry : entries) {
+        TVK_ERR(ctx, "FOOBAR: tag:%s, ctag:%s", shown(child.tag), shown(entry.ctag));
+        if (tvk_map_do_these_match(child.tag, entry.ctag) != 0) {
+            return &entry;
+        }
+    }
+    return nullptr;
+}
+
+qerrno tvk::refuse_unsupported(tvk_map_ctx ctx, const Node &child) {
+    TVK_ERR(ctx, "Unsupported tag is specified in the request.");
+    if (is_read_request(ctx)) {
+        return TVK_OK;
+    }
+    set_error_node_tag(ctx, child.tag);
+    tvk_oc_error_path(ctx);
+    return TVK_ERR_NAMESPACE;
+}
+
+int tvk_map_do_these_match(const char *a, const char *b) {
+    return tvk::same_text(a, b) ? 1 : 0;
+}

@@ -1,0 +1,194 @@
+#include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_lists.h"
+#include "tvk_map_process_request/request_walk.h"
+
+namespace {
+
+using tvk::Node;
+
+class ContainerWalk {
+public:
+    ContainerWalk(tvk_map_ctx ctx, Node &container, Node &target, const tmap_node_cont_info &info)
+        : ctx_(ctx), container_(container), target_(target), info_(info) {}
+
+    qerrno run() {
+        enter();
+        const bool skipped = container_.operation == TVK_OPERATION_REPLACE ? replace() : walk_once();
+        if (!tvk::is_propagating(ctx_)) {
+            tvk_map_remove_from_node_hierarchy(ctx_, &container_);
+        }
+        if (skipped) {
+            return TVK_OK;
+        }
+        TVK_TRC(ctx_, "End");
+        return status_;
+    }
+
+private:
+    std::size_t child_count() const { return tvk::children(container_).size(); }
+    bool reads_all_children() const {
+        return ctx_->state != nullptr && (ctx_->state->walk_flags & TVK_WALK_ALL_CHILDREN) != 0;
+    }
+
+    void enter() {
+        const bool propagating = tvk::is_propagating(ctx_);
+        passed_count_ = propagating && reads_all_children() ? 0 : child_count();
+        if (propagating) {
+            return;
+        }
+        tvk_map_add_to_node_hierarchy(ctx_, &container_, TVK_LEVEL_CONTAINER);
+        tvk::set_node_type(container_, TVK_NODE_TYPE_CONTAINER);
+        if (tvk::is_read_request(ctx_)) {
+            tvk::clear_walk_flags(ctx_);
+        }
+    }
+
+    // First the container alone, as a removal of what the target has; then its children, as a merge. True when
+    // the second pass was skipped: the marks of a replace then stay set, as its handlers have seen them.
+    bool replace() {
+        tvk::set_operation(container_, TVK_OPERATION_REMOVE);
+        tvk::begin_replace(ctx_);
+        const std::size_t count = child_count();
+        const tvk::DetachedChildren children = tvk::detach_children(container_);
+        passed_count_ = 0;
+        walk_once();
+        tvk::attach_children(container_, children);
+        become_merge();
+        passed_count_ = count;
+        if (walk_once()) {
+            return true;
+        }
+        // The children were not taken away this time, so there is nothing to give back.
+        become_merge();
+        tvk::end_replace(ctx_);
+        return false;
+    }
+
+    void become_merge() {
+        tvk::set_operation(container_, TVK_OPERATION_MERGE);
+        tvk::set_build_flags(ctx_, TVK_BUILD_REPLACE_MERGING, TVK_BUILD_REPLACE_REMOVING);
+    }
+
+    // True when the container's handler wants it left out.
+    bool walk_once() {
+        if (status_ == TVK_OK) {
+            if (info_.cont_handler != nullptr) {
+                status_ = info_.cont_handler(ctx_, &container_, static_cast<std::uint32_t>(passed_count_), &target_);
+            }
+            if (status_ == TVK_SKIP_NODE) {
+                status_ = TVK_OK;
+                return true;
+            }
+            walk_children();
+        }
+        propagate();
+        return false;
+    }
+
+    // By position, since a handler may make the array grow.
+    void walk_children() {
+        for (std::size_t i = 0; status_ == TVK_OK && i < passed_count_ && i < child_count(); ++i) {
+            status_ = handle_child(tvk::children(container_)[i]);
+        }
+    }
+
+    qerrno handle_child(const Node &child) {
+        if (child.tag == nullptr) {
+            TVK_ERR(ctx_, "Tag name is not available!");
+            return TVK_ERR_NOT_FOUND;
+        }
+        if (const tmap_child_entry *entry = tvk::claiming_entry(ctx_, entries(), child); entry != nullptr) {
+            return tvk::call(entry->handler, ctx_, child, target_);
+        }
+        if (tvk::same_text(child.ns, info_.unsupported_ns)) {
+            return tvk::refuse_unsupported(ctx_, child);
+        }
+        return tvk::call(info_.child_handler, ctx_, child, target_);
+    }
+
+    // A container that is deleted or read whole is so with all that the model has below it: its child containers
+    // are called with the container itself. What they return does not count. This runs after a failure, too.
+    void propagate() {
+        promote_content_match();
+        const bool whole = passed_count_ == 0 || reads_all_children();
+        if (!whole || !(tvk::is_read_request(ctx_) || tvk::is_delete(container_))) {
+            return;
+        }
+        {
+            const tvk::PropagationScope scope{ctx_};
+            const bool is_delete = container_.operation == TVK_OPERATION_DELETE;
+            if (is_delete) {
+                container_.operation = TVK_OPERATION_REMOVE;
+            }
+            for (const tmap_child_entry &entry : entries()) {
+                if (tvk::takes_part_in_propagation(ctx_, entry)) {
+                    tvk::call(entry.handler, ctx_, container_, target_);
+                }
+            }
+            if (is_delete) {
+                container_.operation = TVK_OPERATION_DELETE;
+            }
+            tvk::call(info_.child_handler, ctx_, container_, target_);
+        }
+        tvk::clear_walk_flags(ctx_);
+        if (ctx_->state != nullptr) {
+            ctx_->state->walk_flags &= ~(TVK_WALK_CONTENT_MATCH_SEEN | TVK_WALK_SELECTION_SEEN);
+        }
+    }
+
+    // Leaves that only compare values select nothing by themselves: all children are meant.
+    void promote_content_match() {
+        if (ctx_->state == nullptr) {
+            return;
+        }
+        constexpr std::uint32_t kSeen = TVK_WALK_CONTENT_MATCH_SEEN | TVK_WALK_SELECTION_SEEN;
+        std::uint32_t &flags = ctx_->state->walk_flags;
+        if ((flags & kSeen) == TVK_WALK_CONTENT_MATCH_SEEN) {
+            flags = (flags | TVK_WALK_ALL_CHILDREN) & ~kSeen;
+        }
+    }
+
+    std::span<const tmap_child_entry> entries() const {
+        return tvk::entries(info_.child_conts, info_.child_cont_count);
+    }
+
+    tvk_map_ctx ctx_;
+    Node &container_;
+    Node &target_;
+    const tmap_node_cont_info &info_;
+    std::size_t passed_count_ = 0;
+    qerrno status_ = TVK_OK;
+};
+
+}  // namespace
+
+qerrno tmap_high_container_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
+                                 struct qidl_tvk_datatree *target, tmap_node_cont_info_p info) {
+    TVK_ASSERT_CONTEXT(ctx, tvk::kProcessRequestSource,
+                       "qerrno tmap_high_container_parse(tvk_map_ctx, const struct qidl_tvk_datatree *, struct "
+                       "qidl_tvk_datatree *, tmap_node_cont_info_p)");
+    TVK_TRC(ctx, "Start");
+    if (node == nullptr || target == nullptr) {
+        TVK_ERR(ctx, "Invalid arguments passed!");
+        tvk_oc_error_path(ctx);
+        return TVK_ERR_INVALID;
+    }
+    if (info == nullptr) {
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    auto &container = const_cast<Node &>(*node);
+    if (tvk::lost_children(container)) {
+        TVK_ERR(ctx, "Failed to get subtrees!");
+        TVK_TRC(ctx, "End");
+        return TVK_ERR_NOT_FOUND;
+    }
+    if (!tvk::is_propagating(ctx) && !tvk::is_working_on_keys(ctx) && !tvk::children(container).empty() &&
+        tvk::is_delete(container)) {
+        TVK_TRC(ctx, "Delete request with subtree present");
+        TVK_TRC(ctx, "End");
+        return TVK_ERR_INVALID;
+    }
+    return ContainerWalk{ctx, container, *target, *info}.run();
+}

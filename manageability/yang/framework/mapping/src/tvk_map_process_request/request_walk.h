@@ -1,0 +1,106 @@
+// What the container and the list parse share.
+#ifndef TVK_MAP_PROCESS_REQUEST_REQUEST_WALK_H
+#define TVK_MAP_PROCESS_REQUEST_REQUEST_WALK_H
+
+#include <span>
+
+#include "tvk_map_common/internal/node.h"
+#include "tvk_map_common/internal/request.h"
+#include "tvk_map_walk.h"
+
+namespace tvk {
+
+// The entry that bears child's tag, or null. Every comparison is logged.
+const tmap_child_entry *claiming_entry(tvk_map_ctx ctx, std::span<const tmap_child_entry> entries, const Node &child);
+
+// A child in a namespace that its parent does not support: left out of a read, the end of any other request.
+qerrno refuse_unsupported(tvk_map_ctx ctx, const Node &child);
+
+// A handler that mapping code left out does nothing.
+inline qerrno call(tmap_node_process_fp handler, tvk_map_ctx ctx, const Node &node, Node &target) {
+    return handler != nullptr ? handler(ctx, &node, &target) : TVK_OK;
+}
+
+inline std::span<const tmap_child_entry> entries(const tmap_child_entry *array, std::uint16_t count) {
+    return array != nullptr ? std::span{array, count} : std::span<const tmap_child_entry>{};
+}
+
+// A get-config asks every child, a get or a delete those that say so.
+inline bool takes_part_in_propagation(tvk_map_ctx ctx, const tmap_child_entry &entry) {
+    return is_get_config(ctx) || (entry.flags & TMAP_CHILD_PROPAGATE) != 0;
+}
+
+// A container or list that is entered in a read starts without what its siblings' leaves left behind. The mask is
+// wider than that one bit, on purpose; the mark of the whole request is in it.
+inline void clear_walk_flags(tvk_map_ctx ctx) {
+    constexpr std::uint32_t kKept = 0x11111110;
+    if (ctx->state != nullptr) {
+        ctx->state->walk_flags &= kKept;
+    }
+}
+
+inline void set_build_flags(tvk_map_ctx ctx, std::uint32_t set, std::uint32_t cleared) {
+    if (ctx->state != nullptr) {
+        ctx->state->build_flags = (ctx->state->build_flags | set) & ~cleared;
+    }
+}
+
+inline void begin_replace(tvk_map_ctx ctx) {
+    set_build_flags(ctx, TVK_BUILD_REPLACE_REMOVING, 0);
+    if (ctx->state != nullptr) {
+        ctx->state->replace_converted = 1;
+    }
+}
+
+inline void end_replace(tvk_map_ctx ctx) {
+    set_build_flags(ctx, 0, TVK_BUILD_REPLACE_REMOVING | TVK_BUILD_REPLACE_MERGING);
+    if (ctx->state != nullptr) {
+        ctx->state->replace_converted = 0;
+    }
+}
+
+// While it lives, what is walked is walked on behalf of a node above. Only the one that started it ends it.
+class PropagationScope {
+public:
+    explicit PropagationScope(tvk_map_ctx ctx) : state_(is_propagating(ctx) ? nullptr : ctx->state) {
+        if (state_ != nullptr) {
+            state_->delete_walk_active = 1;
+        }
+    }
+    ~PropagationScope() {
+        if (state_ != nullptr) {
+            state_->delete_walk_active = 0;
+        }
+    }
+    PropagationScope(const PropagationScope &) = delete;
+    PropagationScope &operator=(const PropagationScope &) = delete;
+
+private:
+    tvk_map_request_state *state_;
+};
+
+// While it lives, list_key_state has the value given; inactive it does nothing.
+class KeyStateScope {
+public:
+    KeyStateScope(tvk_map_ctx ctx, bool active, std::uint32_t value) : state_(active ? ctx->state : nullptr) {
+        if (state_ != nullptr) {
+            former_ = state_->list_key_state;
+            state_->list_key_state = value;
+        }
+    }
+    ~KeyStateScope() {
+        if (state_ != nullptr) {
+            state_->list_key_state = former_;
+        }
+    }
+    KeyStateScope(const KeyStateScope &) = delete;
+    KeyStateScope &operator=(const KeyStateScope &) = delete;
+
+private:
+    tvk_map_request_state *state_;
+    std::uint32_t former_ = 0;
+};
+
+}  // namespace tvk
+
+#endif
