@@ -1,0 +1,76 @@
+#include "framework.h"
+
+#include "kel_memory.h"
+#include "tvk_diagnostics.h"
+#include "tvk_map_walk.h"
+#include "tvk_platform_control.h"
+
+namespace tvk::tool {
+
+namespace {
+
+constexpr uint32_t kSessionId = 1;
+
+}  // namespace
+
+Framework::Framework(bool trace) {
+    context_.trace_enabled = trace ? 1 : 0;
+    if (trace) {
+        tvk_platform_set_debug_log(1, TVK_LOG_LEVEL_TRC, nullptr, nullptr);
+        tvk_platform_set_trace(nullptr, nullptr);
+    }
+}
+
+Framework::~Framework() {
+    tvk_platform_set_debug_log(0, TVK_LOG_LEVEL_ERR, nullptr, nullptr);
+}
+
+RequestScope::RequestScope(Framework &framework, uint32_t request_type)
+    : state_(std::make_unique<tvk_map_request_state>()) {
+    request_.type = request_type;
+    request_.session_id = kSessionId;
+    request_.presence = TVK_REQUEST_HAS_SESSION_ID;
+    request_context_.tvk_ctx = framework.context();
+    request_context_.request = &request_;
+    state_->request = &request_;
+    mapping_context_.req_ctx = &request_context_;
+    mapping_context_.state = state_.get();
+    mapping_context_.trace_enabled = framework.context()->trace_enabled;
+}
+
+RequestScope::~RequestScope() {
+    mapping_context_.trace_enabled = 0;  // clearing up is not part of the request
+    release_stacks();
+    tvk_map_free_req_tree_schema(ctx());
+    release_texts();
+}
+
+void RequestScope::release_stacks() {
+    while (tvk_map_util_itree_stack_size(ctx()) > 0) {
+        tvk_map_itree_item *item = nullptr;
+        tvk_map_util_itree_stack_peak(ctx(), &item);
+        const bool bare = item != nullptr && item->nodes == nullptr;  // the pop leaves its record behind
+        tvk_map_util_itree_stack_pop(ctx());
+        if (bare) {
+            kel_named_free(item);
+        }
+    }
+    while (tvk_remove_from_output_list_ctx(ctx()) == TVK_OK) {
+    }
+    while (tvk_map_remove_from_node_hierarchy(ctx(), nullptr) == TVK_OK) {
+    }
+}
+
+void RequestScope::release_texts() {
+    // A stitching that failed releases this path without clearing it, but then clears the kind.
+    if (state_->pending_hierarchy_kind != 0) {
+        kel_named_free(state_->pending_hierarchy_path);
+    }
+    kel_named_free(state_->pending_trim_path);
+    kel_named_free(state_->error_node_tag);
+    kel_named_free(state_->error_xpath);
+    kel_named_free(state_->error_xpath_ns);
+    kel_named_free(mapping_context_.current_list_node);
+}
+
+}  // namespace tvk::tool

@@ -1,0 +1,51 @@
+// The stand-in for the framework of a device: what it creates around a request, and releases with it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "tvk_map_types.h"
+
+namespace tvk::tool {
+
+// Lives as long as the command: the framework context, and the log and trace of the process.
+class Framework {
+public:
+    // With trace, the debug log and the trace lines of all requests go to standard error.
+    explicit Framework(bool trace);
+    ~Framework();
+    Framework(const Framework &) = delete;
+    Framework &operator=(const Framework &) = delete;
+
+    tvk_framework_ctx context() { return &context_; }
+
+private:
+    tvk_framework_context context_{};
+};
+
+/*
+ * One request: its record, its context, its state record and the mapping context that ties them together. On the
+ * way out everything that these own is released, also what a failed walk left on its stacks; so the scope must end
+ * before the request's tree and the target.
+ */
+class RequestScope {
+public:
+    RequestScope(Framework &framework, uint32_t request_type);
+    ~RequestScope();
+    RequestScope(const RequestScope &) = delete;
+    RequestScope &operator=(const RequestScope &) = delete;
+
+    tvk_map_ctx ctx() { return &mapping_context_; }
+    tvk_map_request_state &state() { return *state_; }
+
+private:
+    void release_stacks();
+    void release_texts();
+
+    tvk_request request_{};
+    tvk_request_ctx request_context_{};
+    std::unique_ptr<tvk_map_request_state> state_;  // too large for the stack
+    tvk_map_context mapping_context_{};
+};
+
+}  // namespace tvk::tool

@@ -1,0 +1,16 @@
+// Standard output: whole or not at all.
+#pragma once
+
+#include <string>
+
+#include "tree_holder.h"
+
+namespace tvk::tool {
+
+// Writes text to standard output. Throws UsageError when it cannot be written.
+void write_out(const std::string &text);
+
+// What tvk_map_print_subtrees prints for root.
+std::string tree_listing(const Node &root);
+
+}  // namespace tvk::tool

@@ -1,0 +1,60 @@
+#include "rpc_error.h"
+
+#include "namespaces.h"
+#include "xml_output.h"
+
+namespace tvk::tool {
+
+namespace {
+
+void write_path(XmlOutput &output, const RpcError &error) {
+    output.start("error-path");
+    if (!error.path_ns.empty()) {
+        output.attribute("xmlns:ns1", writable(error.path_ns).c_str());
+    }
+    output.text(writable(error.path).c_str());
+    output.end();
+}
+
+void write_message(XmlOutput &output, const std::string &message) {
+    output.start("error-message");
+    output.attribute("xml:lang", "en");
+    output.text(writable(message).c_str());
+    output.end();
+}
+
+void write_info(XmlOutput &output, const RpcError &error) {
+    output.start("error-info");
+    if (!error.bad_element.empty()) {
+        output.leaf("bad-element", writable(error.bad_element).c_str());
+    }
+    if (error.bad_namespace) {
+        output.leaf("bad-namespace", writable(*error.bad_namespace).c_str());
+    }
+    output.end();
+}
+
+}  // namespace
+
+std::string encode_rpc_error(const RpcError &error, const std::optional<std::string> &message_id) {
+    XmlOutput output;
+    output.start("rpc-reply");
+    output.attribute("xmlns", kNetconfNamespace);
+    if (message_id) {
+        output.attribute("message-id", message_id->c_str());
+    }
+    output.start("rpc-error");
+    output.leaf("error-type", "application");
+    output.leaf("error-tag", error.tag.c_str());
+    output.leaf("error-severity", "error");
+    if (!error.path.empty()) {
+        write_path(output, error);
+    }
+    write_message(output, error.message);
+    if (!error.bad_element.empty() || error.bad_namespace) {
+        write_info(output, error);
+    }
+    return output.finish();
+}
+
+}  // namespace tvk::tool

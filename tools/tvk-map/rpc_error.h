@@ -1,0 +1,22 @@
+// The reply to a request that failed.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace tvk::tool {
+
+// The texts of an <rpc-error>; one that is empty is left out.
+struct RpcError {
+    std::string tag;
+    std::string path;
+    std::string path_ns;  // what the prefix "ns1" in path stands for
+    std::string message;
+    std::string bad_element;
+    std::optional<std::string> bad_namespace;
+};
+
+// An <rpc-reply> with the error. What XML cannot hold is shown as "?".
+std::string encode_rpc_error(const RpcError &error, const std::optional<std::string> &message_id);
+
+}  // namespace tvk::tool

@@ -1,0 +1,32 @@
+// Finding what a NETCONF message asks for.
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "xml_document.h"
+
+namespace tvk::tool {
+
+// The payload of an edit request.
+struct EditPayload {
+    std::vector<xmlNode *> tops;  // top containers, in document order
+    std::optional<std::string> message_id;
+    std::optional<uint32_t> default_operation;  // what top containers without an operation get
+};
+
+/*
+ * Finds the top containers of an edit: an <rpc> with <edit-config> or <copy-config>, one of these alone, a <config>,
+ * or a bare top container. Elements of the envelope stand in NETCONF's namespace or in none.
+ * Throws UsageError when the message asks for something else.
+ */
+EditPayload find_edit_payload(const XmlDocument &document);
+
+// The top nodes of a file of data: the children of a <data> or <config> root, or the root itself.
+std::vector<xmlNode *> find_data(const XmlDocument &document);
+
+}  // namespace tvk::tool

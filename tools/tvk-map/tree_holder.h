@@ -1,0 +1,59 @@
+// Owners and readers of data trees.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <utility>
+
+#include "qidl_tvk_datatree.h"
+
+namespace tvk::tool {
+
+using Node = qidl_tvk_datatree;
+
+// The children of a node; none when it claims children but has no array.
+inline std::span<const Node> children_of(const Node &node) {
+    const bool any = (node.presence & TVK_HAS_SUBTREES) != 0 && node.subtrees != nullptr && node.subtree_count > 0;
+    return any ? std::span<const Node>(node.subtrees, static_cast<std::size_t>(node.subtree_count))
+               : std::span<const Node>();
+}
+
+// A text of a node, or "" while its presence bit is clear.
+inline const char *text_of(const Node &node, const char *text, uint16_t bit) {
+    return (node.presence & bit) != 0 && text != nullptr ? text : "";
+}
+inline const char *tag_of(const Node &node) {
+    return text_of(node, node.tag, TVK_HAS_TAG);
+}
+inline const char *namespace_of(const Node &node) {
+    return text_of(node, node.ns, TVK_HAS_NS);
+}
+inline const char *value_of(const Node &node) {
+    return text_of(node, node.data, TVK_HAS_DATA);
+}
+
+// Owns a tree. The root is a record that stands for no node: it has no tag, its children are top containers.
+class TreeHolder {
+public:
+    TreeHolder() = default;
+    TreeHolder(TreeHolder &&other) noexcept : root_(std::exchange(other.root_, Node{})) {}
+    TreeHolder(const TreeHolder &) = delete;
+    TreeHolder &operator=(const TreeHolder &) = delete;
+    TreeHolder &operator=(TreeHolder &&) = delete;
+    ~TreeHolder() { qidl_tvk_datatree_free_ext(&root_, tvk_gpb_free, nullptr, 0); }
+
+    Node &root() { return root_; }
+    const Node &root() const { return root_; }
+
+private:
+    Node root_{};
+};
+
+/*
+ * Leaves every child array to one owner: a mapping may show an array of the request in its result
+ * (tvk_map_datatree_add_subtree_with_data), and both trees would release it. The array stays with the first node
+ * that shows it, the nodes of first before those of second. For trees that are about to be released: marks them.
+ */
+void unshare(Node &first, Node &second);
+
+}  // namespace tvk::tool
