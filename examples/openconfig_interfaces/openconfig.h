@@ -1,0 +1,40 @@
+// The OpenConfig side: namespaces, the paths of its lists in the node hierarchy, and the parts of the mapping.
+#ifndef OPENCONFIG_INTERFACES_OPENCONFIG_H
+#define OPENCONFIG_INTERFACES_OPENCONFIG_H
+
+#include "native.h"
+
+namespace interfaces {
+
+inline constexpr char kInterfacesNs[] = "http://openconfig.net/yang/interfaces";
+inline constexpr char kLacpNs[] = "http://openconfig.net/yang/lacp";
+inline constexpr char kVlanNs[] = "http://openconfig.net/yang/vlan";  // not mapped here
+
+inline constexpr char kInterfacePath[] = "/interfaces/interface";
+inline constexpr char kSubinterfacePath[] = "/interfaces/interface/subinterfaces/subinterface";
+inline constexpr char kLacpInterfacePath[] = "/lacp/interfaces/interface";
+
+// Top containers.
+qerrno parse_interfaces(tvk_map_ctx ctx, const Node *node, Node *target);
+qerrno parse_lacp(tvk_map_ctx ctx, const Node *node, Node *target);
+
+// Containers of an interface.
+qerrno parse_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target);
+qerrno parse_ethernet(tvk_map_ctx ctx, const Node *node, Node *target);
+qerrno parse_aggregation(tvk_map_ctx ctx, const Node *node, Node *target);
+
+// Container handler: makes the native entry of the interface that the walk is in the current one.
+qerrno in_interface(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target);
+
+// Handler of a key leaf: the list's handler has taken it already.
+qerrno handle_key(tvk_map_ctx ctx, const Node *node, Node *target);
+
+// The leaf enabled. The native side knows only what is shut down; an interface that is enabled has no such leaf.
+qerrno map_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target);
+
+// Marks all native subinterfaces of the interface that stand in target with the operation of node, a delete.
+void remove_subinterfaces(const Node *node, Node *target, const char *interface_name);
+
+}  // namespace interfaces
+
+#endif
