@@ -1,0 +1,108 @@
+#include "context.h"
+
+#include <cstring>
+
+#include "kel_memory.h"
+#include "tvk_diagnostics.h"
+#include "tvk_platform_control.h"
+
+namespace tvk::test {
+
+namespace {
+
+void keep_line(void *user, const char *line) {
+    static_cast<Lines *>(user)->emplace_back(line);
+}
+
+std::string without_context(std::string line) {
+    static const std::string prefix = "TVK: ctx=";
+    const std::size_t start = line.find(prefix);
+    const std::size_t comma = line.find(',', start);
+    if (start == std::strlen("ERR: ") && comma != std::string::npos) {
+        line.erase(start, comma + 1 - start);
+    }
+    return line;
+}
+
+void release_trees(qidl_tvk_datatree *records, std::uint32_t count) {
+    for (std::uint32_t i = 0; records != nullptr && i < count; ++i) {
+        qidl_tvk_datatree_free_ext(&records[i], tvk_gpb_free, nullptr, 0);
+    }
+    kel_named_free(records);
+}
+
+void release_itree_stack(tvk_map_itree_stack *stack) {
+    for (std::uint32_t i = 0; stack != nullptr && i < stack->item_count; ++i) {
+        tvk_map_itree_item *item = stack->items[i];
+        const char *tag = item->nodes != nullptr && item->node_count != 0 ? item->nodes->tag : nullptr;
+        if (tag != nullptr && std::strcmp(tag, "LIST_INSTANCE_NODE") == 0) {
+            release_trees(item->nodes, item->node_count);
+        }
+        kel_named_free(item);
+    }
+    kel_named_free(stack);
+}
+
+}  // namespace
+
+LogCapture::LogCapture() {
+    tvk_platform_set_debug_log(1, TVK_LOG_LEVEL_TRC, keep_line, &logs_);
+    tvk_platform_set_trace(keep_line, &traces_);
+    tvk_platform_set_trace_index(1);
+}
+
+LogCapture::~LogCapture() {
+    tvk_platform_set_debug_log(0, 0, nullptr, nullptr);
+    tvk_platform_set_trace(nullptr, nullptr);
+}
+
+Lines LogCapture::logs() const {
+    Lines lines;
+    for (const std::string &line : logs_) {
+        lines.push_back(without_context(line));
+    }
+    return lines;
+}
+
+Lines LogCapture::errors() const {
+    Lines lines = logs();
+    std::erase_if(lines, [](const std::string &line) { return !line.starts_with("ERR:"); });
+    return lines;
+}
+
+void LogCapture::clear() {
+    logs_.clear();
+    traces_.clear();
+}
+
+MappingContext::MappingContext(std::uint32_t request_type) : state(std::make_unique<tvk_map_request_state>()) {
+    request.type = request_type;
+    req_ctx.tvk_ctx = &framework;
+    req_ctx.request = &request;
+    state->request = &request;
+    context.req_ctx = &req_ctx;
+    context.state = state.get();
+}
+
+MappingContext::~MappingContext() {
+    for (char *text : {state->error_node_tag, state->error_xpath, state->error_xpath_ns, state->pending_trim_path,
+                       state->pending_hierarchy_path, context.current_list_node}) {
+        kel_named_free(text);
+    }
+    for (std::uint32_t i = 0; i < state->output_list_count; ++i) {
+        kel_named_free(state->output_list[i].trim_path);
+        kel_named_free(state->output_list[i].hierarchy_path);
+    }
+    for (std::uint32_t i = 0; i < state->hierarchy_depth; ++i) {
+        kel_named_free(state->hierarchy[i].tag);
+        kel_named_free(state->hierarchy[i].path);
+    }
+    release_itree_stack(state->itree_stack);
+    release_trees(state->req_tree_schema, 1);
+}
+
+MappingTest::MappingTest() {
+    tvk_platform_set_router_type(0);
+}
+
+}  // namespace tvk::test
