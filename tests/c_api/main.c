@@ -7,12 +7,12 @@
 #include "tvk_string.h"
 
 #define NS "http://openconfig.net/yang/c"
-#define CHECK(condition)                                                   \
-    do {                                                                   \
-        if (!(condition)) {                                                \
+#define CHECK(condition)                                                    \
+    do {                                                                    \
+        if (!(condition)) {                                                 \
             fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition); \
-            return 1;                                                      \
-        }                                                                  \
+            return 1;                                                       \
+        }                                                                   \
     } while (0)
 
 static qerrno map_leaf(tvk_map_ctx ctx, const struct qidl_tvk_datatree *leaf, struct qidl_tvk_datatree *target) {
@@ -25,8 +25,11 @@ static qerrno handle_leaf(tvk_map_ctx ctx, const struct qidl_tvk_datatree *leaf,
 
 static const struct tmap_child_entry entry_children[] = {{"id", handle_leaf, TMAP_CHILD_KEY}};
 static const struct tmap_key_entry entry_keys[] = {{"id", "/top/entry", "config"}};
-static const struct tmap_node_list_info entry = {
-    .child_conts = entry_children, .keys = entry_keys, .child_cont_count = 1, .key_count = 1, .list_path = "/top/entry"};
+static const struct tmap_node_list_info entry = {.child_conts = entry_children,
+                                                 .keys = entry_keys,
+                                                 .child_cont_count = 1,
+                                                 .key_count = 1,
+                                                 .list_path = "/top/entry"};
 
 static qerrno parse_entry(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, struct qidl_tvk_datatree *target) {
     return tmap_high_list_parse(ctx, node, target, &entry);
