@@ -14,42 +14,42 @@ constexpr ValuePair kSpeeds[] = {{"SPEED_10MB", "10"},    {"SPEED_100MB", "100"}
                                  {nullptr, nullptr}};
 
 constexpr LeafRule kEthernetRules[] = {
-    {"mac-address", "interface-configurations/interface-configuration/ethernet/mac-address", nullptr, nullptr},
-    {"auto-negotiate", "interface-configurations/interface-configuration/ethernet/auto-negotiation", nullptr, nullptr},
-    {"duplex-mode", "interface-configurations/interface-configuration/ethernet/duplex", kDuplexModes, nullptr},
-    {"port-speed", "interface-configurations/interface-configuration/ethernet/speed", kSpeeds, nullptr},
+    {.tag = "mac-address", .path = "ethernet/mac-address"},
+    {.tag = "auto-negotiate", .path = "ethernet/auto-negotiation"},
+    {.tag = "duplex-mode", .path = "ethernet/duplex", .values = kDuplexModes},
+    {.tag = "port-speed", .path = "ethernet/speed", .values = kSpeeds, .value_ns = kEthernetNs},
     // Of the aggregation model: the port becomes a member of that bundle.
-    {"aggregate-id", "interface-configurations/interface-configuration/bundle/member-of", nullptr, nullptr},
+    {.tag = "aggregate-id", .path = "bundle/member-of", .ns = kAggregateNs},
 };
-constexpr LeafRules kEthernetLeaves = leaf_rules(kEthernetRules);
-constexpr struct tmap_node_cont_info kEthernetConfig = {in_interface, leaves<kEthernetLeaves>, nullptr, 0, nullptr,
-                                                        nullptr};
+constexpr LeafContainer kEthernetConfig = {kEthernetRules, 5,           &kInterfaceList, "interface/ethernet/config",
+                                           kEthernetNs,    in_interface};
+constexpr LeafContainer kEthernetState = {kEthernetRules, 4,      &kInterfaceList, "interface/ethernet/state",
+                                          kEthernetNs,    nullptr};
 
-qerrno parse_ethernet_config(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kEthernetConfig);
-}
-
-constexpr struct tmap_child_entry kEthernetChildren[] = {{"config", parse_ethernet_config, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kEthernet = {in_interface, refuse_child, kEthernetChildren, 1, nullptr, kVlanNs};
+constexpr struct tmap_child_entry kEthernetChildren[] = {
+    {"config", Leaves<kEthernetConfig>::parse, TMAP_CHILD_PROPAGATE},
+    {"state", Leaves<kEthernetState>::parse, TMAP_CHILD_PROPAGATE},
+};
+constexpr struct tmap_node_cont_info kEthernet = {in_interface, refuse_child, kEthernetChildren, 2, nullptr, kVlanNs};
 
 // ---- aggregation ----
 
 constexpr ValuePair kLagTypes[] = {{"LACP", "lacp"}, {"STATIC", "on"}, {nullptr, nullptr}};
 
 constexpr LeafRule kAggregationRules[] = {
-    {"lag-type", "interface-configurations/interface-configuration/bundle/mode", kLagTypes, nullptr},
-    {"min-links", "interface-configurations/interface-configuration/bundle/minimum-links", nullptr, nullptr},
+    {.tag = "lag-type", .path = "bundle/mode", .values = kLagTypes},
+    {.tag = "min-links", .path = "bundle/minimum-links"},
 };
-constexpr LeafRules kAggregationLeaves = leaf_rules(kAggregationRules);
-constexpr struct tmap_node_cont_info kAggregationConfig = {
-    in_interface, leaves<kAggregationLeaves>, nullptr, 0, nullptr, nullptr};
+constexpr LeafContainer kAggregationConfig = {
+    kAggregationRules, 2, &kInterfaceList, "interface/aggregation/config", kAggregateNs, in_interface};
+constexpr LeafContainer kAggregationState = {kAggregationRules, 2,      &kInterfaceList, "interface/aggregation/state",
+                                             kAggregateNs,      nullptr};
 
-qerrno parse_aggregation_config(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kAggregationConfig);
-}
-
-constexpr struct tmap_child_entry kAggregationChildren[] = {{"config", parse_aggregation_config, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kAggregation = {in_interface, refuse_child, kAggregationChildren, 1,
+constexpr struct tmap_child_entry kAggregationChildren[] = {
+    {"config", Leaves<kAggregationConfig>::parse, TMAP_CHILD_PROPAGATE},
+    {"state", Leaves<kAggregationState>::parse, TMAP_CHILD_PROPAGATE},
+};
+constexpr struct tmap_node_cont_info kAggregation = {in_interface, refuse_child, kAggregationChildren, 2,
                                                      nullptr,      kVlanNs};
 
 }  // namespace

@@ -1,17 +1,36 @@
-// /interfaces/interface with config and hold-time.
+// /interfaces/interface with config, state and hold-time.
 #include "openconfig.h"
 
 namespace interfaces {
 
 namespace {
 
-// ---- config ----
+// ---- The list in a read ----
 
+NodeRange interface_candidates(tvk_map_ctx, const Node *root) {
+    return native_interfaces(root);
+}
+
+const char *interface_key(const Node *entry, const char *) {
+    const Node *name = find(entry, "interface-name");
+    return name != nullptr && !is_virtual(entry) ? name->data : nullptr;
+}
+
+}  // namespace
+
+constexpr ListShape kInterfaceList = {
+    0, nullptr, "interface", "name", kInterfacesNs, interface_candidates, interface_key};
+
+namespace {
+
+// ---- config and state ----
+
+constexpr char kInterfaceTypeNs[] = "urn:ietf:params:xml:ns:yang:iana-if-type";
 constexpr ValuePair kTypes[] = {
     {"ethernetCsmacd", "ethernet"}, {"ieee8023adLag", "bundle"}, {"softwareLoopback", "loopback"}, {nullptr, nullptr}};
 
 // The size for all protocols is the entry with the owner interface.
-qerrno map_mtu(tvk_map_ctx ctx, const Node *leaf, Node *target) {
+qerrno edit_mtu(tvk_map_ctx ctx, const Node *leaf, Node *target) {
     Node *interface_entry = current_entry(ctx);
     char *name = nullptr;
     qerrno status = tvk_map_get_node_info(ctx, kInterfacePath, "name", &name);
@@ -29,45 +48,84 @@ qerrno map_mtu(tvk_map_ctx ctx, const Node *leaf, Node *target) {
     return status == TVK_OK || status == TVK_SKIP_NODE ? back : status;
 }
 
-constexpr LeafRule kConfigRules[] = {
-    {"name", nullptr, nullptr, nullptr},
-    {"type", "interface-configurations/interface-configuration/type", kTypes, nullptr},
-    {"mtu", nullptr, nullptr, map_mtu},
-    {"description", "interface-configurations/interface-configuration/description", nullptr, nullptr},
-    {"enabled", nullptr, nullptr, map_enabled},
-};
-constexpr LeafRules kConfigLeaves = leaf_rules(kConfigRules);
-
-constexpr struct tmap_node_cont_info kConfig = {in_interface, leaves<kConfigLeaves>, nullptr, 0, nullptr, nullptr};
-
-qerrno parse_config(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kConfig);
+const char *read_mtu(tvk_map_ctx, const Node *native) {
+    for (const Node &entry : children_of(find(native, "mtus"))) {
+        const Node *owner = find(&entry, "owner");
+        const Node *mtu = find(&entry, "mtu");
+        if (owner != nullptr && mtu != nullptr && equal(owner->data, "interface")) {
+            return mtu->data;
+        }
+    }
+    return nullptr;
 }
+
+// What the device observes stands in a list of its own.
+const Node *observed(tvk_map_ctx ctx, const char *leaf) {
+    for (const Node &entry : children_of(find(native_root(ctx), kNativeStates))) {
+        const Node *name = find(&entry, "interface-name");
+        if (name != nullptr && equal(name->data, entry_key(ctx, kInterfaceList))) {
+            return find(&entry, leaf);
+        }
+    }
+    return nullptr;
+}
+
+const char *read_if_index(tvk_map_ctx ctx, const Node *) {
+    const Node *index = observed(ctx, "if-index");
+    return index != nullptr ? index->data : nullptr;
+}
+
+const char *read_oper_status(tvk_map_ctx ctx, const Node *) {
+    const Node *line_state = observed(ctx, "line-state");
+    return line_state == nullptr ? nullptr : equal(line_state->data, "up") ? "UP" : "DOWN";
+}
+
+const char *read_admin_status(tvk_map_ctx, const Node *native) {
+    return find(native, "shutdown") != nullptr ? "DOWN" : "UP";
+}
+
+constexpr LeafRule kRules[] = {
+    {.tag = "name"},
+    {.tag = "type", .path = "type", .values = kTypes, .value_ns = kInterfaceTypeNs},
+    {.tag = "mtu", .edit = edit_mtu, .read = read_mtu},
+    {.tag = "description", .path = "description"},
+    {.tag = "enabled", .default_value = "true", .edit = edit_enabled, .read = read_enabled},
+    // Only in state.
+    {.tag = "ifindex", .read = read_if_index},
+    {.tag = "admin-status", .read = read_admin_status},
+    {.tag = "oper-status", .read = read_oper_status},
+};
+constexpr std::size_t kConfigRuleCount = 5;
+constexpr std::size_t kStateRuleCount = 8;
+
+constexpr LeafContainer kConfig = {kRules,        kConfigRuleCount, &kInterfaceList, "interface/config",
+                                   kInterfacesNs, in_interface};
+constexpr LeafContainer kState = {kRules, kStateRuleCount, &kInterfaceList, "interface/state", kInterfacesNs, nullptr};
 
 // ---- hold-time ----
 
 constexpr LeafRule kHoldTimeRules[] = {
-    {"up", "interface-configurations/interface-configuration/carrier-delay/up", nullptr, nullptr},
-    {"down", "interface-configurations/interface-configuration/carrier-delay/down", nullptr, nullptr},
+    {.tag = "up", .path = "carrier-delay/up", .default_value = "0"},
+    {.tag = "down", .path = "carrier-delay/down", .default_value = "0"},
 };
-constexpr LeafRules kHoldTimeLeaves = leaf_rules(kHoldTimeRules);
-
-constexpr struct tmap_node_cont_info kHoldTimeConfig = {in_interface, leaves<kHoldTimeLeaves>, nullptr, 0, nullptr,
-                                                        nullptr};
-
-qerrno parse_hold_time_config(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kHoldTimeConfig);
-}
+constexpr LeafContainer kHoldTimeConfig = {kHoldTimeRules, 2,           &kInterfaceList, "interface/hold-time/config",
+                                           kInterfacesNs,  in_interface};
+constexpr LeafContainer kHoldTimeState = {kHoldTimeRules, 2,      &kInterfaceList, "interface/hold-time/state",
+                                          kInterfacesNs,  nullptr};
 
 qerrno enter_hold_time(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target) {
+    if (is_read(ctx)) {
+        return enter_read(ctx);
+    }
     const qerrno status = in_interface(ctx, node, child_count, target);
-    return status == TVK_OK
-               ? settle_container(ctx, node, target, "interface-configurations/interface-configuration/carrier-delay")
-               : status;
+    return status == TVK_OK ? settle_container(ctx, node, target, "carrier-delay") : status;
 }
 
-constexpr struct tmap_child_entry kHoldTimeChildren[] = {{"config", parse_hold_time_config, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kHoldTime = {enter_hold_time, refuse_child, kHoldTimeChildren, 1,
+constexpr struct tmap_child_entry kHoldTimeChildren[] = {
+    {"config", Leaves<kHoldTimeConfig>::parse, TMAP_CHILD_PROPAGATE},
+    {"state", Leaves<kHoldTimeState>::parse, TMAP_CHILD_PROPAGATE},
+};
+constexpr struct tmap_node_cont_info kHoldTime = {enter_hold_time, refuse_child, kHoldTimeChildren, 2,
                                                   nullptr,         nullptr};
 
 qerrno parse_hold_time(tvk_map_ctx ctx, const Node *node, Node *target) {
@@ -77,6 +135,9 @@ qerrno parse_hold_time(tvk_map_ctx ctx, const Node *node, Node *target) {
 // ---- interface ----
 
 qerrno handle_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
+    if (is_read(ctx)) {
+        return push_instances(ctx, kInterfaceList);
+    }
     char *name = nullptr;
     if (tvk_map_get_node_info(ctx, kInterfacePath, "name", &name) != TVK_OK || name == nullptr) {
         return refuse(ctx, node, TVK_ERR_LIST_KEY);
@@ -92,8 +153,9 @@ qerrno handle_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
 }
 
 constexpr struct tmap_child_entry kInterfaceChildren[] = {
-    {"name", handle_key, TMAP_CHILD_KEY},
-    {"config", parse_config, TMAP_CHILD_PROPAGATE},
+    {"name", handle_key<kInterfaceList>, TMAP_CHILD_KEY},
+    {"config", Leaves<kConfig>::parse, TMAP_CHILD_PROPAGATE},
+    {"state", Leaves<kState>::parse, TMAP_CHILD_PROPAGATE},
     {"hold-time", parse_hold_time, TMAP_CHILD_PROPAGATE},
     {"subinterfaces", parse_subinterfaces, TMAP_CHILD_PROPAGATE},
     {"ethernet", parse_ethernet, TMAP_CHILD_PROPAGATE},
@@ -101,51 +163,73 @@ constexpr struct tmap_child_entry kInterfaceChildren[] = {
 };
 constexpr struct tmap_key_entry kInterfaceKeys[] = {{"name", kInterfacePath, "config"}};
 constexpr struct tmap_node_list_info kInterface = {
-    handle_interface, refuse_child, kInterfaceChildren, kInterfaceKeys, 6, 1, kInterfacePath, kVlanNs};
+    handle_interface, refuse_child, kInterfaceChildren, kInterfaceKeys, 7, 1, kInterfacePath, kVlanNs};
 
 qerrno parse_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_list_parse(ctx, node, target, &kInterface);
+    return parse_list(ctx, node, target, &kInterface, kInterfaceList);
 }
 
 // ---- interfaces ----
 
 qerrno enter_interfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
-    return settle_container(ctx, node, target, kNativeInterfaces);
+    return is_read(ctx) ? enter_read(ctx) : settle_container(ctx, node, target, kNativeInterfaces);
 }
 
-constexpr struct tmap_child_entry kInterfacesChildren[] = {{"interface", parse_interface, 0}};
+constexpr struct tmap_child_entry kInterfacesChildren[] = {{"interface", parse_interface, TMAP_CHILD_PROPAGATE}};
 constexpr struct tmap_node_cont_info kInterfaces = {enter_interfaces, refuse_child, kInterfacesChildren, 1,
                                                     nullptr,          nullptr};
 
 }  // namespace
 
-qerrno handle_key(tvk_map_ctx, const Node *, Node *) {
-    return TVK_OK;
+qerrno parse_interfaces(tvk_map_ctx ctx, const Node *node, Node *target) {
+    return parse_top(ctx, node, target, &kInterfaces, kInterfacesNs);
 }
 
-qerrno map_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target) {
-    constexpr char kShutdown[] = "interface-configurations/interface-configuration/shutdown";
-    if (tvk_map_is_request_delete(leaf) == 0 && tvk_map_do_these_match(leaf->data, "false") != 0) {
-        return add_value(ctx, leaf, target, kShutdown, nullptr);
+qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns) {
+    Node *top = target;
+    qerrno status = TVK_OK;
+    if (is_read(ctx)) {
+        status = tvk_map_datatree_add_subtree(ctx, target, node->tag, ns, nullptr, nullptr, &top, 0);
     }
-    if (tvk_map_is_request_delete(leaf) == 0 && tvk_map_do_these_match(leaf->data, "true") == 0) {
-        return refuse(ctx, leaf, TVK_ERR_INVALID);
+    if (status == TVK_OK) {
+        status = tmap_high_container_parse(ctx, node, top, info);
     }
-    Node removal = *leaf;
-    tvk_map_datatree_set_operation(&removal, TVK_OPERATION_REMOVE);
-    return add_value(ctx, &removal, target, kShutdown, nullptr);
+    tvk_map_datatree_reset_trim_path_ctx(ctx);
+    return status;
 }
 
 qerrno in_interface(tvk_map_ctx ctx, const Node *, uint32_t, Node *target) {
     char *name = nullptr;
+    if (is_read(ctx)) {
+        return enter_read(ctx);
+    }
     const qerrno status = tvk_map_get_node_info(ctx, kInterfacePath, "name", &name);
     return status == TVK_OK ? enter_interface(ctx, target, name) : status;
 }
 
-qerrno parse_interfaces(tvk_map_ctx ctx, const Node *node, Node *target) {
-    const qerrno status = tmap_high_container_parse(ctx, node, target, &kInterfaces);
-    tvk_map_datatree_reset_trim_path_ctx(ctx);
-    return status;
+NodeRange native_interfaces(const Node *root) {
+    return children_of(root != nullptr ? find(root, kNativeInterfaces) : nullptr);
+}
+
+bool is_virtual(const Node *entry) {
+    return find(entry, "interface-virtual") != nullptr;
+}
+
+qerrno edit_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target) {
+    const bool is_delete = tvk_map_is_request_delete(leaf) != 0;
+    if (!is_delete && equal(leaf->data, "false")) {
+        return add_value(ctx, leaf, target, "shutdown", nullptr);
+    }
+    if (!is_delete && !equal(leaf->data, "true")) {
+        return refuse(ctx, leaf, TVK_ERR_INVALID);
+    }
+    Node removal = *leaf;
+    tvk_map_datatree_set_operation(&removal, TVK_OPERATION_REMOVE);
+    return add_value(ctx, &removal, target, "shutdown", nullptr);
+}
+
+const char *read_enabled(tvk_map_ctx, const Node *native) {
+    return find(native, "shutdown") != nullptr ? "false" : nullptr;
 }
 
 }  // namespace interfaces

@@ -1,5 +1,6 @@
 #include "native.h"
 
+#include <cstdio>
 #include <cstring>
 
 #include "kel_memory.h"
@@ -12,10 +13,6 @@ namespace {
 // Exported operations take some texts as writable and do not write them.
 char *text(const char *constant) {
     return const_cast<char *>(constant);
-}
-
-bool equal(const char *a, const char *b) {
-    return tvk_map_do_these_match(a, b) != 0;
 }
 
 bool is_current(tvk_map_ctx ctx, const char *list_path, const char *key_name, const char *key_value) {
@@ -32,31 +29,15 @@ void forget_error_path(tvk_map_ctx ctx) {
     ctx->state->error_xpath_ns = nullptr;
 }
 
-// In the second pass of a replace: what the first one marked as removed is there again, with a new content.
-void take_back_removal(tvk_map_ctx ctx, Node *node) {
-    if (node != nullptr && ctx->state->replace_converted != 0 && node->operation == TVK_OPERATION_REMOVE) {
-        tvk_map_datatree_set_operation(node, TVK_OPERATION_REPLACE);
-    }
+const Node *current_node(tvk_map_ctx ctx, const Node *target) {
+    return ctx->state->pending_trim_path != nullptr ? current_entry(ctx) : target;
 }
 
-// The node at path below the current entry, or below target where path does not lead there; null when it is missing.
-Node *find(tvk_map_ctx ctx, Node *target, const char *path) {
-    const char *trim_path = ctx->state->pending_trim_path;
-    const Node *node = target;
-    if (trim_path != nullptr && std::strncmp(path, trim_path, std::strlen(trim_path)) == 0) {
-        node = current_entry(ctx);
-        path += std::strlen(trim_path);
+// In the second pass of a replace: what the first one marked as removed is there again, with a new content.
+void take_back_removal(tvk_map_ctx ctx, const Node *node) {
+    if (node != nullptr && ctx->state->replace_converted != 0 && node->operation == TVK_OPERATION_REMOVE) {
+        tvk_map_datatree_set_operation(const_cast<Node *>(node), TVK_OPERATION_REPLACE);
     }
-    char component[64];
-    while (*(path += std::strspn(path, "/")) != '\0') {
-        const std::size_t length = std::strcspn(path, "/");
-        if (strncpy_s(component, sizeof component, path, length) != 0 ||
-            tvk_map_datatree_get_subtree(node, &node, component, nullptr, nullptr) != TVK_OK) {
-            return nullptr;
-        }
-        path += length;
-    }
-    return const_cast<Node *>(node);
 }
 
 void drop_children(Node *node, int32_t kept) {
@@ -66,29 +47,6 @@ void drop_children(Node *node, int32_t kept) {
     if (node->subtree_count > kept) {
         node->subtree_count = kept;
     }
-}
-
-const char *convert(const ValuePair *values, const char *value) {
-    for (const ValuePair *pair = values; pair->openconfig != nullptr; ++pair) {
-        if (equal(pair->openconfig, value)) {
-            return pair->native;
-        }
-    }
-    return nullptr;
-}
-
-qerrno apply(tvk_map_ctx ctx, const Node *node, Node *target, const LeafRule &rule) {
-    if (rule.process != nullptr) {
-        return rule.process(ctx, node, target);
-    }
-    if (rule.path == nullptr) {
-        return TVK_OK;
-    }
-    if (tvk_map_is_request_delete(node) != 0) {
-        return add_value(ctx, node, target, rule.path, nullptr);
-    }
-    const char *value = rule.values != nullptr ? convert(rule.values, node->data) : node->data;
-    return value != nullptr ? add_value(ctx, node, target, rule.path, value) : refuse(ctx, node, TVK_ERR_INVALID);
 }
 
 }  // namespace
@@ -141,7 +99,7 @@ void remove_entry(Node *entry, int32_t key_count, uint32_t operation) {
 
 qerrno settle_container(tvk_map_ctx ctx, const Node *node, Node *target, const char *path) {
     if (tvk_map_is_request_delete(node) == 0) {
-        take_back_removal(ctx, find(ctx, target, path));
+        take_back_removal(ctx, find(current_node(ctx, target), path));
         return TVK_OK;
     }
     const qerrno status = add_value(ctx, node, target, path, nullptr);
@@ -149,9 +107,12 @@ qerrno settle_container(tvk_map_ctx ctx, const Node *node, Node *target, const c
 }
 
 qerrno add_value(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *path, const char *value) {
-    take_back_removal(ctx, find(ctx, target, path));
+    take_back_removal(ctx, find(current_node(ctx, target), path));
+    const char *list_path = ctx->state->pending_trim_path;
+    char whole_path[TVK_MAP_MAX_PATH];
+    std::snprintf(whole_path, sizeof whole_path, "%s/%s", list_path != nullptr ? list_path : "", path);
     Node *native = nullptr;
-    const qerrno status = tvk_map_datatree_add_path(ctx, target, path, kNativeNs, value, nullptr, &native, 0);
+    const qerrno status = tvk_map_datatree_add_path(ctx, target, whole_path, kNativeNs, value, nullptr, &native, 0);
     if (status != TVK_OK || native == nullptr) {
         return status;
     }
@@ -163,21 +124,17 @@ qerrno add_value(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *pa
     return TVK_OK;
 }
 
-qerrno map_leaf(tvk_map_ctx ctx, const Node *node, Node *target, const LeafRules &rules) {
-    for (std::size_t i = 0; i < rules.count; ++i) {
-        if (equal(rules.rules[i].tag, node->tag)) {
-            return apply(ctx, node, target, rules.rules[i]);
+const Node *find(const Node *node, const char *path) {
+    char component[64];
+    while (node != nullptr && *(path += std::strspn(path, "/")) != '\0') {
+        const std::size_t length = std::strcspn(path, "/");
+        if (strncpy_s(component, sizeof component, path, length) != 0 ||
+            tvk_map_datatree_get_subtree(node, &node, component, nullptr, nullptr) != TVK_OK) {
+            return nullptr;
         }
+        path += length;
     }
-    return refuse(ctx, node, TVK_ERR_UNSUPPORTED);
-}
-
-qerrno map_all_leaves(tvk_map_ctx ctx, const Node *node, Node *target, const LeafRules &rules) {
-    qerrno status = TVK_OK;
-    for (std::size_t i = 0; i < rules.count && status == TVK_OK; ++i) {
-        status = apply(ctx, node, target, rules.rules[i]);
-    }
-    return status;
+    return node;
 }
 
 qerrno refuse(tvk_map_ctx ctx, const Node *node, qerrno status) {
@@ -185,11 +142,6 @@ qerrno refuse(tvk_map_ctx ctx, const Node *node, qerrno status) {
     ctx->state->error_node_tag = tvk_strdup(node->tag, "openconfig_interfaces");
     tvk_oc_error_path(ctx);
     return status;
-}
-
-qerrno refuse_child(tvk_map_ctx ctx, const Node *node, Node *) {
-    // In a propagation this is the node above, which needs nothing here.
-    return ctx->state->delete_walk_active == 1 ? TVK_OK : refuse(ctx, node, TVK_ERR_UNSUPPORTED);
 }
 
 }  // namespace interfaces

@@ -1,8 +1,10 @@
-// The native side: the list entry that values go to, and rules that say where a leaf's value goes below it.
+// The native side of an edit: the list entry that values go to.
+//
+// That entry is the request's pending entry: paths that begin with its list's path are added below it. Paths given
+// here lead on from there, or, while there is no such entry, from the root of the native tree.
 #ifndef OPENCONFIG_INTERFACES_NATIVE_H
 #define OPENCONFIG_INTERFACES_NATIVE_H
 
-#include <cstddef>
 #include <cstdint>
 
 #include "tvk_map.h"
@@ -14,10 +16,7 @@ using Node = struct qidl_tvk_datatree;
 inline constexpr char kNativeNs[] = "urn:example:native-interfaces";
 inline constexpr char kNativeInterfaces[] = "interface-configurations";
 inline constexpr char kNativeInterface[] = "interface-configurations/interface-configuration";
-
-// ---- The current native entry --------------------------------------------------------------------------------
-//
-// Paths that begin with its list's path are added below it: it is the request's pending entry.
+inline constexpr char kNativeStates[] = "interface-states";
 
 inline Node *current_entry(tvk_map_ctx ctx) {
     return ctx->state->pending_list_node;
@@ -45,50 +44,15 @@ qerrno settle_container(tvk_map_ctx ctx, const Node *node, Node *target, const c
 // Adds a value at path with the operation of leaf.
 qerrno add_value(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *path, const char *value);
 
-// ---- Rules ---------------------------------------------------------------------------------------------------
+// The node at path below node; null when it is missing.
+const Node *find(const Node *node, const char *path);
 
-struct ValuePair {
-    const char *openconfig;
-    const char *native;
-};
-
-// One OpenConfig leaf.
-struct LeafRule {
-    const char *tag;
-    const char *path;              // of the native leaf; null when the leaf has no counterpart (the copy of a key)
-    const ValuePair *values;       // ended by a null pair; null when values are the same on both sides
-    tmap_node_process_fp process;  // null, or what is done instead of adding the value at path
-};
-
-struct LeafRules {
-    const LeafRule *rules;
-    std::size_t count;
-};
-
-template <std::size_t kCount>
-constexpr LeafRules leaf_rules(const LeafRule (&rules)[kCount]) {
-    return {rules, kCount};
-}
-
-// A leaf by its rule; in a propagation, where node is not the leaf, all leaves of the table.
-qerrno map_leaf(tvk_map_ctx ctx, const Node *node, Node *target, const LeafRules &rules);
-qerrno map_all_leaves(tvk_map_ctx ctx, const Node *node, Node *target, const LeafRules &rules);
-
-// The child handler of a container whose children are leaves.
-template <const LeafRules &kRules>
-qerrno leaves(tvk_map_ctx ctx, const Node *node, Node *target) {
-    if (ctx->state->delete_walk_active == 1) {
-        return map_all_leaves(ctx, node, target, kRules);
-    }
-    return tmap_high_leaf_parse(ctx, node, target, node->tag, 0,
-                                [](tvk_map_ctx c, const Node *leaf, Node *t) { return map_leaf(c, leaf, t, kRules); });
+inline bool equal(const char *a, const char *b) {
+    return tvk_map_do_these_match(a, b) != 0;
 }
 
 // Records node as what the request fails at.
 qerrno refuse(tvk_map_ctx ctx, const Node *node, qerrno status);
-
-// A child that the mapping has no handler for.
-qerrno refuse_child(tvk_map_ctx ctx, const Node *node, Node *target);
 
 }  // namespace interfaces
 

@@ -2,17 +2,23 @@
 #ifndef OPENCONFIG_INTERFACES_OPENCONFIG_H
 #define OPENCONFIG_INTERFACES_OPENCONFIG_H
 
-#include "native.h"
+#include "leaf_rules.h"
 
 namespace interfaces {
 
 inline constexpr char kInterfacesNs[] = "http://openconfig.net/yang/interfaces";
+inline constexpr char kIpNs[] = "http://openconfig.net/yang/interfaces/ip";
+inline constexpr char kEthernetNs[] = "http://openconfig.net/yang/interfaces/ethernet";
+inline constexpr char kAggregateNs[] = "http://openconfig.net/yang/interfaces/aggregate";
 inline constexpr char kLacpNs[] = "http://openconfig.net/yang/lacp";
 inline constexpr char kVlanNs[] = "http://openconfig.net/yang/vlan";  // not mapped here
 
 inline constexpr char kInterfacePath[] = "/interfaces/interface";
 inline constexpr char kSubinterfacePath[] = "/interfaces/interface/subinterfaces/subinterface";
 inline constexpr char kLacpInterfacePath[] = "/lacp/interfaces/interface";
+
+// The list interface, which the others stand in.
+extern const ListShape kInterfaceList;
 
 // Top containers.
 qerrno parse_interfaces(tvk_map_ctx ctx, const Node *node, Node *target);
@@ -23,14 +29,21 @@ qerrno parse_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target);
 qerrno parse_ethernet(tvk_map_ctx ctx, const Node *node, Node *target);
 qerrno parse_aggregation(tvk_map_ctx ctx, const Node *node, Node *target);
 
+// Walks a top container. In an edit its target is the native root, in a read its own node in the response.
+qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns);
+
 // Container handler: makes the native entry of the interface that the walk is in the current one.
 qerrno in_interface(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target);
 
-// Handler of a key leaf: the list's handler has taken it already.
-qerrno handle_key(tvk_map_ctx ctx, const Node *node, Node *target);
+// The interfaces of the native tree.
+NodeRange native_interfaces(const Node *root);
+
+// Whether a native entry is a subinterface.
+bool is_virtual(const Node *entry);
 
 // The leaf enabled. The native side knows only what is shut down; an interface that is enabled has no such leaf.
-qerrno map_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target);
+qerrno edit_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target);
+const char *read_enabled(tvk_map_ctx ctx, const Node *native);
 
 // Marks all native subinterfaces of the interface that stand in target with the operation of node, a delete.
 void remove_subinterfaces(const Node *node, Node *target, const char *interface_name);

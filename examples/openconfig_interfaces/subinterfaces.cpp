@@ -30,30 +30,81 @@ qerrno enter_subinterface(tvk_map_ctx ctx, const Node *node, Node *target) {
 }
 
 qerrno in_subinterface(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
-    return enter_subinterface(ctx, node, target);
+    return is_read(ctx) ? enter_read(ctx) : enter_subinterface(ctx, node, target);
 }
+
+// ---- The list in a read ----
+
+// The native list is flat, so all of it is looked through.
+NodeRange subinterface_candidates(tvk_map_ctx ctx, const Node *) {
+    return native_interfaces(native_root(ctx));
+}
+
+const char *subinterface_key(const Node *entry, const char *interface_name) {
+    const Node *name = find(entry, "interface-name");
+    const std::size_t length = std::strlen(interface_name);
+    if (name == nullptr || name->data == nullptr || !is_virtual(entry) ||
+        std::strncmp(name->data, interface_name, length) != 0 || name->data[length] != '.') {
+        return nullptr;
+    }
+    return name->data + length + 1;
+}
+
+constexpr ListShape kSubinterfaceList = {1,
+                                         &kInterfaceList,
+                                         "interface/subinterfaces/subinterface",
+                                         "index",
+                                         kInterfacesNs,
+                                         subinterface_candidates,
+                                         subinterface_key};
 
 // ---- Addresses, alike for both families ----
 
 struct Family {
     const char *hierarchy_path;  // of the OpenConfig list
-    const char *container;       // native, by its whole path
     const char *list;            // native, below the interface
+    const char *container;       // of that
+    const char *config;          // OpenConfig, below the top container
+    const char *state;
 };
 
 constexpr Family kIpv4 = {"/interfaces/interface/subinterfaces/subinterface/ipv4/addresses/address",
-                          "interface-configurations/interface-configuration/ipv4-addresses", "ipv4-addresses/address"};
+                          "ipv4-addresses/address", "ipv4-addresses",
+                          "interface/subinterfaces/subinterface/ipv4/addresses/address/config",
+                          "interface/subinterfaces/subinterface/ipv4/addresses/address/state"};
 constexpr Family kIpv6 = {"/interfaces/interface/subinterfaces/subinterface/ipv6/addresses/address",
-                          "interface-configurations/interface-configuration/ipv6-addresses", "ipv6-addresses/address"};
+                          "ipv6-addresses/address", "ipv6-addresses",
+                          "interface/subinterfaces/subinterface/ipv6/addresses/address/config",
+                          "interface/subinterfaces/subinterface/ipv6/addresses/address/state"};
 
-constexpr LeafRule kIpv4Rules[] = {{"ip", nullptr, nullptr, nullptr},
-                                   {"prefix-length", "ipv4-addresses/address/prefix-length", nullptr, nullptr}};
-constexpr LeafRule kIpv6Rules[] = {{"ip", nullptr, nullptr, nullptr},
-                                   {"prefix-length", "ipv6-addresses/address/prefix-length", nullptr, nullptr}};
-constexpr LeafRules kIpv4Leaves = leaf_rules(kIpv4Rules);
-constexpr LeafRules kIpv6Leaves = leaf_rules(kIpv6Rules);
+const char *address_key(const Node *address, const char *) {
+    const Node *ip = find(address, "ip");
+    return ip != nullptr ? ip->data : nullptr;
+}
 
-template <const Family &kFamily, const LeafRules &kLeaves>
+template <const Family &kFamily>
+NodeRange address_candidates(tvk_map_ctx, const Node *interface_entry) {
+    return children_of(find(interface_entry, kFamily.container));
+}
+
+constexpr ListShape kIpv4List = {2,
+                                 &kSubinterfaceList,
+                                 "interface/subinterfaces/subinterface/ipv4/addresses/address",
+                                 "ip",
+                                 kIpNs,
+                                 address_candidates<kIpv4>,
+                                 address_key};
+constexpr ListShape kIpv6List = {2,
+                                 &kSubinterfaceList,
+                                 "interface/subinterfaces/subinterface/ipv6/addresses/address",
+                                 "ip",
+                                 kIpNs,
+                                 address_candidates<kIpv6>,
+                                 address_key};
+
+constexpr LeafRule kAddressRules[] = {{.tag = "ip"}, {.tag = "prefix-length", .path = "prefix-length"}};
+
+template <const Family &kFamily, const ListShape &kList>
 struct Addresses {
     static qerrno enter_address(tvk_map_ctx ctx, const Node *node, Node *target) {
         char *ip = nullptr;
@@ -65,6 +116,9 @@ struct Addresses {
     }
 
     static qerrno handle_address(tvk_map_ctx ctx, const Node *node, Node *target) {
+        if (is_read(ctx)) {
+            return push_instances(ctx, kList);
+        }
         const qerrno status = enter_address(ctx, node, target);
         return status == TVK_OK ? settle_entry(ctx, node, 1) : status;
     }
@@ -73,26 +127,27 @@ struct Addresses {
         return enter_address(ctx, node, target);
     }
 
-    static qerrno in_addresses(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
-        const qerrno status = enter_subinterface(ctx, node, target);
-        return status == TVK_OK ? settle_container(ctx, node, target, kFamily.container) : status;
+    static qerrno in_addresses(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target) {
+        const qerrno status = in_subinterface(ctx, node, child_count, target);
+        return status == TVK_OK && !is_read(ctx) ? settle_container(ctx, node, target, kFamily.container) : status;
     }
 
-    static constexpr struct tmap_node_cont_info kConfig = {in_address, leaves<kLeaves>, nullptr, 0, nullptr, nullptr};
-    static qerrno parse_config(tvk_map_ctx ctx, const Node *node, Node *target) {
-        return tmap_high_container_parse(ctx, node, target, &kConfig);
-    }
+    static constexpr LeafContainer kConfig = {kAddressRules, 2, &kList, kFamily.config, kIpNs, in_address};
+    static constexpr LeafContainer kState = {kAddressRules, 2, &kList, kFamily.state, kIpNs, nullptr};
 
-    static constexpr struct tmap_child_entry kAddressChildren[] = {{"ip", handle_key, TMAP_CHILD_KEY},
-                                                                   {"config", parse_config, TMAP_CHILD_PROPAGATE}};
+    static constexpr struct tmap_child_entry kAddressChildren[] = {
+        {"ip", handle_key<kList>, TMAP_CHILD_KEY},
+        {"config", Leaves<kConfig>::parse, TMAP_CHILD_PROPAGATE},
+        {"state", Leaves<kState>::parse, TMAP_CHILD_PROPAGATE},
+    };
     static constexpr struct tmap_key_entry kAddressKeys[] = {{"ip", kFamily.hierarchy_path, "config"}};
     static constexpr struct tmap_node_list_info kAddress = {
-        handle_address, refuse_child, kAddressChildren, kAddressKeys, 2, 1, kFamily.hierarchy_path, nullptr};
+        handle_address, refuse_child, kAddressChildren, kAddressKeys, 3, 1, kFamily.hierarchy_path, nullptr};
     static qerrno parse_address(tvk_map_ctx ctx, const Node *node, Node *target) {
-        return tmap_high_list_parse(ctx, node, target, &kAddress);
+        return parse_list(ctx, node, target, &kAddress, kList);
     }
 
-    static constexpr struct tmap_child_entry kAddressesChildren[] = {{"address", parse_address, 0}};
+    static constexpr struct tmap_child_entry kAddressesChildren[] = {{"address", parse_address, TMAP_CHILD_PROPAGATE}};
     static constexpr struct tmap_node_cont_info kAddresses = {in_addresses, refuse_child, kAddressesChildren, 1,
                                                               nullptr,      nullptr};
     static qerrno parse_addresses(tvk_map_ctx ctx, const Node *node, Node *target) {
@@ -107,23 +162,24 @@ struct Addresses {
     }
 };
 
-// ---- config ----
+// ---- config and state ----
 
-constexpr LeafRule kConfigRules[] = {
-    {"index", nullptr, nullptr, nullptr},
-    {"description", "interface-configurations/interface-configuration/description", nullptr, nullptr},
-    {"enabled", nullptr, nullptr, map_enabled},
+constexpr LeafRule kRules[] = {
+    {.tag = "index"},
+    {.tag = "description", .path = "description"},
+    {.tag = "enabled", .default_value = "true", .edit = edit_enabled, .read = read_enabled},
 };
-constexpr LeafRules kConfigLeaves = leaf_rules(kConfigRules);
-constexpr struct tmap_node_cont_info kConfig = {in_subinterface, leaves<kConfigLeaves>, nullptr, 0, nullptr, nullptr};
-
-qerrno parse_config(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kConfig);
-}
+constexpr LeafContainer kConfig = {
+    kRules, 3, &kSubinterfaceList, "interface/subinterfaces/subinterface/config", kInterfacesNs, in_subinterface};
+constexpr LeafContainer kState = {
+    kRules, 3, &kSubinterfaceList, "interface/subinterfaces/subinterface/state", kInterfacesNs, nullptr};
 
 // ---- subinterface ----
 
 qerrno handle_subinterface(tvk_map_ctx ctx, const Node *node, Node *target) {
+    if (is_read(ctx)) {
+        return push_instances(ctx, kSubinterfaceList);
+    }
     qerrno status = enter_subinterface(ctx, node, target);
     if (status == TVK_OK) {
         status = settle_entry(ctx, node, kInterfaceKeyCount);
@@ -135,28 +191,32 @@ qerrno handle_subinterface(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (ctx->state->create_node != nullptr) {
         tvk_map_datatree_set_operation(current_entry(ctx), ctx->state->create_operation);
     }
-    return tvk_map_datatree_add_path(ctx, target, "interface-configurations/interface-configuration/interface-virtual",
-                                     kNativeNs, nullptr, nullptr, nullptr, 0);
+    return tvk_map_datatree_add_subtree(ctx, current_entry(ctx), "interface-virtual", kNativeNs, nullptr, nullptr,
+                                        nullptr, 0);
 }
 
 constexpr struct tmap_child_entry kSubinterfaceChildren[] = {
-    {"index", handle_key, TMAP_CHILD_KEY},
-    {"config", parse_config, TMAP_CHILD_PROPAGATE},
-    {"ipv4", Addresses<kIpv4, kIpv4Leaves>::parse, TMAP_CHILD_PROPAGATE},
-    {"ipv6", Addresses<kIpv6, kIpv6Leaves>::parse, TMAP_CHILD_PROPAGATE},
+    {"index", handle_key<kSubinterfaceList>, TMAP_CHILD_KEY},
+    {"config", Leaves<kConfig>::parse, TMAP_CHILD_PROPAGATE},
+    {"state", Leaves<kState>::parse, TMAP_CHILD_PROPAGATE},
+    {"ipv4", Addresses<kIpv4, kIpv4List>::parse, TMAP_CHILD_PROPAGATE},
+    {"ipv6", Addresses<kIpv6, kIpv6List>::parse, TMAP_CHILD_PROPAGATE},
 };
 constexpr struct tmap_key_entry kSubinterfaceKeys[] = {{"index", kSubinterfacePath, "config"}};
 constexpr struct tmap_node_list_info kSubinterface = {
-    handle_subinterface, refuse_child, kSubinterfaceChildren, kSubinterfaceKeys, 4, 1, kSubinterfacePath, kVlanNs};
+    handle_subinterface, refuse_child, kSubinterfaceChildren, kSubinterfaceKeys, 5, 1, kSubinterfacePath, kVlanNs};
 
 qerrno parse_subinterface(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_list_parse(ctx, node, target, &kSubinterface);
+    return parse_list(ctx, node, target, &kSubinterface, kSubinterfaceList);
 }
 
 // ---- subinterfaces ----
 
 qerrno enter_subinterfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
     char *name = nullptr;
+    if (is_read(ctx)) {
+        return enter_read(ctx);
+    }
     if (tvk_map_is_request_delete(node) == 0) {
         return TVK_OK;
     }
@@ -167,30 +227,17 @@ qerrno enter_subinterfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *ta
     return status == TVK_OK ? TVK_SKIP_NODE : status;
 }
 
-constexpr struct tmap_child_entry kSubinterfacesChildren[] = {{"subinterface", parse_subinterface, 0}};
+constexpr struct tmap_child_entry kSubinterfacesChildren[] = {
+    {"subinterface", parse_subinterface, TMAP_CHILD_PROPAGATE}};
 constexpr struct tmap_node_cont_info kSubinterfaces = {
     enter_subinterfaces, refuse_child, kSubinterfacesChildren, 1, nullptr, nullptr};
-
-bool is_subinterface_of(const Node *entry, const char *interface_name) {
-    const Node *name = nullptr;
-    const std::size_t length = std::strlen(interface_name);
-    return tvk_map_datatree_get_subtree(entry, &name, "interface-name", nullptr, nullptr) == TVK_OK &&
-           name->data != nullptr && std::strncmp(name->data, interface_name, length) == 0 && name->data[length] == '.';
-}
 
 }  // namespace
 
 void remove_subinterfaces(const Node *node, Node *target, const char *interface_name) {
-    const Node *list = nullptr;
-    if (tvk_map_datatree_get_subtree(target, &list, kNativeInterfaces, nullptr, nullptr) != TVK_OK) {
-        return;
-    }
-    Node *entries = nullptr;
-    int32_t count = 0;
-    tvk_map_get_subtrees(nullptr, list, &entries, &count);
-    for (int32_t i = 0; i < count; ++i) {
-        if (is_subinterface_of(&entries[i], interface_name)) {
-            remove_entry(&entries[i], kInterfaceKeyCount, node->operation);
+    for (Node &entry : native_interfaces(target)) {
+        if (subinterface_key(&entry, interface_name) != nullptr) {
+            remove_entry(&entry, kInterfaceKeyCount, node->operation);
         }
     }
 }

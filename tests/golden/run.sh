@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Sample requests of the examples against the replies that stand beside them.
+# Sample requests and filters of the examples against the replies that stand beside them.
 #
 #   run.sh TVK-MAP             compares
 #   run.sh TVK-MAP --refresh   rewrites the replies; read the diff
@@ -9,42 +9,76 @@ refresh=${2-}
 cd "$(dirname "$0")/../../examples"
 
 failed=0
-total=0
-# golden EXAMPLE STATUS REQUEST [OPTION...]: requests/REQUEST.xml through EXAMPLE gives replies/REQUEST.xml.
-golden() {
-  local example=$1 status=$2 request=$3 got=0
-  shift 3
-  local reply=$example/replies/$request.xml
-  total=$((total + 1))
-  actual=$("$tool" edit --mapping "$example" "$@" "$example/requests/$request.xml") || got=$?
-  [ "$refresh" != --refresh ] || printf '%s\n' "$actual" >"$reply"
-  if [ "$got" -ne "$status" ]; then
-    echo "$example/$request: exit status $got, expected $status"
-    failed=$((failed + 1))
-  elif ! diff -u "$reply" <(printf '%s\n' "$actual"); then
-    failed=$((failed + 1))
-  fi
+fail() {
+  echo "$1"
+  failed=$((failed + 1))
 }
 
-native=openconfig_interfaces/native-state.xml
-golden openconfig_interfaces 0 create-two
-golden openconfig_interfaces 0 merge-bare
-golden openconfig_interfaces 0 merge-into --into $native
-golden openconfig_interfaces 0 replace-entry --into $native
-golden openconfig_interfaces 0 replace-container --into $native
-golden openconfig_interfaces 0 delete-entry --into $native
-golden openconfig_interfaces 0 delete-parts --into $native
-golden openconfig_interfaces 1 wrong-leafref
-golden openconfig_interfaces 1 empty-key
-golden openconfig_interfaces 1 key-with-delete
-golden openconfig_interfaces 1 unsupported-namespace
-golden openconfig_interfaces 1 unknown-identity
-golden openconfig_interfaces 1 delete-with-content
+# golden REPLY STATUS ARGUMENT...: tvk-map with the arguments, in the folder of the example, prints replies/REPLY.xml.
+golden() {
+  local reply=replies/$1.xml status=$2 actual got=0
+  shift 2
+  actual=$("$tool" "$@") || got=$?
+  [ "$refresh" != --refresh ] || printf '%s\n' "$actual" >"$reply"
+  [ "$got" -eq "$status" ] || fail "$*: exit status $got, expected $status"
+  diff -u "$reply" <(printf '%s\n' "$actual") || fail "$*: not $reply"
+}
 
-# Every sample request is run here.
-samples=$(ls ./*/requests/*.xml | wc -l)
-if [ "$samples" -ne "$total" ]; then
-  echo "$samples sample requests, $total of them run"
-  failed=$((failed + 1))
-fi
+# edit STATUS REQUEST [OPTION...], get FILTER [OPTION...]: the latter in both phases of the filter, which agree here.
+edit() {
+  local status=$1 request=$2
+  shift 2
+  golden "$request" "$status" edit --mapping "$example" "$@" "requests/$request.xml"
+}
+get() {
+  local filter=$1
+  shift
+  for phase in mark container; do
+    golden "get-$filter" 0 get --mapping "$example" --native "$device" --phase $phase "$@" "filters/$filter.xml"
+  done
+}
+# Every sample is run.
+all_used() {
+  for sample in requests/*.xml; do
+    [ -e "replies/$(basename "$sample")" ] || fail "$example/$sample is not run"
+  done
+  for sample in filters/*.xml; do
+    [ -e "replies/get-$(basename "$sample")" ] || fail "$example/$sample is not run"
+  done
+}
+
+example=openconfig_interfaces
+device=native-device.xml
+pushd $example >/dev/null
+edit 0 create-two
+edit 0 merge-bare
+edit 0 merge-into --into native-before-edit.xml
+edit 0 replace-entry --into native-before-edit.xml
+edit 0 replace-container --into native-before-edit.xml
+edit 0 delete-entry --into native-before-edit.xml
+edit 0 delete-parts --into native-before-edit.xml
+edit 1 wrong-leafref
+edit 1 empty-key
+edit 1 key-with-delete
+edit 1 unsupported-namespace
+edit 1 unknown-identity
+edit 1 delete-with-content
+get one-by-key
+get one-leaf
+get content-match
+get key-and-content
+get two-branches
+get empty-container
+get whole-list
+get addresses
+get unknown-namespace
+get no-such-entry
+for mode in report-all trim explicit report-all-tagged; do
+  golden "get-two-branches-$mode" 0 get --mapping $example --native $device --with-defaults $mode \
+    filters/two-branches.xml
+done
+golden get-everything 0 get --mapping $example --native $device
+all_used
+popd >/dev/null
+
 [ $failed -eq 0 ]

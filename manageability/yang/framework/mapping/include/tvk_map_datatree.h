@@ -198,6 +198,40 @@ TVK_MAP_API qerrno tvk_map_validate_replace_subtree(tvk_map_ctx ctx, const struc
 /* Forgets all recorded paths. Always 0. */
 TVK_MAP_API qerrno tvk_map_clear_xpath_ctx(tvk_map_ctx ctx);
 
+/* ---- List entries ----------------------------------------------------------------------------------------
+ *
+ * A list is held as siblings of one name, one per entry, each with its key leaves among its children.
+ */
+
+/*
+ * Finds the entry of the list list_name below parent whose key leaf key_name has the value key_value, or adds one.
+ * The key leaf of a new entry is not added: that is the caller's. Entries in another namespace are not looked at.
+ * The first entry of a parent without children is not numbered, later ones are (subtree_index).
+ * Returns 0 and the entry, which holds until parent next gets a child; TVK_ERR_INVALID for a null argument (entry
+ * unwritten); else what adding returned, with entry null.
+ */
+TVK_MAP_API qerrno tvk_map_datatree_add_list_node(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent,
+                                                  const char *list_name, const char *ns, const char *key_name,
+                                                  const char *key_value, struct qidl_tvk_datatree **entry);
+
+/*
+ * Asks whether one of count records at subtrees is called name and, with match_value other than 0, has that value
+ * (null: no data). Returns 1 and stores the first one in found (may be null), or 0.
+ */
+TVK_MAP_API int tvk_map_is_node_in_subtrees(tvk_map_ctx ctx, const struct qidl_tvk_datatree *subtrees, uint32_t count,
+                                            const char *name, const char *value, int match_value,
+                                            const struct qidl_tvk_datatree **found);
+
+/*
+ * Asks whether an entry of the list at path carries the key key_name = key_value. The path names the node around the
+ * entries and is added where it is missing (namespace http://openconfig.net/yang/bgp). An entry without children
+ * hides those behind it. The fourth argument is ignored. Returns 1 and stores the entry (may be null), or 0, also
+ * when the path cannot be added.
+ */
+TVK_MAP_API int tvk_map_is_list_node_already_present(tvk_map_ctx ctx, struct qidl_tvk_datatree *tree, const char *path,
+                                                     const char *ignored, const char *key_name, const char *key_value,
+                                                     const struct qidl_tvk_datatree **entry);
+
 /* ---- Trimming and asking paths -------------------------------------------------------------------------- */
 
 /*

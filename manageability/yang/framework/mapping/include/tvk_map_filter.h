@@ -92,7 +92,7 @@ typedef uint32_t (*tvk_map_dfs_process_fp)(tvk_map_ctx ctx, struct kel_queue *st
 /*
  * Pushes root with push at level 1, then hands the elements to process, last in, first out, until one call returns 1
  * or none is left. What is left on the stack then is released.
- * Returns what the last call of process returned; 0 when push did not return 1.
+ * Returns what the last call of process returned; 0 when push returned 0.
  */
 TVK_MAP_API uint32_t tvk_map_dfs_template(tvk_map_ctx ctx, struct qidl_tvk_datatree *root, tvk_map_dfs_push_fp push,
                                           tvk_map_dfs_process_fp process);

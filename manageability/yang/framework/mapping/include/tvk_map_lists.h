@@ -129,6 +129,47 @@ TVK_MAP_API qerrno tvk_map_free_trim_path_list_ctx(tvk_map_ctx ctx);
  */
 TVK_MAP_API qerrno tvk_map_datatree_reset_trim_path_ctx(tvk_map_ctx ctx);
 
+/* ---- Namespaces ------------------------------------------------------------------------------------------
+ *
+ * A node has the namespace of its element (ns) and, when its value names an identity, that of its value (data_ns).
+ * The trees are declared read-only and changed all the same.
+ */
+
+/*
+ * Replaces node's namespace by a copy of ns. Returns 0; TVK_ERR_INVALID for a null argument, or a node that has no
+ * tag or no namespace to replace; TVK_ERR_NO_MEMORY: the node is left without a namespace.
+ */
+TVK_MAP_API qerrno tvk_map_update_node_namespace(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, char *ns);
+
+/*
+ * Replaces the namespaces of the nodes along path, whose first component names a child of tree. Components that are
+ * not in the tree are passed over: the next one is searched among the same children.
+ * mode 0: every node that matches; 1: only the node that the last component reaches, if it has a namespace; any
+ * other: every node that matches, and the last one once more through tvk_map_update_node_namespace.
+ * Returns 0, also when nothing matches or path has 1000 characters and more; TVK_ERR_INVALID for a null argument;
+ * what tvk_map_update_node_namespace returned; TVK_ERR_NO_MEMORY: one node is left without a namespace, those before
+ * it have the new one.
+ */
+TVK_MAP_API qerrno tvk_map_datatree_update_namespace(tvk_map_ctx ctx, const struct qidl_tvk_datatree *tree, char *path,
+                                                     char *ns, int mode);
+
+/*
+ * Gives the node at path, whose first component is the tag of tree itself, a copy of data_ns as the namespace of its
+ * value. A former one is not released.
+ * Returns 0, also for a path without components; TVK_ERR_INVALID for a null argument; TVK_ERR_NOT_FOUND when the path
+ * has one component only or leaves the tree, or tree has no children; TVK_ERR_NO_MEMORY.
+ */
+TVK_MAP_API qerrno tvk_map_datatree_add_data_ns(tvk_map_ctx ctx, const struct qidl_tvk_datatree *tree, const char *path,
+                                                const char *data_ns);
+
+/*
+ * Checks that node's value is of the namespace ns. A node without a value passes in a read, and when it is to be
+ * deleted; a node without a namespace of its value passes when optional is 1.
+ * Returns 0; TVK_ERR_INVALID for a null argument; TVK_ERR_NAMESPACE with the error path recorded.
+ */
+TVK_MAP_API qerrno tvk_map_validate_data_ns(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, char *ns,
+                                            int optional);
+
 #ifdef __cplusplus
 }
 #endif

@@ -26,6 +26,15 @@ struct tvk_map_module_container {
      * Maps the container. node is the container in the request; target is the root of what the mapping builds: of
      * the native tree in an edit, of the response in a read. The root is a record that stands for no node; its
      * children are top containers.
+     *
+     * In a read node is the filter, without children when all is asked for, and the paths that path adding asks it
+     * about are those below node: add the container itself to target first (tvk_map_datatree_add_subtree), then
+     * paths below it. The caller marks that container against node and sweeps it.
+     *
+     * The native data of a read is behind the request's connection (tvk_map_get_varn_conn_hdl). On a device the
+     * handle is a connection to the system database. In the desk tool every handle is the root of the native tree, a
+     * const struct qidl_tvk_datatree * that stands for no node and lives as long as the request; it is null in an
+     * edit, whose native data is target.
      */
     tmap_node_process_fp handler;
 };

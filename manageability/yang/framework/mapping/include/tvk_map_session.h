@@ -13,6 +13,18 @@ extern "C" {
 /* Agents that deliver requests. Numbers beyond NETCONF are the framework's own. */
 typedef enum { TVK_AGENT_NETCONF = 0, TVK_AGENT_OTHER = 1, TVK_AGENT_LAST = 0x7fffffff } tvk_agent_type_e;
 
+/*
+ * With-defaults modes (RFC 6243) as the desk tool's framework numbers them; another framework may number them
+ * otherwise. 0 cannot be told from a request that asks for none.
+ */
+enum tvk_with_defaults_mode {
+    TVK_WITH_DEFAULTS_NONE = 0,
+    TVK_WITH_DEFAULTS_REPORT_ALL = 1,
+    TVK_WITH_DEFAULTS_REPORT_ALL_TAGGED = 2,
+    TVK_WITH_DEFAULTS_TRIM = 3,
+    TVK_WITH_DEFAULTS_EXPLICIT = 4
+};
+
 /* Kinds of connection that varn_backend_get_varn_conn chooses among. */
 #define VARN_CONN_A_0 0u     /* tables of kind A: handle 2, with alternate_a handle 1 */
 #define VARN_CONN_A_1 1u     /* the same */

@@ -4,6 +4,7 @@
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
+#include "tvk_map_common/internal/openconfig.h"
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_common/internal/path.h"
 #include "tvk_map_datatree.h"
@@ -47,12 +48,10 @@ qerrno tvk_map_datatree_process_list_ctx(tvk_map_ctx ctx, struct qidl_tvk_datatr
 
 namespace {
 
-constexpr char kBgpNamespace[] = "http://openconfig.net/yang/bgp";
-
 qerrno find_last_child(tvk_map_ctx ctx, Node *tree, const char *path, Node **out) {
     Node *reached = nullptr;
     const qerrno status =
-        tvk_map_datatree_add_path_flagged(ctx, tree, path, kBgpNamespace, nullptr, nullptr, &reached, 0, 0);
+        tvk_map_datatree_add_path_flagged(ctx, tree, path, tvk::kOpenconfigBgpNs, nullptr, nullptr, &reached, 0, 0);
     if (status != TVK_OK) {
         return status;
     }

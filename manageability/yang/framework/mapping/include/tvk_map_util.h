@@ -1,0 +1,81 @@
+/* Small utilities. */
+#ifndef TVK_MAP_UTIL_H
+#define TVK_MAP_UTIL_H
+
+#include <stdint.h>
+
+#include "tvk_map_types.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The schema node type of node (enum qidl_tvk_node_type); 0 when it carries none, or is null. */
+TVK_MAP_API uint32_t tvk_map_get_node_type(const struct qidl_tvk_datatree *node);
+
+/* ---- Value conversions ------------------------------------------------------------------------------------
+ *
+ * A conversion reads length characters at value and stores a text of its own in out, allocated on the named heap
+ * under "TVK_CONV" (20 bytes): the caller releases it with kel_named_free. value and out must be there. Returns 0, or
+ * TVK_ERR_NO_MEMORY with a null out.
+ */
+typedef qerrno (*tvk_map_data_conv_fp)(const char *value, uint32_t length, char **out);
+
+struct tvk_map_data_conv_cb {
+    int32_t id;
+    tvk_map_data_conv_fp convert;
+};
+
+#define TVK_MAP_DATA_CONVERSIONS 2
+
+/* Index 0: kilobits to bits per second. Index 1: seconds to date-and-time. */
+TVK_MAP_API extern const struct tvk_map_data_conv_cb tvk_map_data_conv_cb_tab[TVK_MAP_DATA_CONVERSIONS];
+
+/*
+ * Converts value by the conversion at index of the table, whatever its id. Returns what the conversion returned;
+ * TVK_ERR_INVALID for an index beyond the table or a null argument.
+ */
+TVK_MAP_API qerrno tvk_map_data_conv(int32_t index, const char *value, char **out);
+
+/*
+ * A rate in kilobits per second (a decimal text; leading white space and a sign are read over, what follows the
+ * digits is ignored) as bits per second. Both are 32 bits wide: above 4294967 kbit/s the result wraps.
+ */
+TVK_MAP_API qerrno tvk_map_data_kbs_uint32_yang_bps_uint64(const char *value, uint32_t length, char **out);
+
+/* Always the empty text: the table's slot for an interface time in seconds as a YANG date-and-time. */
+TVK_MAP_API qerrno tvk_map_data_intf_secs_uint32_to_yang_date_and_time(const char *value, uint32_t length, char **out);
+
+/* ---- Addresses and texts ---------------------------------------------------------------------------------- */
+
+/*
+ * 1 when addr is four dotted decimal numbers from 0 to 255 without leading zeros, with or without a zone ("%" and
+ * letters or digits); else 0, also for null. The first calls of a process must not race.
+ */
+TVK_MAP_API int tvk_map_is_valid_ipv4_addr(const char *addr);
+
+/* The address of address/length: cuts prefix in place at its first "/". Null for null, or when nothing is there. */
+TVK_MAP_API char *tvk_map_get_ip_address_info(char *prefix);
+
+/* The length of address/length, in place; null without a "/". To be asked before tvk_map_get_ip_address_info, which
+ * overwrites the slash. */
+TVK_MAP_API char *tvk_map_get_ip_address_len_info(char *prefix);
+
+/* bitmap with bit number bit, taken modulo 32, set. */
+TVK_MAP_API uint32_t tvk_map_set_bitmap(uint32_t bitmap, int32_t bit);
+
+/* 1 when the name, which must not be null, contains "PRIVATE", else 0. */
+TVK_MAP_API int tvk_map_is_private_model(char *model_name);
+
+/*
+ * Cuts path in place at "/" and stores up to max_index + 1 tokens (a negative max_index counts as 0) in tokens from
+ * position *count on, which it advances; there must be room. Returns 0 when that many were stored, the rest of the
+ * path uncut; 1 when there were fewer, or an argument is null.
+ */
+TVK_MAP_API int tvk_map_str_to_array(char *path, char **tokens, uint32_t max_index, uint32_t *count);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

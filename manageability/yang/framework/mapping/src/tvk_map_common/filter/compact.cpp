@@ -1,0 +1,45 @@
+// Closing the gaps that a sweep leaves in a child array.
+#include "tvk_map_common/internal/node.h"
+#include "tvk_map_common/internal/owned.h"
+#include "tvk_map_filter.h"
+
+using tvk::Node;
+
+namespace {
+
+void clear(Node &record) {
+    tvk::free_contents(record);
+    tvk::reset(record);
+}
+
+// A gap, cleared, takes over what record holds. When that fails both are cleared.
+bool move(Node &gap, Node &record) {
+    const bool copied = qidl_tvk_datatree_duplicate(&gap, &record, tvk_gpb_alloc, nullptr) == TVK_OK;
+    if (!copied) {
+        clear(gap);
+    }
+    clear(record);
+    return copied;
+}
+
+}  // namespace
+
+uint32_t tvk_map_datatree_remove_null_subtrees(tvk_map_ctx, struct qidl_tvk_datatree *node) {
+    if (node == nullptr) {
+        return 0;
+    }
+    const std::span<Node> children = tvk::children(*node);
+    std::size_t kept = 0;  // also the first gap, once there is one
+    for (Node &child : children) {
+        if (!tvk::has(child, TVK_HAS_TAG)) {
+            clear(child);
+        } else if (Node &slot = children[kept]; &slot == &child || move(slot, child)) {
+            ++kept;
+        }
+    }
+    if (kept < children.size()) {
+        node->subtree_count = static_cast<std::int32_t>(kept);
+        tvk::set_present(*node, TVK_HAS_SUBTREES);
+    }
+    return 0;
+}

@@ -1,0 +1,74 @@
+// One path down a filter.
+#include "tvk_map_common/filter/filter_node.h"
+#include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_common/internal/owned.h"
+#include "tvk_map_common/internal/path.h"
+#include "tvk_map_filter.h"
+
+using tvk::Node;
+
+namespace {
+
+constexpr char kPrototype[] =
+    "qerrno tvk_map_datatree_filter_get_response(tvk_map_ctx, struct qidl_tvk_datatree *, const char *, int, int)";
+
+// The child that component names; null when there is none, or a child without a tag comes first.
+Node *find_child(tvk_map_ctx ctx, Node &node, const char *component) {
+    for (Node &child : tvk::children(node)) {
+        if (child.tag == nullptr) {
+            TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+            TVK_ERR(ctx, "Tag name is not available!");
+            return nullptr;
+        }
+        if (tvk::same_text(child.tag, component)) {
+            return &child;
+        }
+    }
+    return nullptr;
+}
+
+qerrno walk(tvk_map_ctx ctx, Node *node, tvk::Components components, bool partial_ok, int mark_leaf) {
+    while (components.current() != nullptr) {
+        // Only the root can be without children here: the walk ends at any other leaf. It uses the path up.
+        if (tvk::has(*node, TVK_HAS_SUBTREES)) {
+            if (node->subtree_count == 0) {
+                return TVK_ERR_NO_MEMORY;
+            }
+            if (mark_leaf == 0 && tvk::is_entry_by_keys(tvk::children(*node))) {
+                return TVK_OK;
+            }
+            node = find_child(ctx, *node, components.current());
+            if (node == nullptr) {
+                return TVK_ERR_NOT_FOUND;
+            }
+            if (!tvk::has(*node, TVK_HAS_SUBTREES)) {
+                if (mark_leaf == 1) {
+                    tvk::mark_key(*node);
+                }
+                return TVK_OK;
+            }
+        }
+        components.advance();
+        if (partial_ok && components.current() == nullptr) {
+            return TVK_OK;
+        }
+    }
+    return TVK_ERR_NOT_FOUND;
+}
+
+}  // namespace
+
+qerrno tvk_map_datatree_filter_get_response(tvk_map_ctx ctx, struct qidl_tvk_datatree *tree, const char *path,
+                                            int partial_ok, int mark_leaf) {
+    const tvk::NamedString copy = tvk::copy_text(path, "TVK MAP fltr get resp");
+    if (copy == nullptr) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ERR(ctx, "Failed to copy path string!");
+        return TVK_ERR_NO_MEMORY;
+    }
+    if (tree == nullptr) {
+        return TVK_ERR_NOT_FOUND;
+    }
+    return walk(ctx, tree, tvk::Components{copy.get()}, partial_ok == 1, mark_leaf);
+}

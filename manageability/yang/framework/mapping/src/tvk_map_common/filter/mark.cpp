@@ -1,0 +1,122 @@
+// The mark phase: filter and response side by side, and a verdict in each response node that the filter names.
+#include "tvk_map_common/filter/filter_node.h"
+#include "tvk_map_common/filter/work_stack.h"
+#include "tvk_map_filter.h"
+
+using tvk::Node;
+
+namespace {
+
+// What one step of the phase works with: a filter node and the response node that stands in its place.
+struct Pair {
+    tvk_map_ctx ctx;
+    kel_queue *stack;
+    Node &filter;
+    Node &response;
+    std::uint32_t level;
+};
+
+struct Keys {
+    explicit Keys(const Node &entry) : valued(tvk_map_datatree_get_keys(&entry, &info)) {}
+
+    tvk_map_key_info info;
+    std::uint32_t valued;
+};
+
+// Whether the filter node asks for all below it. One whose array is missing asks for nothing.
+bool asks_for_all(tvk_map_ctx ctx, const Node &filter) {
+    if (!tvk::has(filter, TVK_HAS_SUBTREES)) {
+        return true;
+    }
+    if (!tvk::content_match_in_request(ctx)) {
+        return false;
+    }
+    const std::span<const Node> children = tvk::children(filter);
+    return children.empty() ? filter.subtree_count == 0 : tvk::all_match_content(children);
+}
+
+void descend(const Pair &pair, Node &child, Node &candidate) {
+    tvk::set_verdict(pair.response, TVK_NODE_KIND_KN);
+    tvk_map_dfs_mark_stack_push(pair.ctx, pair.stack, &child, &candidate, pair.level + 1, 0);
+}
+
+// The filter's entry names keys: only response entries that have them count, and one when it names all its keys.
+void mark_keyed(const Pair &pair, Node &entry, const Keys &keys) {
+    const bool only_one = keys.valued == keys.info.key_count;
+    for (Node &candidate : tvk::children(pair.response)) {
+        if (!tvk::same_text(candidate.tag, entry.tag) ||
+            tvk_map_datatree_compare_keys(&entry, &keys.info, &candidate) != 1) {
+            continue;
+        }
+        descend(pair, entry, candidate);
+        if (only_one) {
+            return;
+        }
+    }
+}
+
+// A list entry with nothing but keys, one of them with a value, stands for the whole entry.
+bool is_keys_only(const Node &filter) {
+    if (!tvk::is_of_type(filter, TVK_NODE_TYPE_LIST)) {
+        return false;
+    }
+    const Keys keys{filter};
+    return keys.valued >= 1 && keys.info.key_count == tvk::children(filter).size();
+}
+
+void mark_named(const Pair &pair, Node &child) {
+    const bool whole_entry = is_keys_only(pair.filter);
+    for (Node &candidate : tvk::children(pair.response)) {
+        if (!tvk::same_text(candidate.tag, child.tag)) {
+            continue;
+        }
+        descend(pair, child, candidate);
+        if (whole_entry) {
+            tvk::set_verdict(pair.response, TVK_NODE_KIND_KA);
+            return;
+        }
+    }
+}
+
+void mark_child(const Pair &pair, Node &child) {
+    if (tvk::is_of_type(child, TVK_NODE_TYPE_LIST)) {
+        if (const Keys keys{child}; keys.valued >= 1) {
+            mark_keyed(pair, child, keys);
+            return;
+        }
+    }
+    mark_named(pair, child);
+}
+
+}  // namespace
+
+uint32_t tvk_map_dfs_process_mark(tvk_map_ctx ctx, struct kel_queue *stack, const struct tvk_map_dfs_elem *element) {
+    if (element == nullptr || element->node == nullptr || element->pair.node == nullptr) {
+        return 0;
+    }
+    const Pair pair{ctx, stack, *element->node, *element->pair.node, element->level};
+    if (asks_for_all(ctx, pair.filter)) {
+        tvk::set_verdict(pair.response, TVK_NODE_KIND_KA);
+        return 1;
+    }
+    for (Node &child : tvk::children(pair.filter)) {
+        if (child.tag == nullptr) {
+            return 0;
+        }
+        mark_child(pair, child);
+    }
+    return 0;
+}
+
+uint32_t tvk_map_dfs_filter_mark(tvk_map_ctx ctx, struct qidl_tvk_datatree *filter,
+                                 struct qidl_tvk_datatree *response) {
+    if (ctx == nullptr || filter == nullptr || response == nullptr) {
+        return 0;
+    }
+    tvk::WorkStack stack;
+    tvk_map_dfs_mark_stack_push(ctx, stack.get(), filter, response, 1, 1);
+    return stack.work_off([&](const tvk_map_dfs_elem &element) {
+        tvk_map_dfs_process_mark(ctx, stack.get(), &element);
+        return 0u;  // a target that was kept whole ends its own step, not the walk
+    });
+}

@@ -1,0 +1,55 @@
+// The sweep: what the marking phases did not keep goes.
+#include "tvk_map_common/filter/filter_node.h"
+#include "tvk_map_common/filter/work_stack.h"
+#include "tvk_map_common/internal/owned.h"
+#include "tvk_map_filter.h"
+
+using tvk::Node;
+
+namespace {
+
+// Empties the children that are not kept; true when there was one.
+bool clear_dropped(Node &node) {
+    bool cleared = false;
+    for (Node &child : tvk::children(node)) {
+        if (!tvk::is_kept(child)) {
+            tvk::free_contents(child);
+            tvk::reset(child);
+            cleared = true;
+        }
+    }
+    return cleared;
+}
+
+}  // namespace
+
+uint32_t tvk_map_dfs_process_sweep(tvk_map_ctx ctx, struct kel_queue *stack, const struct tvk_map_dfs_elem *element) {
+    if (element == nullptr || element->node == nullptr) {
+        return 0;
+    }
+    Node &node = *element->node;
+    if (tvk::keeps_all(node)) {
+        return 1;
+    }
+    if (clear_dropped(node)) {
+        tvk_map_datatree_remove_null_subtrees(ctx, &node);
+    }
+    for (Node &child : tvk::children(node)) {
+        if (tvk::verdict(child) == TVK_NODE_KIND_KN) {
+            tvk_map_dfs_sweep_stack_push(ctx, stack, &child, element->level + 1);
+        }
+    }
+    return 1;
+}
+
+uint32_t tvk_map_dfs_filter_sweep(tvk_map_ctx ctx, struct qidl_tvk_datatree *root) {
+    if (ctx == nullptr || root == nullptr) {
+        return 0;
+    }
+    tvk::WorkStack stack;
+    tvk_map_dfs_sweep_stack_push(ctx, stack.get(), root, 1);
+    return stack.work_off([&](const tvk_map_dfs_elem &element) {
+        tvk_map_dfs_process_sweep(ctx, stack.get(), &element);
+        return 0u;
+    });
+}
