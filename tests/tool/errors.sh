@@ -42,7 +42,14 @@ edit() {
     expect "$@" edit --mapping "$module" request.xml </dev/null
 }
 
+# get NAME STATUS STREAM PATTERN: a read of no native data with the filter on standard input, kept in filter.xml.
+get() {
+    cat >filter.xml
+    expect "$@" get --mapping "$module" --native nothing.xml filter.xml </dev/null
+}
+
 nc=urn:ietf:params:xml:ns:netconf:base:1.0
+wd=urn:ietf:params:xml:ns:yang:ietf-netconf-with-defaults
 
 # Arguments and files. One line each: name, status, stream, pattern, arguments.
 : >empty.xml
@@ -67,6 +74,17 @@ expect "standard input twice" 2 err "only one" edit --mapping "$module" --into -
 expect "missing target" 2 err "missing\.xml: .*No such file" \
     edit --mapping "$module" --into missing.xml nothing.xml </dev/null
 expect "broken target" 2 err "broken\.xml:2: " edit --mapping "$module" --into broken.xml nothing.xml </dev/null
+expect "filter without native data" 2 err "--native" get --mapping "$module" nothing.xml </dev/null
+expect "standard input twice in a read" 2 err "only one" get --mapping "$module" --native - - </dev/null
+expect "missing native data" 2 err "missing\.xml: .*No such file" get --mapping "$module" --native missing.xml </dev/null
+expect "unknown phase" 2 err 'phase "sweep" is none of mark, container' \
+    get --mapping "$module" --native nothing.xml --phase sweep </dev/null
+expect "unknown mode" 2 err 'mode "all" is none of report-all, report-all-tagged, trim, explicit' \
+    get --mapping "$module" --native nothing.xml --with-defaults all </dev/null
+expect "nothing to print" 2 err "FILE" print </dev/null
+expect "missing file to print" 2 err "missing\.xml: .*No such file" print missing.xml </dev/null
+expect "mixed content to print" 2 err "standard input:1: <a> mixes text" print - <<<'<a>text<b/></a>'
+expect "listing" 0 out '^a \(urn:a\) : 1$' print --namespaces - <<<'<data><a xmlns="urn:a">1</a></data>'
 expect "help" 0 out "Examples:" edit --help </dev/null
 expect "version" 0 out "^tvk-map [0-9]" --version </dev/null
 expect "nothing to do" 0 out "^<config xmlns=\"$nc\"/>" edit --mapping "$module" - <nothing.xml
@@ -95,12 +113,37 @@ for key in "" "name" "[name]" "[name='a'" "[='a']" "[name='a]" "[name='a'] x" "[
     edit "insert key $key" 2 err 'insert key ".*" of <a> is no list of' \
         <<<"<config xmlns:y='urn:ietf:params:xml:ns:yang:1'><a y:insert='after' y:key=\"$key\"/></config>"
 done
-edit "another operation" 2 err "request\.xml:1: <get> is no edit" <<<"<rpc xmlns='$nc'><get/></rpc>"
 edit "no operation" 2 err "request\.xml:1: <rpc> holds 0 operations" <<<"<rpc xmlns='$nc'/>"
 edit "no config" 2 err "request\.xml:1: <edit-config> holds no <config>" <<<'<edit-config><url>x</url></edit-config>'
 
-# Top containers that no module maps: an rpc-error, whatever the envelope.
+edit "a read" 2 err "request\.xml:1: <get-config> is no edit" <<<"<rpc xmlns='$nc'><get-config/></rpc>"
+
+# Reads that say what they must not.
+for other in "<edit-config/>" "<config/>" "<data xmlns='$nc'/>" "<hello xmlns='$nc'/>" "<rpc><edit-config/></rpc>" \
+    "<rpc xmlns='$nc'><a xmlns='urn:a'/></rpc>"; do
+    get "another message, $other" 2 err "filter\.xml:1: <[a-z-]+> is no read" <<<"$other"
+done
+get "two operations" 2 err "filter\.xml:1: <rpc> holds 2 operations" <<<"<rpc><get/><get/></rpc>"
+get "xpath filter" 2 err 'filter\.xml:2: filter type "xpath" is not supported' \
+    <<<$'<get>\n<filter type="xpath" select="/a"/></get>'
+get "qualified filter type" 2 err 'filter type "xpath"' <<<"<n:filter xmlns:n='$nc' n:type='xpath'/>"
+get "text in a filter" 2 err "<filter> holds text" <<<'<filter>interfaces</filter>'
+get "mixed content in a filter" 2 err "filter\.xml:1: <a> mixes text" <<<'<filter><a>text<b/></a></filter>'
+get "mode in a request" 2 err 'filter\.xml:2: with-defaults mode "all" is none of' \
+    <<<$'<get>\n<with-defaults xmlns="'$wd$'"> all </with-defaults></get>'
+get "mode without its namespace" 2 err "filter\.xml:1: <with-defaults> is not in its namespace, $wd" \
+    <<<"<rpc xmlns='$nc'><get><with-defaults>trim</with-defaults></get></rpc>"
+
+# Top containers that no module maps select nothing; nor does an empty filter.
 unknown="<no-such-container xmlns='urn:example:none'/>"
+for filter in "$unknown" "<filter/>" "<filter type='subtree'>$unknown</filter>" "<get><filter/></get>" \
+    "<rpc xmlns='$nc'><get-config><filter>$unknown$unknown</filter></get-config></rpc>"; do
+    get "nothing selected by $filter" 0 out "^  <data/>" <<<"$filter"
+done
+get "message id of a read" 0 out '<rpc-reply .*message-id="a&amp;1"' \
+    <<<"<rpc xmlns='$nc' message-id='a&amp;1'><get><filter/></get></rpc>"
+
+# Top containers that no module maps, in an edit: an rpc-error, whatever the envelope.
 for request in "$unknown" "<config>$unknown</config>" "<edit-config><config>$unknown</config></edit-config>" \
     "<copy-config><source><config>$unknown</config></source></copy-config>" "<rpc><config>$unknown</config></rpc>"; do
     edit "unknown container in $request" 1 out "<error-tag>unknown-element</error-tag>" <<<"$request"

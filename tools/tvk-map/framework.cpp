@@ -1,5 +1,7 @@
 #include "framework.h"
 
+#include <new>
+
 #include "kel_memory.h"
 #include "tvk_diagnostics.h"
 #include "tvk_map_walk.h"
@@ -25,17 +27,35 @@ Framework::~Framework() {
     tvk_platform_set_debug_log(0, TVK_LOG_LEVEL_ERR, nullptr, nullptr);
 }
 
-RequestScope::RequestScope(Framework &framework, uint32_t request_type)
+Session::Session(Framework &framework, qidl_tvk_datatree &database)
+    : framework_(framework.context()),
+      connections_a_{&database, &database},
+      connections_b_{&database, nullptr, &database} {
+    if (tvk_platform_set_session(framework_, kSessionId, &session_) == 0) {
+        throw std::bad_alloc();
+    }
+}
+
+Session::~Session() {
+    tvk_platform_set_session(framework_, kSessionId, nullptr);
+}
+
+RequestScope::RequestScope(Framework &framework, uint32_t request_type, uint8_t with_defaults)
     : state_(std::make_unique<tvk_map_request_state>()) {
     request_.type = request_type;
     request_.session_id = kSessionId;
     request_.presence = TVK_REQUEST_HAS_SESSION_ID;
+    if (with_defaults != TVK_WITH_DEFAULTS_NONE) {
+        request_.with_defaults_mode = with_defaults;
+        request_.presence |= TVK_REQUEST_HAS_WITH_DEFAULTS;
+    }
     request_context_.tvk_ctx = framework.context();
     request_context_.request = &request_;
     state_->request = &request_;
     mapping_context_.req_ctx = &request_context_;
     mapping_context_.state = state_.get();
     mapping_context_.trace_enabled = framework.context()->trace_enabled;
+    mapping_context_.dfs_trace = framework.context()->trace_enabled;
 }
 
 RequestScope::~RequestScope() {
@@ -43,6 +63,13 @@ RequestScope::~RequestScope() {
     release_stacks();
     tvk_map_free_req_tree_schema(ctx());
     release_texts();
+}
+
+void RequestScope::enter(qidl_tvk_datatree &container) {
+    state_->datatree = &container;
+    if (request_.type == TVK_REQUEST_GET || request_.type == TVK_REQUEST_GET_CONFIG) {
+        state_->build_flags = TVK_BUILD_FILTERED;
+    }
 }
 
 void RequestScope::release_stacks() {

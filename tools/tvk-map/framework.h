@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "tvk_map_session.h"
 #include "tvk_map_types.h"
 
 namespace tvk::tool {
@@ -23,6 +24,25 @@ private:
     tvk_framework_context context_{};
 };
 
+// The session of the requests, while it lives: every connection handle that it has leads to database.
+class Session {
+public:
+    Session(Framework &framework, qidl_tvk_datatree &database);
+    ~Session();
+    Session(const Session &) = delete;
+    Session &operator=(const Session &) = delete;
+
+private:
+    tvk_framework_ctx framework_;
+    varn_connection_table_a connections_a_;
+    varn_connection_table_b connections_b_;
+    varn_backend backend_{&connections_a_};
+    me_backend_session_ctx_t backend_session_{&backend_, &connections_b_};
+    me_backend_session_ctx_t *backend_sessions_[1] = {&backend_session_};
+    me_session me_session_{backend_sessions_};
+    tvk_session session_{&me_session_};
+};
+
 /*
  * One request: its record, its context, its state record and the mapping context that ties them together. On the
  * way out everything that these own is released, also what a failed walk left on its stacks; so the scope must end
@@ -30,13 +50,17 @@ private:
  */
 class RequestScope {
 public:
-    RequestScope(Framework &framework, uint32_t request_type);
+    // with_defaults is the mode that the client asked for, enum tvk_with_defaults_mode.
+    RequestScope(Framework &framework, uint32_t request_type, uint8_t with_defaults = TVK_WITH_DEFAULTS_NONE);
     ~RequestScope();
     RequestScope(const RequestScope &) = delete;
     RequestScope &operator=(const RequestScope &) = delete;
 
     tvk_map_ctx ctx() { return &mapping_context_; }
     tvk_map_request_state &state() { return *state_; }
+
+    // Makes container what the request is about next. In a read it is the filter of the paths that are added.
+    void enter(qidl_tvk_datatree &container);
 
 private:
     void release_stacks();

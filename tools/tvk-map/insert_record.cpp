@@ -15,14 +15,7 @@ namespace tvk::tool {
 
 namespace {
 
-constexpr char kBlanks[] = " \t\r\n";
 constexpr uint8_t kPresent = 1;
-
-std::string_view without_blanks(std::string_view text) {
-    const size_t start = text.find_first_not_of(kBlanks);
-    return start == std::string_view::npos ? std::string_view()
-                                           : text.substr(start, text.find_last_not_of(kBlanks) - start + 1);
-}
 
 // Takes the first predicate off text. Nothing when text does not begin with one.
 std::optional<std::pair<std::string, std::string>> take_predicate(std::string_view &text) {

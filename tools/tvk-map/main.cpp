@@ -4,22 +4,34 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <new>
+#include <string>
 
 #include "diagnostics.h"
 #include "edit_command.h"
+#include "get_command.h"
+#include "print_command.h"
 
 namespace {
 
 using tvk::tool::EditOptions;
+using tvk::tool::GetOptions;
+using tvk::tool::PrintOptions;
 
 constexpr char kDescription[] = "Runs a model mapping on a NETCONF request, as a device's management framework would.";
 
 constexpr char kFooter[] = R"(Exit status: 0 success; 1 the request failed, with an rpc-error on standard output;
 2 usage error or unreadable input, with a message on standard error.
 
-Example:
+Examples:
   tvk-map edit --mapping openconfig_interfaces request.xml
+  tvk-map get --mapping openconfig_interfaces --native running.xml filter.xml
+  tvk-map print running.xml
 "tvk-map COMMAND --help" says more of a command.)";
+
+constexpr char kModuleLookup[] = R"(
+
+Module names are looked up in the folders of TVK_MAP_MODULE_PATH, separated by colons,
+and then in lib/tvk-map beside the folder of this program.)";
 
 constexpr char kEditDescription[] =
     "Walks an edit request through a mapping and prints the native tree that comes out, or an rpc-error.";
@@ -30,23 +42,77 @@ constexpr char kEditFooter[] =
 Examples:
   tvk-map edit --mapping openconfig_interfaces request.xml
   tvk-map edit --mapping openconfig_interfaces --into running.xml --tree request.xml
-  tvk-map edit --mapping ./my_mapping.so --trace - < request.xml
+  tvk-map edit --mapping ./my_mapping.so --trace - < request.xml)";
 
-Module names are looked up in the folders of TVK_MAP_MODULE_PATH, separated by colons,
-and then in lib/tvk-map beside the folder of this program.)";
+constexpr char kGetDescription[] =
+    "Reads native data through a mapping and prints what a subtree filter selects of it, or an rpc-error.";
 
-CLI::App *add_edit(CLI::App &app, EditOptions &options) {
-    CLI::App *edit = app.add_subcommand("edit", kEditDescription);
-    edit->add_option("--mapping", options.mapping, "Mapping module: its name, or a path with a \"/\" to its .so file")
+constexpr char kGetFooter[] =
+    R"(FILTER is an <rpc> with <get> or <get-config>, one of these alone, a <filter>, or one element that is
+itself the filter. Without it, or when the request has no <filter>, everything is selected; an empty
+<filter> selects nothing, and so does a top container that the mapping does not know.
+
+Examples:
+  tvk-map get --mapping openconfig_interfaces --native running.xml
+  tvk-map get --mapping openconfig_interfaces --native running.xml --with-defaults trim filter.xml
+  tvk-map get --mapping ./my_mapping.so --native running.xml --phase container --tree - < get.xml)";
+
+constexpr char kPrintDescription[] = "Prints a file of data as an indented listing.";
+
+constexpr char kPrintFooter[] =
+    R"(FILE is any XML document. Of a <data> or <config> the children are listed, else the element itself.
+
+Examples:
+  tvk-map print running.xml
+  tvk-map print --namespaces - < request.xml)";
+
+void add_mapping(CLI::App &command, std::string &mapping) {
+    command.add_option("--mapping", mapping, "Mapping module: its name, or a path with a \"/\" to its .so file")
         ->required()
         ->type_name("MODULE");
+}
+
+// What every command with a mapping has.
+template <typename Options>
+void add_flags(CLI::App &command, Options &options) {
+    command.add_flag("--tree", options.tree, "Print an indented listing instead of XML");
+    command.add_flag("--trace", options.trace, "Show the debug log and the trace on standard error");
+}
+
+const CLI::App *add_edit(CLI::App &app, EditOptions &options) {
+    CLI::App *edit = app.add_subcommand("edit", kEditDescription);
+    add_mapping(*edit, options.mapping);
     edit->add_option("--into", options.into, "Native data to start from; without it the native tree starts empty")
         ->type_name("NATIVE.xml");
-    edit->add_flag("--tree", options.tree, "Print an indented listing instead of XML");
-    edit->add_flag("--trace", options.trace, "Show the debug log and the trace on standard error");
+    add_flags(*edit, options);
     edit->add_option("REQUEST.xml", options.request, "The request; \"-\" is standard input")->required()->type_name("");
-    edit->footer(kEditFooter);
+    edit->footer(std::string(kEditFooter) + kModuleLookup);
     return edit;
+}
+
+const CLI::App *add_get(CLI::App &app, GetOptions &options) {
+    CLI::App *get = app.add_subcommand("get", kGetDescription);
+    add_mapping(*get, options.mapping);
+    get->add_option("--native", options.native, "Native data to read from; \"-\" is standard input")
+        ->required()
+        ->type_name("NATIVE.xml");
+    get->add_option("--phase", options.phase, "The phase that marks the response: mark, the default, or container")
+        ->type_name("PHASE");
+    get->add_option("--with-defaults", options.with_defaults,
+                    "report-all, report-all-tagged, trim or explicit, whatever the request says")
+        ->type_name("MODE");
+    add_flags(*get, options);
+    get->add_option("FILTER.xml", options.filter, "The filter; \"-\" is standard input")->type_name("");
+    get->footer(std::string(kGetFooter) + kModuleLookup);
+    return get;
+}
+
+const CLI::App *add_print(CLI::App &app, PrintOptions &options) {
+    CLI::App *print = app.add_subcommand("print", kPrintDescription);
+    print->add_flag("--namespaces", options.namespaces, "Show the namespace of each node");
+    print->add_option("FILE.xml", options.file, "The file; \"-\" is standard input")->required()->type_name("");
+    print->footer(kPrintFooter);
+    return print;
 }
 
 int run(int argc, char **argv) {
@@ -55,7 +121,11 @@ int run(int argc, char **argv) {
     app.footer(kFooter);
     app.require_subcommand(1);
     EditOptions edit_options;
+    GetOptions get_options;
+    PrintOptions print_options;
     const CLI::App *edit = add_edit(app, edit_options);
+    const CLI::App *get = add_get(app, get_options);
+    add_print(app, print_options);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
@@ -64,7 +134,10 @@ int run(int argc, char **argv) {
         }
         throw tvk::tool::UsageError(std::string(error.what()) + " (see tvk-map --help)");
     }
-    return edit->parsed() ? tvk::tool::run_edit(edit_options) : tvk::tool::kExitUsage;
+    if (edit->parsed()) {
+        return tvk::tool::run_edit(edit_options);
+    }
+    return get->parsed() ? tvk::tool::run_get(get_options) : tvk::tool::run_print(print_options);
 }
 
 }  // namespace

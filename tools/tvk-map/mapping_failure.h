@@ -2,7 +2,7 @@
 #pragma once
 
 #include "module_loader.h"
-#include "rpc_error.h"
+#include "rpc_reply.h"
 #include "tree_holder.h"
 #include "tvk_map_types.h"
 

@@ -73,9 +73,9 @@ void write_out(const std::string &text) {
     }
 }
 
-std::string tree_listing(const Node &root) {
+std::string tree_listing(const Node &root, bool namespaces) {
     const CapturedOutput captured;
-    const qerrno status = tvk_map_print_subtrees(&root, 0, 0);
+    const qerrno status = tvk_map_print_subtrees(&root, 0, namespaces ? 1 : 0);
     if (status != TVK_OK) {
         throw std::bad_alloc();  // the one failure of a listing of a tree that is there
     }

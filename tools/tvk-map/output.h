@@ -10,7 +10,7 @@ namespace tvk::tool {
 // Writes text to standard output. Throws UsageError when it cannot be written.
 void write_out(const std::string &text);
 
-// What tvk_map_print_subtrees prints for root.
-std::string tree_listing(const Node &root);
+// What tvk_map_print_subtrees prints for root, with namespaces if asked for.
+std::string tree_listing(const Node &root, bool namespaces = false);
 
 }  // namespace tvk::tool

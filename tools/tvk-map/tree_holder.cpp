@@ -1,5 +1,7 @@
 #include "tree_holder.h"
 
+#include <new>
+#include <unordered_set>
 #include <vector>
 
 namespace tvk::tool {
@@ -29,11 +31,61 @@ void take_out_seen_arrays(Node &root) {
     }
 }
 
+using Arrays = std::unordered_set<const Node *>;
+
+void collect_arrays(const Node &root, Arrays &arrays) {
+    std::vector<const Node *> pending{&root};
+    while (!pending.empty()) {
+        const Node &node = *pending.back();
+        pending.pop_back();
+        if (!children_of(node).empty() && arrays.insert(node.subtrees).second) {
+            for (const Node &child : children_of(node)) {
+                pending.push_back(&child);
+            }
+        }
+    }
+}
+
+void copy_array(Node &node) {
+    Node shown{};
+    shown.subtrees = node.subtrees;
+    shown.subtree_count = node.subtree_count;
+    Node copy{};
+    if (qidl_tvk_datatree_duplicate(&copy, &shown, tvk_gpb_alloc, nullptr) != TVK_OK) {
+        qidl_tvk_datatree_free_ext(&copy, tvk_gpb_free, nullptr, 0);
+        throw std::bad_alloc();
+    }
+    node.subtrees = copy.subtrees;
+}
+
 }  // namespace
 
-void unshare(Node &first, Node &second) {
-    take_out_seen_arrays(first);
-    take_out_seen_arrays(second);
+void unshare(std::initializer_list<Node *> roots) {
+    for (Node *root : roots) {
+        take_out_seen_arrays(*root);
+    }
+}
+
+void own_arrays(Node &tree, std::initializer_list<const Node *> others) {
+    Arrays arrays;
+    for (const Node *other : others) {
+        collect_arrays(*other, arrays);
+    }
+    std::vector<Node *> pending{&tree};
+    while (!pending.empty()) {
+        Node &node = *pending.back();
+        pending.pop_back();
+        if (children_of(node).empty()) {
+            continue;
+        }
+        if (!arrays.insert(node.subtrees).second) {
+            copy_array(node);
+            continue;
+        }
+        for (int32_t i = 0; i < node.subtree_count; ++i) {
+            pending.push_back(&node.subtrees[i]);
+        }
+    }
 }
 
 }  // namespace tvk::tool

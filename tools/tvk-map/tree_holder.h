@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
+#include <initializer_list>
 #include <span>
 #include <utility>
 
@@ -32,6 +34,10 @@ inline const char *value_of(const Node &node) {
     return text_of(node, node.data, TVK_HAS_DATA);
 }
 
+inline bool has_name_of(const Node &node, const Node &other) {
+    return std::strcmp(tag_of(node), tag_of(other)) == 0 && std::strcmp(namespace_of(node), namespace_of(other)) == 0;
+}
+
 // Owns a tree. The root is a record that stands for no node: it has no tag, its children are top containers.
 class TreeHolder {
 public:
@@ -44,6 +50,7 @@ public:
 
     Node &root() { return root_; }
     const Node &root() const { return root_; }
+    std::span<Node> tops() { return {root_.subtrees, static_cast<std::size_t>(root_.subtree_count)}; }
 
 private:
     Node root_{};
@@ -52,8 +59,12 @@ private:
 /*
  * Leaves every child array to one owner: a mapping may show an array of the request in its result
  * (tvk_map_datatree_add_subtree_with_data), and both trees would release it. The array stays with the first node
- * that shows it, the nodes of first before those of second. For trees that are about to be released: marks them.
+ * that shows it, in the order of roots. For trees that are about to be released: marks them.
  */
-void unshare(Node &first, Node &second);
+void unshare(std::initializer_list<Node *> roots);
+
+// Gives tree a copy of every child array that others show as well, or tree itself elsewhere, so that it can be changed
+// alone. Throws std::bad_alloc; what has no copy then is shared still.
+void own_arrays(Node &tree, std::initializer_list<const Node *> others);
 
 }  // namespace tvk::tool

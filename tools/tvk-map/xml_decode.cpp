@@ -63,7 +63,7 @@ struct Content {
 
 class Decoder {
 public:
-    explicit Decoder(const XmlDocument &document) : document_(document) {}
+    Decoder(const XmlDocument &document, Values values) : document_(document), values_(values) {}
 
     void decode(const xmlNode *element, Node &node) const {
         node.tag = copy_text(as_text(element->name));
@@ -114,7 +114,7 @@ private:
     }
 
     void decode_text(const xmlNode *element, const Content &content, Node &node) const {
-        if (content.text_count == 1) {
+        if (content.text_count == 1 && values_ == Values::kAsWritten) {
             set_value(element, content.text, content.text_is_white, node);
             return;
         }
@@ -123,6 +123,9 @@ private:
             if (child->type == XML_TEXT_NODE) {
                 text += as_text(child->content);
             }
+        }
+        if (values_ == Values::kTrimmed) {
+            text = std::string(without_blanks(text));
         }
         set_value(element, text.c_str(), content.text_is_white, node);
     }
@@ -220,17 +223,18 @@ private:
     }
 
     const XmlDocument &document_;
+    Values values_;
 };
 
 }  // namespace
 
-void decode_elements(const XmlDocument &document, const std::vector<xmlNode *> &elements, Node &root) {
+void decode_elements(const XmlDocument &document, const std::vector<xmlNode *> &elements, Values values, Node &root) {
     if (elements.empty()) {
         return;
     }
     root.subtrees = zeroed_array<Node>(elements.size());
     set_presence(root, TVK_HAS_SUBTREES);
-    const Decoder decoder(document);
+    const Decoder decoder(document, values);
     for (const xmlNode *element : elements) {
         decoder.decode(element, root.subtrees[root.subtree_count++]);
     }

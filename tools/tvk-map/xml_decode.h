@@ -10,12 +10,15 @@
 
 namespace tvk::tool {
 
+// White space around a value: part of it in data, but not in a filter.
+enum class Values { kAsWritten, kTrimmed };
+
 /*
  * Makes elements the children of root, which has none yet. Of each element and, down to the leaves, of its child
  * elements:
  *   - name and namespace become tag and ns; text becomes data when there are no child elements. White space beside
  *     child elements is formatting; white space with a line break and nothing else is no value. Other text is kept
- *     exactly, text beside child elements is an error. Comments and processing instructions are passed over.
+ *     as values says, text beside child elements is an error. Comments and processing instructions are passed over.
  *   - A value "p:name" whose prefix is declared where it stands is an identity: data is the name, data_ns the
  *     namespace.
  *   - nc:operation becomes the operation; yang:insert, yang:key and yang:value the insert record. Other attributes go
@@ -23,6 +26,6 @@ namespace tvk::tool {
  *
  * Throws UsageError with file and line; root then holds what was decoded so far.
  */
-void decode_elements(const XmlDocument &document, const std::vector<xmlNode *> &elements, Node &root);
+void decode_elements(const XmlDocument &document, const std::vector<xmlNode *> &elements, Values values, Node &root);
 
 }  // namespace tvk::tool

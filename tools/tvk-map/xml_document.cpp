@@ -82,7 +82,23 @@ void refuse_document_type(void *user, const xmlChar *, const xmlChar *, const xm
 }  // namespace
 
 bool is_white(const char *text) {
-    return text[std::strspn(text, " \t\r\n")] == '\0';
+    return text[std::strspn(text, kBlanks)] == '\0';
+}
+
+std::string_view without_blanks(std::string_view text) {
+    const size_t start = text.find_first_not_of(kBlanks);
+    return start == std::string_view::npos ? std::string_view()
+                                           : text.substr(start, text.find_last_not_of(kBlanks) - start + 1);
+}
+
+std::optional<std::string> attribute_of(const xmlNode *element, const char *name) {
+    xmlChar *value = xmlGetProp(element, as_xml(name));
+    if (value == nullptr) {
+        return std::nullopt;
+    }
+    std::string text = as_text(value);
+    xmlFree(value);
+    return text;
 }
 
 XmlDocument XmlDocument::read(const std::string &path) {

@@ -4,7 +4,9 @@
 #include <libxml/tree.h>
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tvk::tool {
@@ -22,7 +24,13 @@ inline const char *namespace_of(const xmlNs *ns) {
     return ns != nullptr && ns->href ? as_text(ns->href) : "";
 }
 
+inline constexpr char kBlanks[] = " \t\r\n";
+
 bool is_white(const char *text);
+std::string_view without_blanks(std::string_view text);  // around it
+
+// The value of an attribute, whatever its namespace: clients write both type and nc:type.
+std::optional<std::string> attribute_of(const xmlNode *element, const char *name);
 
 /*
  * A parsed file. Nothing outside it is read: no network, no external or internal entities; a document type

@@ -132,7 +132,11 @@ struct Level {
     size_t next;
 };
 
-}  // namespace
+// What the nodes of a tree carry beside their content.
+struct TreeMarks {
+    bool operations = false;
+    bool inserts = false;
+};
 
 TreeMarks find_marks(const Node &root) {
     TreeMarks marks;
@@ -167,11 +171,10 @@ void write_children(XmlOutput &output, const Node &root, const char *outer_ns) {
     }
 }
 
-std::string encode_config(const Node &root) {
+}  // namespace
+
+void write_data(XmlOutput &output, const Node &root) {
     const TreeMarks marks = find_marks(root);
-    XmlOutput output;
-    output.start("config");
-    output.attribute("xmlns", kNetconfNamespace);
     if (marks.operations) {
         output.attribute("xmlns:nc", kNetconfNamespace);
     }
@@ -179,6 +182,13 @@ std::string encode_config(const Node &root) {
         output.attribute("xmlns:yang", kYangNamespace);
     }
     write_children(output, root, kNetconfNamespace);
+}
+
+std::string encode_config(const Node &root) {
+    XmlOutput output;
+    output.start("config");
+    output.attribute("xmlns", kNetconfNamespace);
+    write_data(output, root);
     return output.finish();
 }
 

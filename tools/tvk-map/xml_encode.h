@@ -8,20 +8,13 @@
 
 namespace tvk::tool {
 
-// What the nodes of a tree carry beside their content; its prefixes are declared once, on the element around them.
-struct TreeMarks {
-    bool operations = false;
-    bool inserts = false;
-};
-
-TreeMarks find_marks(const Node &root);
-
 /*
- * Writes the children of root into the open element, whose namespace is outer_ns: a namespace is declared where it
- * changes, a value with a namespace of its own gets a prefix. Operations use the prefix "nc", insert records "yang".
+ * Writes the children of root into the open element, which has no content yet and whose namespace is NETCONF's: a
+ * namespace is declared where it changes, a value with a namespace of its own gets a prefix. Operations use the prefix
+ * "nc", insert records "yang"; both are declared on the open element when they occur.
  * Throws EncodeError for a node without a proper name, one with value and children, and what XmlOutput refuses.
  */
-void write_children(XmlOutput &output, const Node &root, const char *outer_ns);
+void write_data(XmlOutput &output, const Node &root);
 
 // The children of root in a NETCONF <config>.
 std::string encode_config(const Node &root);

@@ -1,11 +1,20 @@
-#include "rpc_error.h"
+#include "rpc_reply.h"
 
 #include "namespaces.h"
+#include "xml_encode.h"
 #include "xml_output.h"
 
 namespace tvk::tool {
 
 namespace {
+
+void start_reply(XmlOutput &output, const std::optional<std::string> &message_id) {
+    output.start("rpc-reply");
+    output.attribute("xmlns", kNetconfNamespace);
+    if (message_id) {
+        output.attribute("message-id", message_id->c_str());
+    }
+}
 
 void write_path(XmlOutput &output, const RpcError &error) {
     output.start("error-path");
@@ -36,13 +45,17 @@ void write_info(XmlOutput &output, const RpcError &error) {
 
 }  // namespace
 
+std::string encode_data_reply(const Node &root, const std::optional<std::string> &message_id) {
+    XmlOutput output;
+    start_reply(output, message_id);
+    output.start("data");
+    write_data(output, root);
+    return output.finish();
+}
+
 std::string encode_rpc_error(const RpcError &error, const std::optional<std::string> &message_id) {
     XmlOutput output;
-    output.start("rpc-reply");
-    output.attribute("xmlns", kNetconfNamespace);
-    if (message_id) {
-        output.attribute("message-id", message_id->c_str());
-    }
+    start_reply(output, message_id);
     output.start("rpc-error");
     output.leaf("error-type", "application");
     output.leaf("error-tag", error.tag.c_str());

@@ -1,4 +1,4 @@
-// Finding what a NETCONF message asks for.
+// Finding what an edit asks for.
 #pragma once
 
 #include <libxml/tree.h>
@@ -21,12 +21,8 @@ struct EditPayload {
 
 /*
  * Finds the top containers of an edit: an <rpc> with <edit-config> or <copy-config>, one of these alone, a <config>,
- * or a bare top container. Elements of the envelope stand in NETCONF's namespace or in none.
- * Throws UsageError when the message asks for something else.
+ * or a bare top container. Throws UsageError when the message asks for something else.
  */
 EditPayload find_edit_payload(const XmlDocument &document);
-
-// The top nodes of a file of data: the children of a <data> or <config> root, or the root itself.
-std::vector<xmlNode *> find_data(const XmlDocument &document);
 
 }  // namespace tvk::tool

@@ -1,0 +1,72 @@
+#include "edit_request.h"
+
+#include "operation.h"
+#include "rpc_envelope.h"
+
+namespace tvk::tool {
+
+namespace {
+
+std::optional<uint32_t> default_operation_of(const XmlDocument &document, const xmlNode *edit) {
+    const xmlNode *element = find_envelope(document, edit, "default-operation");
+    if (element == nullptr) {
+        return std::nullopt;
+    }
+    const std::string text = trimmed_text(element);
+    if (text != "merge" && text != "replace" && text != "none") {
+        document.fail(element, "default-operation \"" + text + "\" is none of merge, replace, none");
+    }
+    return index_of_name(kOperationNames, text);
+}
+
+// An <edit-config>, or a <copy-config> with the configuration itself as its source.
+void read_operation(const XmlDocument &document, const xmlNode *operation, EditPayload &payload) {
+    const xmlNode *place = operation;
+    if (is_envelope(operation, "copy-config")) {
+        const xmlNode *source = find_envelope(document, operation, "source");
+        place = source != nullptr ? source : operation;
+    }
+    const xmlNode *config = find_envelope(document, place, "config");
+    if (config == nullptr) {
+        document.fail(place, named(place) + " holds no <config>");
+    }
+    payload.tops = document.child_elements(config);
+    if (is_envelope(operation, "edit-config")) {
+        payload.default_operation = default_operation_of(document, operation);
+    }
+}
+
+bool is_edit_operation(const xmlNode *element) {
+    return is_envelope(element, "edit-config") || is_envelope(element, "copy-config");
+}
+
+void read_rpc(const XmlDocument &document, xmlNode *element, EditPayload &payload) {
+    const Rpc rpc = open_rpc(document, element);
+    payload.message_id = rpc.message_id;
+    if (is_envelope(rpc.operation, "config")) {
+        payload.tops = document.child_elements(rpc.operation);
+    } else if (is_edit_operation(rpc.operation)) {
+        read_operation(document, rpc.operation, payload);
+    } else {
+        document.fail(rpc.operation, named(rpc.operation) + " is no edit: <edit-config> or <copy-config> was expected");
+    }
+}
+
+}  // namespace
+
+EditPayload find_edit_payload(const XmlDocument &document) {
+    EditPayload payload;
+    xmlNode *root = document.root();
+    if (is_envelope(root, "rpc")) {
+        read_rpc(document, root, payload);
+    } else if (is_edit_operation(root)) {
+        read_operation(document, root, payload);
+    } else if (is_envelope(root, "config")) {
+        payload.tops = document.child_elements(root);
+    } else {
+        payload.tops = {root};
+    }
+    return payload;
+}
+
+}  // namespace tvk::tool

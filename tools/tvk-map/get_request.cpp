@@ -1,0 +1,79 @@
+#include "get_request.h"
+
+#include <cstring>
+
+#include "namespaces.h"
+#include "rpc_envelope.h"
+#include "with_defaults.h"
+
+namespace tvk::tool {
+
+namespace {
+
+std::vector<xmlNode *> open_filter(const XmlDocument &document, const xmlNode *filter) {
+    const std::string type = attribute_of(filter, "type").value_or("subtree");
+    if (type != "subtree") {
+        document.fail(filter, "filter type \"" + type + "\" is not supported; a subtree filter was expected");
+    }
+    return document.child_elements(filter);
+}
+
+uint8_t with_defaults_of(const XmlDocument &document, const xmlNode *operation) {
+    for (const xmlNode *child : document.child_elements(operation)) {
+        if (std::strcmp(as_text(child->name), "with-defaults") != 0) {
+            continue;
+        }
+        if (std::strcmp(namespace_of(child->ns), kWithDefaultsNamespace) != 0) {
+            document.fail(child, std::string("<with-defaults> is not in its namespace, ") + kWithDefaultsNamespace);
+        }
+        const std::string name = trimmed_text(child);
+        const std::optional<uint8_t> mode = with_defaults_mode(name);
+        if (!mode) {
+            document.fail(child, unknown_with_defaults(name));
+        }
+        return *mode;
+    }
+    return TVK_WITH_DEFAULTS_NONE;
+}
+
+bool is_get_operation(const xmlNode *element) {
+    return is_envelope(element, "get") || is_envelope(element, "get-config");
+}
+
+void read_operation(const XmlDocument &document, const xmlNode *operation, GetPayload &payload) {
+    if (!is_get_operation(operation)) {
+        document.fail(operation, named(operation) + " is no read: <get> or <get-config> was expected");
+    }
+    payload.parameters.type = is_envelope(operation, "get-config") ? TVK_REQUEST_GET_CONFIG : TVK_REQUEST_GET;
+    payload.parameters.with_defaults = with_defaults_of(document, operation);
+    if (const xmlNode *filter = find_envelope(document, operation, "filter")) {
+        payload.filter = open_filter(document, filter);
+    }
+}
+
+// An element that belongs to a message and not to data.
+bool is_other_message(const xmlNode *element) {
+    return std::strcmp(namespace_of(element->ns), kNetconfNamespace) == 0 || is_envelope(element, "edit-config") ||
+           is_envelope(element, "copy-config") || is_envelope(element, "config") || is_envelope(element, "data");
+}
+
+}  // namespace
+
+GetPayload find_get_payload(const XmlDocument &document) {
+    GetPayload payload;
+    xmlNode *root = document.root();
+    if (is_envelope(root, "rpc")) {
+        const Rpc rpc = open_rpc(document, root);
+        payload.parameters.message_id = rpc.message_id;
+        read_operation(document, rpc.operation, payload);
+    } else if (is_envelope(root, "filter")) {
+        payload.filter = open_filter(document, root);
+    } else if (is_get_operation(root) || is_other_message(root)) {
+        read_operation(document, root, payload);
+    } else {
+        payload.filter = {root};
+    }
+    return payload;
+}
+
+}  // namespace tvk::tool

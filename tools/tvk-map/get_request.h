@@ -1,0 +1,34 @@
+// Finding what a read asks for.
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tvk_map_session.h"
+#include "xml_document.h"
+
+namespace tvk::tool {
+
+// What a read says beside its filter.
+struct GetParameters {
+    uint32_t type = TVK_REQUEST_GET;
+    uint8_t with_defaults = TVK_WITH_DEFAULTS_NONE;
+    std::optional<std::string> message_id;
+};
+
+struct GetPayload {
+    GetParameters parameters;
+    std::optional<std::vector<xmlNode *>> filter;  // its elements, in document order; none: everything is asked for
+};
+
+/*
+ * Finds the subtree filter of a read: an <rpc> with <get> or <get-config>, one of these alone, a <filter>, or one
+ * element that is itself the filter. Throws UsageError when the message asks for something else.
+ */
+GetPayload find_get_payload(const XmlDocument &document);
+
+}  // namespace tvk::tool

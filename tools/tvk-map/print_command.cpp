@@ -1,0 +1,16 @@
+#include "print_command.h"
+
+#include "data_file.h"
+#include "diagnostics.h"
+#include "output.h"
+
+namespace tvk::tool {
+
+int run_print(const PrintOptions &options) {
+    TreeHolder data;
+    read_data(options.file, data);
+    write_out(tree_listing(data.root(), options.namespaces));
+    return kExitSuccess;
+}
+
+}  // namespace tvk::tool

@@ -1,0 +1,32 @@
+// The elements that NETCONF puts around data. They stand in NETCONF's namespace or in none.
+#pragma once
+
+#include <libxml/tree.h>
+
+#include <optional>
+#include <string>
+
+#include "xml_document.h"
+
+namespace tvk::tool {
+
+bool is_envelope(const xmlNode *element, const char *name);
+
+// The first such element in parent, or null. Text in parent is an error.
+xmlNode *find_envelope(const XmlDocument &document, const xmlNode *parent, const char *name);
+
+// "<name>", for messages.
+std::string named(const xmlNode *element);
+
+// The text of element without white space around it.
+std::string trimmed_text(const xmlNode *element);
+
+struct Rpc {
+    xmlNode *operation;
+    std::optional<std::string> message_id;
+};
+
+// Throws UsageError when the <rpc> element does not hold exactly one operation.
+Rpc open_rpc(const XmlDocument &document, xmlNode *rpc);
+
+}  // namespace tvk::tool
