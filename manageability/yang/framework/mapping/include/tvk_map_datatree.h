@@ -88,7 +88,8 @@ TVK_MAP_API void qidl_tvk_datatree_free_ext_cpy(char **strings, tvk_gpb_free_fp 
  *
  * Without append the first child of that tag and namespace is taken; children that carry a subtree_index are
  * passed over while there are further ones (unless a template is given without TVK_ADD_TEMPLATE_ON_PATH), so that
- * the last one is found. Found children get the new data, if any; the template does not touch them.
+ * the last one is found. A found child gets the new data, if any, unless it carries a subtree_index and was passed
+ * over; the template does not touch it.
  * A tag "vrrp" on a platform that excludes it adds nothing.
  *
  * Returns 0, also when an excluded node was left out of a request that adds nothing: out is then unwritten.
@@ -111,7 +112,9 @@ TVK_MAP_API qerrno tvk_map_datatree_add_subtree(tvk_map_ctx ctx, struct qidl_tvk
  * Adds a child with source's tag, namespace and data. When source has children, the new node then shows the very
  * same array: it is shared, not copied, and source keeps it. Whoever releases the two trees must take it out of
  * one of them first.
- * Returns as tvk_map_datatree_add_subtree_flagged; TVK_ERR_INVALID also for a null source.
+ * Without append a child that is there already is found, and loses the children that it had without their being
+ * released.
+ * Returns as tvk_map_datatree_add_subtree_flagged; TVK_ERR_INVALID also for a null source, or parent itself as one.
  */
 TVK_MAP_API qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent,
                                                           const struct qidl_tvk_datatree *source, int append);

@@ -20,15 +20,17 @@ extern "C" {
  * The path names each level as "ns1:" and its tag, ended by "/"; list entries with their keys, as in
  * ns1:interfaces/ns1:interface[name = 'eth0']/ns1:config/
  *
- * Returns 0; TVK_ERR_NO_MEMORY when memory runs out, the path does not fit 999 characters or the outermost node
- * has no namespace: nothing is recorded then, and a later call may; TVK_ERR_NOT_FOUND without a state record.
+ * Returns 0; TVK_ERR_NO_MEMORY when memory runs out, the path does not fit 999 characters, a node has no tag, a key
+ * no data or the outermost node no namespace: nothing is recorded then, and a later call may; TVK_ERR_NOT_FOUND
+ * without a state record.
  */
 TVK_MAP_API qerrno tvk_oc_error_path(tvk_map_ctx ctx);
 
 /*
  * Appends the element of a list entry to the error path in buffer, of TVK_MAP_MAX_PATH bytes: "ns1:", the node's
  * tag, its keys (children marked as keys) in brackets, and "/".
- * Returns 0; TVK_ERR_NO_MEMORY when it does not fit, with what did fit left in buffer.
+ * Returns 0; TVK_ERR_NO_MEMORY when it does not fit or a tag or a key's data is missing, with what did fit left in
+ * buffer; TVK_ERR_INVALID for a null argument.
  */
 TVK_MAP_API qerrno tvk_oc_error_path_list_append(char *buffer, const struct qidl_tvk_datatree *node);
 
@@ -103,8 +105,12 @@ TVK_MAP_API qerrno tvk_map_search_list(tvk_map_ctx ctx, const struct qidl_tvk_da
  * Looking for an entry whose list is not there yet records the error path, as tvk_map_get_list does, even though the
  * entry is then added. Mapping code that goes on clears error_xpath and error_xpath_ns, unless they were set before.
  *
- * entry holds until its list grows. Returns 0; TVK_ERR_INVALID for a null argument other than ns, or nothing found
- * and ns null; TVK_ERR_NO_MEMORY; what adding the key leaf returned; TVK_ERR_NOT_FOUND when the trim path could
+ * A new entry is told from its siblings by being numbered (subtree_index). A list that holds an entry without a
+ * number, added by other means, lends that one to the new key instead: add all entries this way.
+ *
+ * entry holds until its list grows; it stays unwritten, with 0, where path adding leaves the path out (the get
+ * filter, path recording, an excluded node). Returns 0; TVK_ERR_INVALID for a null argument other than ns, or nothing
+ * found and ns null; TVK_ERR_NO_MEMORY; what adding the key leaf returned; TVK_ERR_NOT_FOUND when the trim path could
  * not be kept (the entry is there, and stored). A failed addition may leave an entry without its key leaf.
  */
 TVK_MAP_API qerrno tvk_map_search_or_add_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root,

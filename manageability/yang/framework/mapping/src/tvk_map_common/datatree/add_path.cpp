@@ -17,14 +17,17 @@ bool selected_by_filter(tvk_map_ctx ctx, const char *path, int append, int flags
     return !asked || tvk_map_dfs_filter_schema(ctx, ctx->state->datatree, path, append) == 1;
 }
 
-// The path of a pending error node is what the request reports instead of the walk's position.
-void take_error_node(tvk_map_ctx ctx, const char *path) {
+// The path of a pending error node is what the request reports instead of the walk's position. Returns the former
+// one, which path may be a part of.
+tvk::NamedString take_error_node(tvk_map_ctx ctx, const char *path) {
     if ((tvk::build_flags(ctx) & TVK_BUILD_ERROR_NODE) == 0) {
-        return;
+        return nullptr;
     }
     TVK_TRC(ctx, "got xpath error node ");
-    tvk::replace(ctx->state->error_xpath, tvk::copy_text(path, "map_err_xapth"));
+    tvk::NamedString former{ctx->state->error_xpath};
+    ctx->state->error_xpath = tvk_strdup(path, "map_err_xapth");
     ctx->state->build_flags &= ~TVK_BUILD_ERROR_NODE;
+    return former;
 }
 
 // Where a path goes: the node below which it is added, the path from there, and the flags to add it with.
@@ -86,7 +89,7 @@ qerrno tvk_map_datatree_add_path_flagged(tvk_map_ctx ctx, struct qidl_tvk_datatr
         TVK_TRC(ctx, "'%s' skipped", path);
         return TVK_OK;
     }
-    take_error_node(ctx, path);
+    const tvk::NamedString former_error_path = take_error_node(ctx, path);
     Place place{tree, path, flags};
     if (const qerrno status = choose_place(ctx, place); status != TVK_OK) {
         return status;

@@ -88,7 +88,7 @@ qerrno tvk_map_datatree_add_path_common_flagged(tvk_map_ctx ctx, struct qidl_tvk
         TVK_ERR(ctx, "Failed to copy path string!");
         return TVK_ERR_NO_MEMORY;
     }
-    if (!tvk::record_path(ctx, path, working_path.get())) {
+    if (tvk_map_is_path_present(ctx, path, working_path.get())) {
         return TVK_OK;
     }
     TVK_TRC(ctx, "Setting a path: '%s' with '%s' p:%s", working_path.get(), tvk::shown(data), path);

@@ -93,7 +93,8 @@ qerrno list_details(const Node &node, Sink &sink) {
     return TVK_OK;
 }
 
-// Lists the descendants of node. Sink takes the pieces: name, name_with_ns, data, label, insert, attribute, end_line.
+// Lists the descendants of node. Sink takes the pieces: name, name_with_ns, data, operation, position, keys, value,
+// attribute, node_kind, end_line.
 template <typename Sink>
 qerrno list_descendants(const Node &node, std::uint32_t depth, bool namespaces, Sink &sink) {
     ListingStack stack;

@@ -27,27 +27,27 @@ void cut_last_component(char *path) {
 
 }  // namespace
 
-bool tvk::record_path(tvk_map_ctx ctx, const char *path, char *working_path) {
+bool tvk_map_is_path_present(tvk_map_ctx ctx, const char *path, char *working_path) {
     if (ctx->state == nullptr || ctx->state->path_record_mode == TVK_PATH_RECORD_OFF) {
-        return true;
+        return false;
     }
     tvk_map_request_state &state = *ctx->state;
     if (state.path_record_count >= TVK_MAP_MAX_RECORDED_PATHS) {
         TVK_ERR(ctx, "xpath max reached its limit");
-        return false;
+        return true;
     }
     if (is_covered(state, path)) {
-        return false;
+        return true;
     }
     char *slot = state.path_record[state.path_record_count];
     if (tvk_strcpy_s(__func__, slot, TVK_MAP_MAX_PATH, path) != 0) {
-        return false;
+        return true;
     }
     if (state.path_record_mode != TVK_PATH_RECORD_KEEP_LAST) {
         cut_last_component(working_path);
     }
     ++state.path_record_count;
-    return true;
+    return false;
 }
 
 qerrno tvk_map_clear_xpath_ctx(tvk_map_ctx ctx) {

@@ -4,12 +4,8 @@
 
 #include "tvk_map_types.h"
 
-namespace tvk {
-
-// Records path, and cuts working_path (a writable copy of it) as the mode says. False when nothing is to be added:
-// the path is covered already or cannot be recorded. Always true while recording is off.
-bool record_path(tvk_map_ctx ctx, const char *path, char *working_path);
-
-}  // namespace tvk
+// Records path, and cuts working_path (a writable copy of it) as the mode says. True when nothing is to be added: the
+// path is covered already or cannot be recorded. Always false while recording is off.
+bool tvk_map_is_path_present(tvk_map_ctx ctx, const char *path, char *working_path);
 
 #endif

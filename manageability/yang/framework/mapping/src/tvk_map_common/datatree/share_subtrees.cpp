@@ -7,14 +7,25 @@
 
 using tvk::Node;
 
+namespace {
+
+constexpr char kSharePrototype[] =
+    "qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx, struct qidl_tvk_datatree *, const struct "
+    "qidl_tvk_datatree *, int)";
+
+}  // namespace
+
 qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent,
                                               const struct qidl_tvk_datatree *source, int append) {
     if (source == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
-                           "qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx, struct qidl_tvk_datatree *, "
-                           "const struct qidl_tvk_datatree *, int)");
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kSharePrototype);
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
+    }
+    if (source == parent) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kSharePrototype);
+        TVK_ERR(ctx, "Invalid arguments passed!");
+        return TVK_ERR_INVALID;  // a child that shows its parent's children would show itself
     }
     // Read first: the source may be a child of the parent, whose array moves.
     const bool has_children = tvk::has(*source, TVK_HAS_SUBTREES);

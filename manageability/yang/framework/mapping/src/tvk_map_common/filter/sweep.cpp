@@ -21,6 +21,15 @@ bool clear_dropped(Node &node) {
     return cleared;
 }
 
+// What cannot be swept for want of memory goes whole: an answer may lack something, it may not show too much.
+void drop_children(Node &node) {
+    for (Node &child : tvk::children(node)) {
+        tvk::free_contents(child);
+        tvk::reset(child);
+    }
+    node.subtree_count = 0;
+}
+
 }  // namespace
 
 uint32_t tvk_map_dfs_process_sweep(tvk_map_ctx ctx, struct kel_queue *stack, const struct tvk_map_dfs_elem *element) {
@@ -35,8 +44,9 @@ uint32_t tvk_map_dfs_process_sweep(tvk_map_ctx ctx, struct kel_queue *stack, con
         tvk_map_datatree_remove_null_subtrees(ctx, &node);
     }
     for (Node &child : tvk::children(node)) {
-        if (tvk::verdict(child) == TVK_NODE_KIND_KN) {
-            tvk_map_dfs_sweep_stack_push(ctx, stack, &child, element->level + 1);
+        if (tvk::verdict(child) == TVK_NODE_KIND_KN &&
+            tvk_map_dfs_sweep_stack_push(ctx, stack, &child, element->level + 1) == 0) {
+            drop_children(child);
         }
     }
     return 1;
@@ -47,7 +57,9 @@ uint32_t tvk_map_dfs_filter_sweep(tvk_map_ctx ctx, struct qidl_tvk_datatree *roo
         return 0;
     }
     tvk::WorkStack stack;
-    tvk_map_dfs_sweep_stack_push(ctx, stack.get(), root, 1);
+    if (tvk_map_dfs_sweep_stack_push(ctx, stack.get(), root, 1) == 0) {
+        drop_children(*root);
+    }
     return stack.work_off([&](const tvk_map_dfs_elem &element) {
         tvk_map_dfs_process_sweep(ctx, stack.get(), &element);
         return 0u;

@@ -1,4 +1,6 @@
 // The place in the OpenConfig model where a request failed.
+#include <algorithm>
+
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -42,7 +44,8 @@ bool append_level(char *buffer, const tvk_map_hierarchy_level &level) {
 }
 
 bool build(tvk_map_request_state &state, char *buffer) {
-    for (int i = 0; i < state.hierarchy_depth; ++i) {
+    const int depth = std::min<int>(state.hierarchy_depth, TVK_MAP_MAX_HIERARCHY_LEVELS);
+    for (int i = 0; i < depth; ++i) {
         const tvk_map_hierarchy_level &level = state.hierarchy[i];
         if (i == 0) {
             const char *ns = level.node != nullptr ? level.node->ns : nullptr;
@@ -93,9 +96,8 @@ qerrno tvk_oc_error_path_list_append(char *buffer, const struct qidl_tvk_datatre
     // The count alone says whether there are children, not the presence bit.
     for (const Node &child : tvk::child_array(node->subtrees, node->subtree_count)) {
         if (tvk::is_key(child)) {
-            // A key without a value is one thing that a request fails for: its path is still worth having.
-            path << (has_keys ? " and " : "[") << child.tag << " = '" << (child.data != nullptr ? child.data : "")
-                 << "'";
+            // A key without data drops the whole path: half a predicate would name another entry.
+            path << (has_keys ? " and " : "[") << child.tag << " = '" << child.data << "'";
             has_keys = true;
         }
     }

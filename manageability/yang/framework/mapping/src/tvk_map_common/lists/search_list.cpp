@@ -107,13 +107,9 @@ const Node *search(tvk_map_ctx ctx, const Node *root, const ListKey &key, bool &
     return node;
 }
 
-qerrno add_entry(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey &key) {
-    const std::size_t size = std::strlen(key.list_path) + std::strlen(key.name) + 2;
-    const tvk::NamedString key_path = tvk::allocate_text(size, "TVK MAP search list");
-    if (key_path == nullptr) {
-        TVK_ERR(ctx, "Failed to allocate for key path!");
-        return TVK_ERR_NO_MEMORY;
-    }
+// key_path has room for the path of the key leaf.
+qerrno add_entry(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey &key, char *key_path,
+                 std::size_t size) {
     Node *added = nullptr;
     const qerrno entry_status =
         tvk_map_datatree_add_path_flagged(ctx, root, key.list_path, key.ns, nullptr, nullptr, &added, 1, 0);
@@ -125,8 +121,8 @@ qerrno add_entry(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey 
     if (entry_status == TVK_ERR_NO_MEMORY) {
         return entry_status;
     }
-    std::snprintf(key_path.get(), size, "%s/%s", key.list_path, key.name);
-    return tvk_map_datatree_add_path_flagged(ctx, root, key_path.get(), key.ns, key.value, nullptr, nullptr, 0, 0);
+    std::snprintf(key_path, size, "%s/%s", key.list_path, key.name);
+    return tvk_map_datatree_add_path_flagged(ctx, root, key_path, key.ns, key.value, nullptr, nullptr, 0, 0);
 }
 
 }  // namespace
@@ -168,7 +164,13 @@ qerrno tvk_map_search_or_add_list(tvk_map_ctx ctx, const struct qidl_tvk_datatre
     if (found != nullptr && (ns == nullptr || same_text(found->ns, ns))) {
         *entry = found;
     } else {
-        status = add_entry(ctx, const_cast<Node *>(root), entry, key);
+        const std::size_t size = std::strlen(list_path) + std::strlen(key_name) + 2;
+        const tvk::NamedString key_path = tvk::allocate_text(size, "TVK MAP search list");
+        if (key_path == nullptr) {
+            TVK_ERR(ctx, "Failed to allocate for key path!");
+            return TVK_ERR_NO_MEMORY;
+        }
+        status = add_entry(ctx, const_cast<Node *>(root), entry, key, key_path.get(), size);
     }
     if (status == TVK_OK) {
         status = tvk_map_copy_trim_path_list_ctx(ctx, list_path);

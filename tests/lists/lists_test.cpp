@@ -1,0 +1,260 @@
+#include <gtest/gtest.h>
+
+#include "allocation_failures.h"
+#include "context.h"
+#include "status.h"
+#include "tree.h"
+#include "tvk_map_lists.h"
+#include "tvk_platform_control.h"
+#include "tvk_string.h"
+
+using namespace tvk::test;
+
+namespace {
+
+// Writable texts, as the operations take them; null when there is none.
+struct Argument {
+    std::string text;
+    bool given;
+    Argument(const char *value) : text(value != nullptr ? value : ""), given(value != nullptr) {}
+    char *get() { return given ? text.data() : nullptr; }
+};
+
+class FindList : public MappingTest {
+protected:
+    const Tree tree = node("r", "n")(
+        node("a")(leaf("v", "1"), leaf("v", "2", "o"), leaf("v", "3").without(TVK_HAS_DATA), node({}), leaf("w", "4")),
+        node("l")(leaf("k", "1")), node("l", "o")(leaf("k", "2")), node("l").without(TVK_HAS_TAG)(leaf("k", "3")),
+        node("m").with(TVK_HAS_SUBTREES));
+};
+
+TEST_F(FindList, AChildByValueOrByNamespace) {
+    Tree broken = node("b").with(TVK_HAS_SUBTREES);
+    broken->subtree_count = 1;
+    const struct {
+        const char *why;
+        const qidl_tvk_datatree *parent;
+        const char *tag, *data, *ns;
+        std::string found;  // empty when nothing is
+        qerrno status;
+    } rows[] = {{"by tag, the first", find(tree, "a"), "v", nullptr, "n", "a/v", TVK_OK},
+                {"no later one for its namespace", find(tree, "a"), "v", nullptr, "o", "", TVK_ERR_INVALID},
+                {"by value, whatever the namespace", find(tree, "a"), "v", "2", "n", "a/v[2]", TVK_OK},
+                {"a value without its bit", find(tree, "a"), "v", "3", nullptr, "", TVK_ERR_INVALID},
+                {"behind a child without a tag", find(tree, "a"), "w", nullptr, nullptr, "", TVK_ERR_INVALID},
+                {"no tag asked for", find(tree, "a"), nullptr, nullptr, nullptr, "", TVK_ERR_INVALID},
+                {"no children", find(tree, "m"), "v", nullptr, nullptr, "", TVK_ERR_INVALID},
+                {"no array", broken.get(), "v", nullptr, nullptr, "", TVK_ERR_NOT_FOUND}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.why);
+        const qidl_tvk_datatree *found = nullptr;
+        EXPECT_STATUS(row.status, tvk_map_datatree_get_subtree(row.parent, &found, row.tag, row.data, row.ns));
+        EXPECT_EQ(row.found.empty() ? nullptr : find(tree, row.found), found);
+    }
+    Argument text = "k";
+    const qidl_tvk_datatree *at = broken.get();
+    EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_iterate_list(ctx, &at, text.get(), text.get(), text.get(), nullptr));
+    EXPECT_EQ(Lines{"ERR: Failed to get subtrees!"}, errors());
+}
+
+TEST_F(FindList, TheWayToAListStopsAtItsParent) {
+    const struct {
+        const char *path, *ns, *reached;
+        qerrno status;
+    } rows[] = {{"/a//v/", "n", "a", TVK_OK},
+                {"l", nullptr, "", TVK_OK},
+                {"l", "o", "", TVK_ERR_INVALID},
+                {"a/v", "o", "", TVK_ERR_INVALID},
+                {"a/v/x", nullptr, "a/v", TVK_ERR_INVALID},
+                {"a/w", nullptr, "a", TVK_ERR_INVALID},
+                {"", nullptr, "", TVK_ERR_INVALID}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.path);
+        MappingContext fresh;
+        Argument path = row.path, ns = row.ns;
+        const qidl_tvk_datatree *at = tree.get();
+        EXPECT_STATUS(row.status, tvk_map_get_list(fresh.ctx, &at, path.get(), ns.get()));
+        EXPECT_EQ(find(tree, row.reached), at);
+        EXPECT_STREQ(row.status == TVK_OK ? nullptr : "", fresh.state->error_xpath);
+    }
+}
+
+TEST_F(FindList, AnEntryByItsKey) {
+    const struct {
+        const char *path, *key, *ns, *found;
+    } rows[] = {{"/l/", "1", "n", "l"},
+                {"l", "2", "n", "l[2]"},  // the namespace is asked of the way there, not of the entry
+                {"l", "3", nullptr, nullptr},
+                {"l", "4", nullptr, nullptr},
+                {"a/v", "1", nullptr, nullptr}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.key);
+        Argument path = row.path, key = row.key, name = "k", ns = row.ns;
+        const qidl_tvk_datatree *entry = nullptr;
+        EXPECT_STATUS(row.found != nullptr ? TVK_OK : TVK_ERR_INVALID,
+                      tvk_map_search_list(ctx, tree.get(), &entry, path.get(), key.get(), name.get(), ns.get()));
+        EXPECT_EQ(row.found != nullptr ? find(tree, row.found) : nullptr, entry);
+        EXPECT_EQ(row.path, path.text) << "the path is not cut";
+    }
+}
+
+TEST_F(FindList, AValueAlongAPath) {
+    const Tree top = node("r").data("0")(node("a")(leaf("x", "1")), node("a")(leaf("x", "2"), leaf("x", "3")),
+                                         node("b")(node({}), leaf("x", "5")));
+    const struct {
+        const char *why, *path, *value;
+        qerrno status;
+    } rows[] = {{"the node itself", "r", "0", TVK_OK},
+                {"only as the first component", "a/r", "0", TVK_ERR_NOT_FOUND},
+                {"below the last sibling of the tag", "a/x", "2", TVK_OK},
+                {"not below another one", "a/x", "1", TVK_ERR_NOT_FOUND},
+                {"what is not there is passed over", "r/q/a/x", "3", TVK_OK},
+                {"behind a child without a tag", "b/x", "5", TVK_ERR_NOT_FOUND},
+                {"no value", "a/x", nullptr, TVK_ERR_NOT_FOUND},
+                {"no path", "/", "0", TVK_ERR_NOT_FOUND}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.why);
+        EXPECT_STATUS(row.status, tvk_map_get_subtree_from_key(ctx, top.get(), row.path, row.value, top.get()));
+    }
+    EXPECT_EQ(Lines{"ERR: Tag name is not available!"}, logs());
+    tvk_platform_fail_tag("TVK MAP sub key");
+    EXPECT_STATUS(TVK_ERR_NO_MEMORY, tvk_map_get_subtree_from_key(ctx, top.get(), "r", "0", nullptr));
+}
+
+class SearchOrAdd : public MappingTest {
+protected:
+    static qerrno search_or_add(MappingContext &at, const Tree &tree, Argument path, Argument value,
+                                const qidl_tvk_datatree **found) {
+        Argument name = "k", ns = "n";
+        return tvk_map_search_or_add_list(at.ctx, tree.get(), found, path.get(), value.get(), name.get(), ns.get());
+    }
+    static Node keyed(const std::string &value, int index) { return node("l", "n").index(index)(leaf("k", value)); }
+    const qidl_tvk_datatree *entry = nullptr;
+};
+
+TEST_F(SearchOrAdd, AddsWhatIsNotThere) {
+    const Node nameless = node("l")(leaf("k", "2"));  // of the key, and not of the namespace
+    Tree tree = root()(keyed("1", 1), nameless);
+    for (const auto &[value, position] : {std::pair("2", 2), std::pair("3", 3), std::pair("1", 0), std::pair("3", 3)}) {
+        clear_logs();
+        EXPECT_STATUS(TVK_OK, search_or_add(mapping, tree, "l", value, &entry));
+        EXPECT_EQ(&tree->subtrees[position], entry);
+        EXPECT_STREQ("l", state->pending_trim_path);
+        EXPECT_STATUS(TVK_OK, tvk_map_free_trim_path_list_ctx(ctx));
+    }
+    EXPECT_TREE(root()(keyed("1", 1), nameless, keyed("2", 3), keyed("3", 4)), tree);
+    EXPECT_EQ((Lines{"TRC: Start", "TRC: Start", "TRC: End"}), logs());
+}
+
+TEST_F(SearchOrAdd, TheFirstTrimPathStaysUntilReset) {
+    Tree tree = root();
+    EXPECT_STATUS(TVK_OK, search_or_add(mapping, tree, "l", "1", &entry));
+    EXPECT_STATUS(TVK_OK, search_or_add(mapping, tree, "m", "1", &entry));
+    EXPECT_STREQ("l", state->pending_trim_path);
+    EXPECT_EQ("TRC: trim_path copy fails new m old l", logs().at(logs().size() - 2));
+    EXPECT_STATUS(TVK_ERR_INVALID, search_or_add(mapping, tree, "l", "2", &entry)) << "no list node to add below";
+
+    char hierarchy[] = "/c";
+    state->pending_list_node = tree.get();
+    state->pending_hierarchy_path = hierarchy;
+    state->pending_hierarchy_kind = TVK_LEVEL_LIST;
+    for (; state->output_list_count < 2; ++state->output_list_count) {
+        state->output_list[state->output_list_count].trim_path = tvk_strdup("l", "test");
+    }
+    EXPECT_STATUS(TVK_ERR_INVALID, tvk_map_datatree_reset_trim_path_ctx(ctx));
+    EXPECT_EQ("ERR: Cleaning faulty stack 2.", errors().back());
+    EXPECT_EQ(0, state->output_list_count);
+    EXPECT_TRUE(state->pending_list_node == nullptr && state->pending_trim_path == nullptr &&
+                state->pending_hierarchy_path == nullptr && state->pending_hierarchy_kind == 0);
+    EXPECT_STATUS(TVK_OK, tvk_map_datatree_reset_trim_path_ctx(ctx));
+    EXPECT_EQ("TRC: trim path free failed", logs().back());
+    EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_datatree_reset_trim_path_ctx(nullptr));
+}
+
+TEST_F(SearchOrAdd, SaysWhatAFailureLeft) {
+    for_each_allocation_failure([this](AllocationFailure &failure) {
+        MappingContext fresh;
+        Tree tree = root()(keyed("1", 1));
+        const qerrno status = failure.during([&] { return search_or_add(fresh, tree, "l", "2", &entry); });
+        const bool is_whole = show(tree) == show(root()(keyed("1", 1), keyed("2", 2)));
+        EXPECT_EQ(status == TVK_OK, fresh.state->pending_trim_path != nullptr);
+        EXPECT_EQ(status != TVK_ERR_NO_MEMORY, is_whole) << status;
+        EXPECT_TREE(keyed("1", 1), tree->subtrees[0]);
+    });
+    Tree tree = root();
+    clear_logs();
+    tvk_platform_fail_tag("TVK MAP search list");
+    EXPECT_STATUS(TVK_ERR_NO_MEMORY, search_or_add(mapping, tree, "l", "1", &entry));
+    EXPECT_EQ((Lines{"TRC: Start", "ERR: Failed to allocate for key path!"}), logs()) << "no \"End\"";
+    EXPECT_TREE(root(), tree);
+}
+
+class ErrorPath : public MappingTest {
+protected:
+    static qerrno record(MappingContext &at, const std::vector<std::pair<std::uint32_t, const Tree *>> &levels) {
+        at.state->hierarchy_depth = 0;
+        for (const auto &[kind, tree] : levels) {
+            tvk_map_hierarchy_level &level = at.state->hierarchy[at.state->hierarchy_depth++];
+            level.kind = kind;
+            level.node = tree->get();
+        }
+        return tvk_oc_error_path(at.ctx);
+    }
+    const Tree top = node("interfaces", "urn:i"), config = node("config", "urn:other");
+};
+
+TEST_F(ErrorPath, NamesLevelsAndKeys) {
+    const std::string longest(968, 'x');
+    const struct {
+        const char *why;
+        std::uint32_t kind;
+        Node level;
+        std::string element;  // empty when nothing can be recorded
+    } rows[] = {
+        {"container", TVK_LEVEL_CONTAINER, node("e")(leaf("a", "1").key()), "ns1:e/"},
+        {"no keys", TVK_LEVEL_LIST, node("e")(leaf("a", "1")), "ns1:e/"},
+        {"keys, by the bit alone, among others", TVK_LEVEL_LIST,
+         node("e").without(TVK_HAS_SUBTREES)(leaf("a", "1").with(TVK_HAS_IS_KEY), leaf("b", "2"), leaf("c", "3").key()),
+         "ns1:e[a = '1' and c = '3']/"},
+        {"other kinds run on", 3, node("e"), "ns1:e"},
+        {"a key without a value", TVK_LEVEL_LIST, node("e")(node("a").key()), ""},
+        {"999 characters in all", TVK_LEVEL_CONTAINER, node(longest), "ns1:" + longest + "/"},
+        {"1000 characters", TVK_LEVEL_CONTAINER, node("x" + longest), ""},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.why);
+        clear_logs();
+        MappingContext fresh;
+        const Tree level = row.level;
+        const bool recorded = !row.element.empty();
+        const std::string path = "ns1:interfaces/" + row.element + "ns1:config/";
+        EXPECT_STATUS(recorded ? TVK_OK : TVK_ERR_NO_MEMORY,
+                      record(fresh, {{1, &top}, {row.kind, &level}, {1, &config}}));
+        EXPECT_STREQ(recorded ? path.c_str() : nullptr, fresh.state->error_xpath);
+        EXPECT_STREQ(recorded ? "urn:i" : nullptr, fresh.state->error_xpath_ns);
+        EXPECT_EQ(recorded ? Lines{} : Lines{"ERR: Memory allocation failed \n"}, logs());
+    }
+}
+
+TEST_F(ErrorPath, TheFirstThatSucceedsStays) {
+    const Tree nameless = node("x");
+    EXPECT_STATUS(TVK_ERR_NO_MEMORY, record(mapping, {{1, &nameless}}));
+    for (const Tree *level : {&top, &config}) {
+        EXPECT_STATUS(TVK_OK, record(mapping, {{1, level}}));
+        EXPECT_STREQ("ns1:interfaces/", state->error_xpath);
+        EXPECT_STREQ("urn:i", state->error_xpath_ns);
+    }
+    MappingContext outside;
+    EXPECT_STATUS(TVK_OK, record(outside, {}));
+    EXPECT_STREQ("", outside.state->error_xpath);
+    EXPECT_STREQ(nullptr, outside.state->error_xpath_ns);
+    for_each_allocation_failure([this](AllocationFailure &failure) {
+        MappingContext fresh;
+        const qerrno status = failure.during([&] { return record(fresh, {{1, &top}}); });
+        EXPECT_STATUS(failure.is_injected() ? TVK_ERR_NO_MEMORY : TVK_OK, status);
+        EXPECT_STREQ(failure.is_injected() ? nullptr : "ns1:interfaces/", fresh.state->error_xpath);
+        EXPECT_STREQ(failure.is_injected() ? nullptr : "urn:i", fresh.state->error_xpath_ns);
+    });
+}
+
+}  // namespace
