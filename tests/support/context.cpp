@@ -34,7 +34,8 @@ void release_trees(qidl_tvk_datatree *records, std::uint32_t count) {
 void release_itree_stack(tvk_map_itree_stack *stack) {
     for (std::uint32_t i = 0; stack != nullptr && i < stack->item_count; ++i) {
         tvk_map_itree_item *item = stack->items[i];
-        const char *tag = item->nodes != nullptr && item->node_count != 0 ? item->nodes->tag : nullptr;
+        const char *tag =
+            item->nodes != nullptr && item->node_count != 0 && item->borrowed == 0 ? item->nodes->tag : nullptr;
         if (tag != nullptr && std::strcmp(tag, "LIST_INSTANCE_NODE") == 0) {
             release_trees(item->nodes, item->node_count);
         }

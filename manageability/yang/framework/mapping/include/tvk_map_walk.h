@@ -97,7 +97,8 @@ TVK_MAP_API qerrno tmap_high_container_parse(tvk_map_ctx ctx, const struct qidl_
 
 /*
  * Walks a list entry: checks its keys, calls list_handler, then handles its children as a container's, or, when
- * list_handler pushed an instance item, the children of each instance. The item is popped at the end.
+ * list_handler pushed an instance item, the children of each instance. The item is popped at the end, unless it has
+ * no nodes: then it stays until whoever pushed it pops it.
  *
  * In a read that selects entries by other leaves than keys the key leaves are added to node.
  *
@@ -113,8 +114,8 @@ TVK_MAP_API qerrno tmap_high_list_parse(tvk_map_ctx ctx, const struct qidl_tvk_d
 
 /*
  * Handles a leaf: calls process, then, outside propagation and key work, marks the leaf's node type for the get
- * filter. name and value are not used. Returns what process returned; TVK_ERR_INVALID when leaf or target is null
- * (error path recorded) or process is null.
+ * filter. process must not add siblings to the leaf, which would move it. name and value are not used. Returns what
+ * process returned; TVK_ERR_INVALID when leaf or target is null (error path recorded) or process is null.
  */
 TVK_MAP_API qerrno tmap_high_leaf_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *leaf,
                                         struct qidl_tvk_datatree *target, const char *name, uint8_t value,

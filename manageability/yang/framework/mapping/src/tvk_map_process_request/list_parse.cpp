@@ -82,6 +82,7 @@ private:
                 }
             }
             ++present_keys_;
+            key_seen_ = true;
             tvk::mark_key(child);
             if (tvk::has(child, TVK_HAS_DATA)) {
                 ++valued_keys_;
@@ -128,7 +129,7 @@ private:
     void walk_once() {
         // The two cases in which a delete reaches the entry by its keys: named by them alone, or propagated to it.
         const bool key_delete = tvk::is_delete(list_) && !tvk::is_working_on_keys(ctx_);
-        const bool named_by_keys = key_delete && !non_key_seen_ && present_keys_ > 0;
+        const bool named_by_keys = key_delete && !non_key_seen_ && key_seen_;
         const bool propagated = key_delete && !named_by_keys && is_childless() && tvk::is_propagating(ctx_);
         by_keys_ = named_by_keys || propagated;
         {
@@ -197,6 +198,9 @@ private:
         walk_node(instance);
         if (pushed) {
             tvk_map_remove_from_node_hierarchy(ctx_, &instance);
+        } else if (ctx_->state != nullptr && ctx_->state->create_node == &instance) {
+            ctx_->state->create_node = nullptr;  // it goes with its item
+            ctx_->state->create_operation = 0;
         }
     }
 
@@ -205,19 +209,20 @@ private:
     void walk_node(Node &node) {
         const bool has_children = !tvk::children(node).empty();
         for (std::size_t i = 0; status_ == TVK_OK && i < tvk::children(node).size(); ++i) {
-            status_ = handle_child(tvk::children(node)[i]);
+            status_ = handle_child(node, i);
         }
         if (!tvk::is_read_request(ctx_) && !tvk::is_delete(list_)) {
             return;
         }
         if (!has_children) {
             propagate_childless(node);
-        } else if (status_ == TVK_OK && !empty_key_seen_ && !non_key_seen_ && present_keys_ > 0) {
+        } else if (status_ == TVK_OK && !empty_key_seen_ && !non_key_seen_ && key_seen_) {
             propagate_keys_alone(node);
         }
     }
 
-    qerrno handle_child(Node &child) {
+    qerrno handle_child(Node &node, std::size_t position) {
+        const Node &child = tvk::children(node)[position];
         if (child.tag == nullptr) {
             TVK_ERR(ctx_, "Tag name is not available!");
             return TVK_ERR_NOT_FOUND;
@@ -229,7 +234,7 @@ private:
                        : tvk::call(info_.child_handler, ctx_, child, target_);
         }
         if ((entry->flags & TMAP_CHILD_KEY) != 0) {
-            return handle_key_leaf(*entry, child);
+            return handle_key_leaf(*entry, node, position);
         }
         if ((tvk::build_flags(ctx_) & TVK_BUILD_REPLACE_REMOVING) != 0) {
             return TVK_OK;  // the removal goes by the keys
@@ -238,7 +243,8 @@ private:
         return tvk::call(entry->handler, ctx_, child, target_);
     }
 
-    qerrno handle_key_leaf(const tmap_child_entry &entry, Node &child) {
+    qerrno handle_key_leaf(const tmap_child_entry &entry, Node &node, std::size_t position) {
+        const Node &child = tvk::children(node)[position];
         if (tvk::is_add_request(ctx_) && !tvk::has(child, TVK_HAS_DATA)) {
             TVK_ERR(ctx_, "Empty list key specified.");
             tvk::set_error_node_tag(ctx_, child.tag);
@@ -251,9 +257,11 @@ private:
             return TVK_ERR_KEY_OPERATION;
         }
         const qerrno status = tvk::call(entry.handler, ctx_, child, target_);
-        tvk::mark_key(child);
-        if (tvk::has(child, TVK_HAS_DATA)) {
-            ++present_keys_;
+        // Found again by position: the handler may have made the array move.
+        if (position < tvk::children(node).size()) {
+            Node &key = tvk::children(node)[position];
+            tvk::mark_key(key);
+            key_seen_ = key_seen_ || tvk::has(key, TVK_HAS_DATA);
         }
         return status;
     }
@@ -266,7 +274,12 @@ private:
         if (tvk::is_delete(list_)) {
             tvk::set_operation(node, TVK_OPERATION_REMOVE);
         }
-        const bool pushed = tvk::push_borrowed(ctx_, node.subtrees, static_cast<std::uint32_t>(node.subtree_count));
+        const std::span<Node> key_leaves = tvk::children(node);
+        if (ctx_->state != nullptr &&
+            !tvk::push_borrowed(ctx_, key_leaves.data(), static_cast<std::uint32_t>(key_leaves.size()))) {
+            status_ = TVK_ERR_NO_MEMORY;  // without its keys nobody could tell which entry is meant
+            return;
+        }
         const tvk::DetachedChildren children = tvk::detach_children(node);
         for (const tmap_child_entry &entry : entries()) {
             if ((entry.flags & TMAP_CHILD_KEY) == 0 && tvk::takes_part_in_propagation(ctx_, entry)) {
@@ -274,10 +287,8 @@ private:
             }
         }
         tvk::call(info_.child_handler, ctx_, list_, target_);
-        tvk::attach_children(node, children);
-        if (pushed) {
-            tvk_map_util_itree_stack_pop(ctx_);
-        }
+        tvk::give_back_children(node, children);
+        tvk_map_util_itree_stack_pop(ctx_);
     }
 
     // A node without children has nothing to be told apart by. What the handlers return does not count; this runs
@@ -303,7 +314,7 @@ private:
     // A read that selects entries by other leaves must still tell the entries apart in its answer.
     void add_missing_keys() {
         if (!tvk::is_read_request(ctx_) || status_ != TVK_OK || tvk::is_propagating(ctx_) || !non_key_seen_ ||
-            present_keys_ > 0) {
+            key_seen_) {
             return;
         }
         for (int i = 0; info_.keys != nullptr && i < info_.key_count; ++i) {
@@ -325,9 +336,10 @@ private:
     Node &target_;
     const tmap_node_list_info &info_;
     qerrno status_ = TVK_OK;
-    // Findings gather over the key scan and all walked nodes; the counters are as wide as the table's key count.
+    // What the key scan counts, as wide as the table's key count; what it and the walk of all instances find.
     std::uint8_t present_keys_ = 0;
     std::uint8_t valued_keys_ = 0;
+    bool key_seen_ = false;
     bool empty_key_seen_ = false;
     bool non_key_seen_ = false;
     bool replacing_ = false;

@@ -59,6 +59,15 @@ inline void end_replace(tvk_map_ctx ctx) {
     }
 }
 
+// Gives a node its children back. What handlers added to it meanwhile goes, since nobody would own it.
+inline void give_back_children(Node &node, const DetachedChildren &detached) {
+    for (Node &arrived : children(node)) {
+        free_contents(arrived);
+    }
+    kel_named_free(node.subtrees);
+    attach_children(node, detached);
+}
+
 // While it lives, what is walked is walked on behalf of a node above. Only the one that started it ends it.
 class PropagationScope {
 public:

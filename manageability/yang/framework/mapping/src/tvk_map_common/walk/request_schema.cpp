@@ -40,13 +40,14 @@ qerrno add_child(tvk_map_ctx ctx, Node &parent, const Node &node, Node *&added) 
 
 qerrno start_schema(tvk_map_ctx ctx, const Node &node) {
     tvk_map_request_state &state = *ctx->state;
+    // They may still be those of a schema that was freed.
+    state.req_tree_schema_parent = nullptr;
+    state.req_tree_schema_last = nullptr;
     Node *root = make_root();
     if (root == nullptr) {
         return TVK_ERR_NO_MEMORY;
     }
     state.req_tree_schema = root;
-    state.req_tree_schema_parent = nullptr;
-    state.req_tree_schema_last = nullptr;
     Node *added = nullptr;
     if (const qerrno status = add_child(ctx, *root, node, added); status != TVK_OK || added == nullptr) {
         return status;

@@ -1,0 +1,404 @@
+#include "allocation_failures.h"
+#include "tvk_map_datatree.h"
+#include "walk_test.h"
+
+namespace tvk::test {
+
+namespace {
+
+Node list() {
+    return node("list", "http://openconfig.net/list");
+}
+Node list(std::uint32_t operation) {
+    return list().op(operation);
+}
+
+class ListTest : public WalkTest {
+protected:
+    qerrno parse(Tree &tree) { return WalkTest::parse(ctx, tree, info); }
+
+    // Walks a container whose child "list", and what is propagated from it, goes to the list.
+    qerrno parse_below_container(tvk_map_ctx own, Tree &tree) {
+        const tmap_child_entry entry{"list", handler<"list">, TMAP_CHILD_PROPAGATE};
+        on("list", [this](tvk_map_ctx inner, qidl_tvk_datatree &node) {
+            return tmap_high_list_parse(inner, &node, target.get(), &info);
+        });
+        return WalkTest::parse(own, tree, tmap_node_cont_info{nullptr, nullptr, &entry, 1, nullptr, nullptr});
+    }
+
+    std::vector<tmap_child_entry> entries{{"name", handler<"name">, TMAP_CHILD_KEY},
+                                          {"id", handler<"id">, TMAP_CHILD_KEY},
+                                          {"config", handler<"config">, TMAP_CHILD_PROPAGATE},
+                                          {"state", handler<"state">, 0}};
+    std::vector<tmap_key_entry> keys{{"name", "/list", "config"}, {"id", "/list", "config"}};
+    tmap_node_list_info info{handler<"entry">, handler<"other">, entries.data(), keys.data(), 4, 1, "/list", kForeign};
+};
+
+TEST_F(ListTest, WalksAnEntry) {
+    Tree tree = list(TVK_OPERATION_CREATE)(leaf("name", "a"), node("config"), leaf("mtu", "9000"));
+    tvk_map_util_itree_stack_push(ctx, tree->subtrees, 3, 0);  // of a list around this one
+    EXPECT_STATUS(TVK_OK, parse(tree));
+    EXPECT_EQ(each({"entry(list <create>)", "name(name = a)", "config(config)", "other(mtu = 9000)"}, " at /list"),
+              calls);
+    EXPECT_EQ(std::uint32_t{TVK_NODE_TYPE_LIST}, tree->schema_info.node_type);
+    EXPECT_STREQ("/list", ctx->current_list_node);
+    EXPECT_EQ(std::uint32_t{TVK_OPERATION_CREATE}, ctx->list_operation);
+    EXPECT_EQ("TRC: End", logs().back());
+    tree->operation = TVK_OPERATION_MERGE;
+    for (const qerrno status : {TVK_SKIP_NODE, TVK_ERR_UNSUPPORTED}) {
+        answer("entry", status);
+        EXPECT_STATUS(status == TVK_SKIP_NODE ? TVK_OK : status, parse(tree));
+        EXPECT_EQ((Lines{"entry(list <merge>) at /list"}), calls);
+        EXPECT_EQ(std::uint32_t{TVK_OPERATION_CREATE}, ctx->list_operation);
+    }
+    answer("entry", TVK_OK);
+    Tree without_bit = list(TVK_OPERATION_CREATE).without(TVK_HAS_OPERATION)(leaf("name", "a"));
+    EXPECT_STATUS(TVK_OK, parse(without_bit));
+    EXPECT_EQ(0u, ctx->list_operation);
+    EXPECT_EQ(1u, tvk_map_util_itree_stack_size(ctx));
+    tvk_map_util_itree_stack_pop(ctx);
+    expect_walk_is_over(*state);
+}
+
+TEST_F(ListTest, WantsAllKeysOrNone) {
+    const Node name = leaf("name", "a"), id = leaf("id", "1"), no_name = node("name"), no_id = node("id");
+    const struct {
+        std::uint32_t type;
+        std::uint8_t key_count;
+        Node tree;
+        bool is_good;
+        std::uint32_t propagating = 0, key_state = 0;
+    } kCases[] = {
+        {1, 2, list()(id, node("config"), name), true},
+        {1, 2, list()(name), false},
+        {1, 2, list()(name, no_id), false},
+        {1, 2, list()(no_name, no_id), false},
+        {1, 2, list()(node("config")), false},
+        {1, 2, list()(name, id, name), false},  // one too many
+        {1, 0, list()(name), false},            // an add request needs keys, also where the list has none
+        {8, 1, list()(no_name), false},
+        {15, 1, list()(no_name), false},
+        {2, 2, list()(node("config")), true},
+        {2, 2, list()(name), false},
+        {0, 2, list()(no_name, no_id), true},
+        {0, 2, list()(name, no_id), false},
+        {0, 0, list()(name), true},
+        {10, 2, list()(no_name), false},
+        {1, 2, list()(name), true, 1, 0},  // not looked at there
+        {1, 2, list()(name), true, 0, 2},
+    };
+    for (const auto &test : kCases) {
+        const MappingContext own(test.type);
+        Tree tree = test.tree;
+        SCOPED_TRACE(std::to_string(test.type) + " with " + std::to_string(test.key_count) + " keys\n" + show(tree));
+        info.key_count = test.key_count;
+        own.state->delete_walk_active = test.propagating;
+        own.state->list_key_state = test.key_state;
+        EXPECT_STATUS(test.is_good ? TVK_OK : TVK_ERR_LIST_KEY, WalkTest::parse(own.ctx, tree, info));
+        EXPECT_EQ(test.is_good, !calls.empty());
+        EXPECT_STREQ(test.is_good ? nullptr : "keytag", own.state->error_node_tag);
+        EXPECT_EQ(test.is_good, complaints().empty());
+        // A key without a value keeps the error path from being recorded, which is a complaint of its own.
+        EXPECT_TRUE(test.is_good || (complaints().size() == 1) == (own.state->error_xpath != nullptr));
+        EXPECT_EQ(0, own.state->hierarchy_depth);
+    }
+}
+
+TEST_F(ListTest, TakesAnEntryWithoutChildrenOutsideAddRequests) {
+    static constexpr char kNoKeys[] = "ERR: No keys specified with a list node.";
+    Tree tree = list();
+    EXPECT_STATUS(TVK_ERR_NOT_FOUND, parse(tree));
+    EXPECT_EQ((Lines{"TRC: Start", kNoKeys, kNoKeys, "TRC: End"}), logs());
+    EXPECT_TRUE(calls.empty());
+    state->list_key_state = 2;
+    Tree deleted = list(TVK_OPERATION_DELETE);
+    EXPECT_STATUS(TVK_OK, parse(deleted));
+    EXPECT_EQ(Lines{"entry(list <delete>) at /list keys=2"} +
+                  each({"config(list <remove>)", "other(list <remove>)"}, " at /list keys=2 propagating"),
+              calls);
+    EXPECT_TREE(list(TVK_OPERATION_DELETE).type(TVK_NODE_TYPE_LIST), deleted);
+    state->list_key_state = 0;
+    request.type = TVK_REQUEST_GET_CONFIG;
+    EXPECT_STATUS(TVK_OK, parse(tree));
+    EXPECT_EQ((Lines{kNoKeys}), complaints());
+    EXPECT_EQ(
+        Lines{"entry(list) at /list"} + each({"name(list)", "id(list)", "config(list)", "state(list)", "other(list)"},
+                                             " at /list keys=1 propagating"),
+        calls);
+    expect_walk_is_over(*state);
+}
+
+TEST_F(ListTest, ComparesAnOpenConfigKeyWithItsCopy) {
+    const auto with_copy = [](const Node &copy) { return list()(leaf("name", "eth0"), node("config")(copy)); };
+    const struct {
+        std::uint32_t type;
+        Node tree;
+        const char *error_tag;
+    } kCases[] = {
+        {1, with_copy(leaf("name", "eth1")), "eth1"},
+        {8, with_copy(leaf("name", "eth1")), "eth1"},
+        {15, with_copy(leaf("name", "eth0").op(TVK_OPERATION_DELETE)), "eth0"},
+        {1, with_copy(leaf("name", "eth0").op(TVK_OPERATION_REMOVE)), nullptr},
+        {1, with_copy(leaf("name", "eth0")), nullptr},
+        {1, with_copy(leaf("mtu", "9000")), nullptr},
+        {1, with_copy(leaf("name", "eth1")).ns("urn:native"), nullptr},
+        {2, with_copy(leaf("name", "eth1")), nullptr},
+        {0, with_copy(leaf("name", "eth1")), nullptr},
+    };
+    for (const auto &test : kCases) {
+        MappingContext own(test.type);
+        const bool fails = test.error_tag != nullptr;
+        const std::string mismatch = std::string("ERR: name mismatch! ") + (fails ? test.error_tag : "") + " and eth0";
+        Tree tree = test.tree;
+        SCOPED_TRACE(std::to_string(test.type) + "\n" + show(tree));
+        EXPECT_STATUS(fails ? TVK_ERR_NAMESPACE : TVK_OK, WalkTest::parse(own.ctx, tree, info));
+        EXPECT_STREQ(test.error_tag, own.state->error_node_tag);
+        EXPECT_STREQ(fails ? "ns1:list/" : nullptr, own.state->error_xpath);
+        EXPECT_EQ(fails ? Lines({mismatch, "ERR: leafref value check fail"}) : Lines{}, complaints());
+        EXPECT_EQ(fails, calls.empty());
+        EXPECT_EQ(fails ? 1 : 0, own.state->hierarchy_depth);  // the level stays
+        own.request.type = TVK_REQUEST_GET;
+        EXPECT_STATUS(TVK_OK, tvk_map_check_oc_leafref(own.ctx, "/list", "config", "name", tree.get()));
+        tvk_map_remove_from_node_hierarchy(own.ctx, nullptr);
+    }
+}
+
+TEST_F(ListTest, RefusesBadKeyLeavesAndForeignChildren) {
+    Tree deleted_key = list()(leaf("name", "a").op(TVK_OPERATION_DELETE));
+    EXPECT_STATUS(TVK_ERR_KEY_OPERATION, parse(deleted_key));
+    EXPECT_EQ((Lines{"ERR: The key node should not have delete operation."}), complaints());
+    EXPECT_EQ((Lines{"entry(list) at /list"}), calls);
+    EXPECT_EQ(nullptr, state->error_node_tag);
+    EXPECT_STREQ("ns1:list[name = 'a']/", state->error_xpath);
+    Tree foreign = list()(leaf("name", "a"), node("mtu", kForeign), node("config"));
+    EXPECT_STATUS(TVK_ERR_NAMESPACE, parse(foreign));
+    EXPECT_EQ((Lines{"entry(list) at /list", "name(name = a) at /list"}), calls);
+    EXPECT_STREQ("mtu", state->error_node_tag);
+    Tree nameless = list()(leaf("name", "a"), node({}));
+    EXPECT_STATUS(TVK_ERR_NOT_FOUND, parse(nameless));
+    info.list_path = nullptr;
+    EXPECT_STATUS(TVK_ERR_INVALID, parse(foreign));
+    EXPECT_TRUE(calls.empty());
+    info = {nullptr, nullptr, nullptr, nullptr, 7, 1, "/list", nullptr};
+    EXPECT_STATUS(TVK_ERR_LIST_KEY, parse(foreign));
+    EXPECT_STATUS(TVK_ERR_INVALID, tmap_high_list_parse(ctx, foreign.get(), target.get(), nullptr));
+    EXPECT_STATUS(TVK_ERR_INVALID, tmap_high_list_parse(ctx, nullptr, target.get(), &info));
+    expect_walk_is_over(*state);
+}
+
+// The keys lie on the instance-tree stack while an entry that is named by them alone is propagated.
+TEST_F(ListTest, DeletesByKeysAlone) {
+    entries[3].flags = TMAP_CHILD_PROPAGATE;
+    const std::string tags[] = {"name", TVK_LIST_INSTANCE_TAG};  // whatever a request calls its nodes
+    for (const std::string &key : tags) {
+        entries[0].ctag = keys[0].key_tag = key.c_str();
+        on("config", [&key](tvk_map_ctx own, qidl_tvk_datatree &entry) {
+            char *value = nullptr;
+            EXPECT_EQ(0, entry.subtree_count);
+            EXPECT_STATUS(TVK_OK, tvk_map_get_node_info(own, "/list", key.c_str(), &value));
+            EXPECT_STREQ("a", value);
+            return TVK_ERR_NO_MEMORY;
+        });
+        answer("state", TVK_ERR_UNSUPPORTED);  // the result of the last entry counts
+        answer("other", TVK_ERR_INVALID);
+        Tree tree = list(TVK_OPERATION_DELETE)(leaf(key, "a"));
+        EXPECT_STATUS(TVK_ERR_UNSUPPORTED, parse(tree));
+        EXPECT_EQ((Lines{"entry(list <delete>) at /list keys=2", "name(" + key + " = a) at /list"}) +
+                      each({"config(list <remove>)", "state(list <remove>)", "other(list <remove>)"},
+                           " at /list keys=1 propagating"),
+                  calls);
+        EXPECT_TREE(list(TVK_OPERATION_REMOVE).type(TVK_NODE_TYPE_LIST)(leaf(key, "a").key()), tree);
+        expect_walk_is_over(*state);
+    }
+    Tree with_content = list(TVK_OPERATION_DELETE)(leaf(TVK_LIST_INSTANCE_TAG, "a"), node("config"));
+    answer("config", TVK_OK);
+    for (const std::string where : {" at /list", " propagating"}) {
+        state->delete_walk_active = where == " propagating" ? 1 : 0;
+        EXPECT_STATUS(TVK_OK, parse(with_content));
+        EXPECT_EQ(each({"entry(list <delete>)", "name(LIST_INSTANCE_NODE = a)", "config(config)"}, where), calls);
+    }
+}
+
+TEST_F(ListTest, ReadsWholeWhatIsNamedByKeysAlone) {
+    request.type = TVK_REQUEST_GET_CONFIG;
+    Tree by_key = list()(leaf("name", "a")), by_empty_key = list()(node("name"));
+    EXPECT_STATUS(TVK_OK, parse(by_key));
+    EXPECT_EQ(each({"entry(list)", "name(name = a)"}, " at /list") +
+                  each({"config(list)", "state(list)", "other(list)"}, " at /list propagating"),
+              calls);
+    EXPECT_STATUS(TVK_OK, parse(by_empty_key));
+    EXPECT_EQ(each({"entry(list)", "name(name)"}, " at /list"), calls);
+}
+
+TEST_F(ListTest, IsReachedByThePropagationOfAContainer) {
+    Tree tree = node("top", "urn:top").op(TVK_OPERATION_DELETE);
+    EXPECT_STATUS(TVK_OK, parse_below_container(ctx, tree));
+    EXPECT_EQ(
+        Lines{"list(top <remove>) at /top propagating"} +
+            each({"entry(top <remove>)", "config(top <remove>)", "other(top <remove>)"}, " at /top keys=1 propagating"),
+        calls);
+    expect_walk_is_over(*state);
+}
+
+TEST_F(ListTest, ReplacesInTwoPasses) {
+    const Node entry = list(TVK_OPERATION_REPLACE)(leaf("name", "a"), node("config"), leaf("mtu", "9000"));
+    const Lines removing =
+        each({"entry(list <remove>) at /list keys=2", "name(name = a) at /list", "other(mtu = 9000) at /list",
+              "config(list <remove>) at /list keys=1 propagating", "other(list <remove>) at /list keys=1 propagating"},
+             " removing converted");
+    const Lines merging =
+        each({"entry(list <merge>)", "name(name = a)", "config(config)", "other(mtu = 9000)"}, " at /list converted");
+    const struct {
+        std::uint32_t operation;
+        qerrno answer;
+        Lines calls;
+    } kCases[] = {{TVK_OPERATION_REMOVE, TVK_OK, removing + merging},
+                  {TVK_OPERATION_REMOVE, TVK_SKIP_NODE, Lines{removing.front()} + merging},
+                  {TVK_OPERATION_MERGE, TVK_SKIP_NODE, removing + Lines{merging.front()}},
+                  {TVK_OPERATION_REMOVE, TVK_ERR_UNSUPPORTED, {removing.front()}}};
+    for (const auto &test : kCases) {
+        on("entry", [&test](tvk_map_ctx, qidl_tvk_datatree &node) {
+            return node.operation == test.operation ? test.answer : TVK_OK;
+        });
+        Tree tree = entry;
+        EXPECT_STATUS(test.answer == TVK_SKIP_NODE ? TVK_OK : test.answer, parse(tree));
+        EXPECT_EQ(test.calls, calls);
+        EXPECT_EQ(3, tree->subtree_count);
+        EXPECT_EQ(std::uint32_t{TVK_OPERATION_MERGE}, tree->operation);
+        expect_walk_is_over(*state);
+    }
+}
+
+qerrno extra(tvk_map_ctx ctx, qidl_tvk_datatree *instance, qidl_tvk_datatree *target, int reserved) {
+    EXPECT_EQ(0, reserved);
+    return WalkTest::record("extra", ctx, instance, "", target);
+}
+
+// The list handler pushes instances; the stack owns them.
+class InstanceTest : public ListTest {
+protected:
+    InstanceTest() {
+        on("entry", [this](tvk_map_ctx own, qidl_tvk_datatree &) { return push_instances(own); });
+    }
+
+    qerrno push_instances(tvk_map_ctx own) {
+        qidl_tvk_datatree copy{};
+        const std::uint32_t size = tvk_map_util_itree_stack_size(own);
+        if (qidl_tvk_datatree_duplicate(&copy, instances.get(), tvk_gpb_alloc, nullptr) == TVK_OK) {
+            tvk_map_util_itree_stack_push(own, copy.subtrees, 3, reinterpret_cast<std::uintptr_t>(extra));
+        }
+        if (tvk_map_util_itree_stack_size(own) == size) {
+            qidl_tvk_datatree_free_ext(&copy, tvk_gpb_free, nullptr, 0);
+            return TVK_ERR_NO_MEMORY;
+        }
+        return TVK_OK;
+    }
+
+    Tree instances = root()(node(TVK_LIST_INSTANCE_TAG)(leaf("name", "1")), node("two")(leaf("name", "2")),
+                            node("three")(leaf("name", "3")));
+};
+
+TEST_F(InstanceTest, AreWalkedInPlaceOfTheirEntry) {
+    on("name", [](tvk_map_ctx own, qidl_tvk_datatree &) { return tvk_map_update_current_list_node(own, "/else"); });
+    on("extra", [](tvk_map_ctx own, qidl_tvk_datatree &) {
+        EXPECT_STREQ("/list", own->current_list_node);
+        return TVK_ERR_UNSUPPORTED;  // does not count
+    });
+    Tree tree = list(TVK_OPERATION_CREATE)(leaf("name", "a"), node("config"));
+    EXPECT_STATUS(TVK_OK, parse(tree));
+    EXPECT_EQ((Lines{"entry(list <create>) at /list", "extra(LIST_INSTANCE_NODE) at /list", "name(name = 1) at /list",
+                     "extra(two) at /list/two", "name(name = 2) at /list/two", "extra(three) at /list/three",
+                     "name(name = 3) at /list/three"}),
+              calls);
+    expect_walk_is_over(*state);
+
+    answer("extra", TVK_OK);
+    tree->operation = TVK_OPERATION_REPLACE;
+    EXPECT_STATUS(TVK_OK, parse(tree));
+    EXPECT_EQ(each({"entry(list <remove>) at /list keys=2", "extra(LIST_INSTANCE_NODE <remove>) at /list",
+                    "name(name = 1) at /list", "config(list <remove>) at /list keys=1 propagating",
+                    "other(list <remove>) at /list keys=1 propagating", "extra(two <remove>) at /list/two"},
+                   " removing converted"),
+              Lines(calls.begin(), calls.begin() + 6));
+    EXPECT_EQ((1u + 3 * 4) + (1 + 3 * 2), calls.size());
+    expect_walk_is_over(*state);
+
+    Tree top = node("top", "urn:top").op(TVK_OPERATION_REMOVE);
+    EXPECT_STATUS(TVK_OK, parse_below_container(ctx, top));
+    EXPECT_EQ(2u + 3 * 4, calls.size());
+    for (const std::string &line : Lines(calls.begin() + 1, calls.end())) {
+        EXPECT_NE(std::string::npos, line.find(" keys=1 propagating")) << line;
+    }
+    expect_walk_is_over(*state);
+}
+
+TEST_F(InstanceTest, GoWithTheirEntryHoweverItEnds) {
+    Tree tree = list()(leaf("name", "a"));
+    instances = root()(node(TVK_LIST_INSTANCE_TAG), node("two")(node("name")), node("three"));
+    EXPECT_STATUS(TVK_ERR_LIST_KEY, parse(tree));
+    EXPECT_EQ((Lines{"ERR: Empty list key specified."}), complaints());
+    EXPECT_EQ("extra(two) at /list/two", calls.back());
+    EXPECT_STREQ("name", state->error_node_tag);
+    EXPECT_STREQ("ns1:list[name = 'a']/ns1:two/", state->error_xpath);
+    expect_walk_is_over(*state);
+    for (const qerrno status : {TVK_SKIP_NODE, TVK_ERR_UNSUPPORTED}) {
+        on("entry", [&](tvk_map_ctx own, qidl_tvk_datatree &) { return push_instances(own) + status; });
+        EXPECT_STATUS(status == TVK_SKIP_NODE ? TVK_OK : status, parse(tree));
+        EXPECT_EQ(1u, calls.size());
+        expect_walk_is_over(*state);
+    }
+}
+
+TEST_F(InstanceTest, SurviveAnyFailedAllocation) {
+    for (const std::uint32_t type : {TVK_REQUEST_EDIT_CONFIG, TVK_REQUEST_GET}) {
+        for_each_allocation_failure([&](AllocationFailure &failure) {
+            const MappingContext own(type);
+            const std::uint32_t operation = type == TVK_REQUEST_GET ? TVK_OPERATION_MERGE : TVK_OPERATION_REPLACE;
+            Tree tree = node("top", "urn:top")(list(operation)(leaf("name", "a"), node("config")));
+            const qerrno status = failure.during([&] { return parse_below_container(own.ctx, tree); });
+            EXPECT_TRUE(status == TVK_OK || (failure.is_injected() && status == TVK_ERR_NO_MEMORY));
+            EXPECT_EQ(2, tree->subtrees->subtree_count);
+            expect_walk_is_over(*own.state);
+        });
+    }
+}
+
+TEST_F(ListTest, AddsItsKeysToAReadThatSelectsByOtherLeaves) {
+    info.key_count = 2;
+    const Node config = node("config"), name = node("name").key(), id = node("id").key();
+    const struct {
+        std::uint32_t type, propagating;
+        qerrno status;
+        Node expected;
+    } kCases[] = {{0, 0, TVK_OK, list()(config, name, id)},
+                  {10, 0, TVK_SKIP_NODE, list()(config, name, id)},
+                  {0, 0, TVK_ERR_UNSUPPORTED, list()(config)},
+                  {2, 0, TVK_OK, list()(config)},
+                  {0, 1, TVK_OK, list()(config)}};
+    for (const auto &test : kCases) {
+        const MappingContext own(test.type);
+        own.state->delete_walk_active = test.propagating;
+        answer("entry", test.status);
+        Tree tree = list()(config);
+        EXPECT_STATUS(test.status == TVK_SKIP_NODE ? TVK_OK : test.status, WalkTest::parse(own.ctx, tree, info));
+        EXPECT_TREE(test.propagating != 0 ? test.expected : Node(test.expected).type(TVK_NODE_TYPE_LIST), tree);
+    }
+}
+
+TEST_F(ListTest, CopesWithGrowthWhileAKeyIsHandled) {
+    Tree tree = list()(leaf("name", "a"), node("config"));
+    on("name", [&tree](tvk_map_ctx own, qidl_tvk_datatree &) {
+        for (const char *tag : {"a", "b", "c", "d", "e", "f", "g", "h"}) {
+            tvk_map_datatree_add_subtree(own, tree.get(), tag, "urn:top", nullptr, nullptr, nullptr, 1);
+        }
+        return TVK_OK;
+    });
+    state->list_key_state = 2;  // the keys are not looked at beforehand
+    EXPECT_STATUS(TVK_OK, parse(tree));
+    EXPECT_EQ(1u + 10, calls.size());
+    EXPECT_EQ(1, find(tree, "name")->is_key);
+}
+
+}  // namespace
+
+}  // namespace tvk::test
