@@ -29,5 +29,9 @@ typedef uint32_t qerrno;
 #define TVK_SKIP_NODE 0xaaf2f600u
 /* The platform does not support the node. */
 #define TVK_ERR_UNSUPPORTED 0xaaf2f800u
+/* An xpath leads to no node. */
+#define TVK_ERR_NOT_PRESENT 0xaaf2fa00u
+/* A node is to be added where there is one. */
+#define TVK_ERR_PRESENT 0xaaf2fc00u
 
 #endif

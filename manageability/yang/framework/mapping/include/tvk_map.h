@@ -10,5 +10,6 @@
 #include "tvk_map_types.h"
 #include "tvk_map_util.h"
 #include "tvk_map_walk.h"
+#include "tvk_map_xpath.h"
 
 #endif

@@ -123,7 +123,7 @@ struct tvk_map_request_state {
     struct tvk_map_output_entry output_list[TVK_MAP_MAX_OUTPUT_ENTRIES];
     struct qidl_tvk_datatree *pending_list_node;
     char *pending_trim_path;      /* owned */
-    char *pending_hierarchy_path; /* owned */
+    char *pending_hierarchy_path; /* owned while pending_hierarchy_kind is not 0 */
     uint32_t pending_hierarchy_kind;
     uint8_t hierarchy_depth;
     struct tvk_map_hierarchy_level hierarchy[TVK_MAP_MAX_HIERARCHY_LEVELS];

@@ -26,6 +26,10 @@ qerrno tvk_add_to_output_list_ctx(tvk_map_ctx ctx) {
     if (state.output_list_count >= TVK_MAP_MAX_OUTPUT_ENTRIES) {
         return TVK_ERR_NOT_FOUND;
     }
+    // Without a kind it is what a failed stitching has released: no path.
+    if (state.pending_hierarchy_kind == 0) {
+        state.pending_hierarchy_path = nullptr;
+    }
     tvk_map_output_entry &entry = state.output_list[state.output_list_count];
     move_string(entry.trim_path, state.pending_trim_path);
     entry.list_node = std::exchange(state.pending_list_node, nullptr);

@@ -1,0 +1,136 @@
+// Hanging a list of one model below a container or list entry of another.
+#include <cstring>
+
+#include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_common/internal/request.h"
+#include "tvk_map_lists.h"
+#include "tvk_map_walk.h"
+#include "tvk_map_xpath.h"
+
+namespace {
+
+bool is_usable(tvk_map_ctx ctx, const tvk_map_node_operation *record) {
+    if (record == nullptr || ctx->state == nullptr) {
+        TVK_ERR(ctx, "NULL arguments passed");
+        return false;
+    }
+    return std::memchr(record->trim_path, '\0', sizeof record->trim_path) != nullptr;
+}
+
+// Adds the node, or finds it as the record's result.
+bool make_stitch_node(tvk_map_ctx ctx, tvk_map_node_operation &record) {
+    record.op = TVK_XPATH_ADD;
+    qerrno status = tvk_map_tree_xpath_operations(ctx, &record);
+    if (status == TVK_ERR_PRESENT) {
+        TVK_TRC(ctx, "list already exists");
+        status = TVK_OK;
+    }
+    if (status != TVK_OK || record.result == nullptr) {
+        TVK_ERR(ctx, "List operation failed %d. %s", static_cast<int>(status), record.trim_path);
+        return false;
+    }
+    return true;
+}
+
+// The pending path is the state's as long as it has a kind. After a failed stitching it has none: the pointer stays,
+// what it points to is gone.
+void release_hierarchy_path(tvk_map_request_state &state) {
+    if (state.pending_hierarchy_kind != 0) {
+        kel_named_free(state.pending_hierarchy_path);
+    }
+    state.pending_hierarchy_kind = 0;
+}
+
+// An output entry without its level's path could not be dropped with that level, so a path that cannot be copied is
+// a failure.
+qerrno take_hierarchy_path(tvk_map_request_state &state) {
+    if (state.hierarchy_depth == 0) {
+        return TVK_OK;
+    }
+    const tvk_map_hierarchy_level &level = state.hierarchy[state.hierarchy_depth - 1];
+    tvk::NamedString path = tvk::copy_text(level.path, "xpath cont");
+    if (path == nullptr) {
+        return TVK_ERR_NO_MEMORY;
+    }
+    release_hierarchy_path(state);
+    // A level of no kind drops no entry, and its path would have no owner.
+    state.pending_hierarchy_path = level.kind != 0 ? path.release() : nullptr;
+    state.pending_hierarchy_kind = level.kind;
+    return TVK_OK;
+}
+
+qerrno install(tvk_map_ctx ctx, const tvk_map_node_operation &record) {
+    tvk_map_request_state &state = *ctx->state;
+    state.pending_list_node = record.result;
+    const qerrno status = tvk_map_copy_trim_path_list_ctx(ctx, record.trim_path);
+    TVK_TRC(ctx, "Set trim path to: %s", tvk::shown(state.pending_trim_path));
+    return status == TVK_OK ? take_hierarchy_path(state) : status;
+}
+
+qerrno give_up(tvk_map_ctx ctx, qerrno status) {
+    TVK_ERR(ctx, "error %d.", static_cast<int>(status));
+    tvk_map_request_state &state = *ctx->state;
+    tvk::release(state.pending_trim_path);
+    release_hierarchy_path(state);
+    state.pending_list_node = nullptr;
+    return status;
+}
+
+}  // namespace
+
+qerrno tvk_map_stitch_container_to_list(tvk_map_ctx ctx, struct tvk_map_node_operation *record) {
+    TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
+                       "qerrno tvk_map_stitch_container_to_list(tvk_map_ctx, struct tvk_map_node_operation *)");
+    if (!is_usable(ctx, record) || !make_stitch_node(ctx, *record)) {
+        return TVK_ERR_INVALID;
+    }
+    qerrno status = install(ctx, *record);
+    if (status == TVK_OK) {
+        status = tvk_add_to_output_list_ctx(ctx);
+    }
+    return status == TVK_OK ? TVK_OK : give_up(ctx, status);
+}
+
+qerrno tvk_map_stitch_list_to_list(tvk_map_ctx ctx, struct tvk_map_node_operation *record) {
+    TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
+                       "qerrno tvk_map_stitch_list_to_list(tvk_map_ctx, struct tvk_map_node_operation *)");
+    if (!is_usable(ctx, record) || !make_stitch_node(ctx, *record)) {
+        return TVK_ERR_INVALID;
+    }
+    const qerrno status = install(ctx, *record);
+    return status == TVK_OK ? TVK_OK : give_up(ctx, status);
+}
+
+qerrno tvk_map_auto_stitch_list_to_list(tvk_map_ctx ctx, const void *, struct qidl_tvk_datatree *root, const char *ns,
+                                        const char *const *tokens, uint32_t token_count) {
+    constexpr std::int32_t kLevelOffset = 1;
+    TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
+                       "qerrno tvk_map_auto_stitch_list_to_list(tvk_map_ctx, const void *, struct qidl_tvk_datatree *, "
+                       "const char *, const char *const *, uint32_t)");
+    if (!tvk::is_read_request(ctx)) {
+        return TVK_OK;
+    }
+    if (root == nullptr || ns == nullptr || tokens == nullptr) {
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    tvk_map_node_operation record{};
+    record.op = TVK_XPATH_ADD;
+    record.kind = TVK_XPATH_INSTANCE;
+    record.root = root;
+    // A namespace that does not fit leaves an empty one, which the operation refuses.
+    strncpy_s(record.ns, sizeof record.ns, ns, sizeof record.ns);
+    if (const qerrno status =
+            tvk_map_build_xpath_from_tokens(ctx, tokens, token_count, kLevelOffset, record.xpath, record.trim_path);
+        status != TVK_OK) {
+        return status;
+    }
+    // The search wants a "/" behind the keys of a list entry.
+    if (strcat_s(record.xpath, sizeof record.xpath, "/") != 0) {
+        return TVK_ERR_NO_MEMORY;
+    }
+    TVK_TRC(ctx, "Stitch xpath: %s", record.xpath);
+    TVK_TRC(ctx, "Stitch trim_path: %s", record.trim_path);
+    return tvk_map_stitch_list_to_list(ctx, &record);
+}

@@ -1,0 +1,149 @@
+#include "tvk_map_common/xpath/add.h"
+
+#include <cstring>
+
+#include "tvk_map_common/xpath/key_groups.h"
+#include "tvk_map_common/xpath/position.h"
+#include "tvk_map_datatree.h"
+
+namespace {
+
+using tvk::Node;
+
+constexpr int kWhereItStands = TVK_ADD_RELATIVE | TVK_ADD_UNFILTERED;
+
+// A text cut from an xpath, with a terminator of its own.
+class PathText {
+public:
+    const char *get() const { return text_; }
+    bool is_empty() const { return length_ == 0; }
+    void clear() { text_[length_ = 0] = '\0'; }
+
+    // A part and its separator are never longer than they were in the path, so they fit.
+    PathText &operator<<(std::string_view part) {
+        std::memcpy(text_ + length_, part.data(), part.size());
+        length_ += part.size();
+        text_[length_] = '\0';
+        return *this;
+    }
+
+private:
+    char text_[TVK_MAP_MAX_PATH] = "";
+    std::size_t length_ = 0;
+};
+
+class AddWalk {
+public:
+    AddWalk(tvk_map_ctx ctx, const tvk_map_node_operation &record)
+        : ctx_(ctx), record_(record), attachment_(record.result) {}
+
+    qerrno run(const char *remaining) {
+        for (tvk::Steps steps{remaining}; !steps.at_end(); steps.advance()) {
+            if (!steps.is_keyed()) {
+                pending_ << (pending_.is_empty() ? "" : "/") << steps.text();
+                has_plain_step_ = true;
+                continue;
+            }
+            if (const qerrno status = add_containers(); status != TVK_OK) {
+                return status;
+            }
+            if (const qerrno status = add_entry(steps.text()); status != TVK_OK) {
+                return status;
+            }
+        }
+        return pending_.is_empty() ? TVK_OK : add_last();
+    }
+
+    Node *attachment() const { return attachment_; }
+
+private:
+    // The plain steps before a keyed one. Behind the first keyed step there may be none, and still they are added: the
+    // path adding has effects of its own.
+    qerrno add_containers() {
+        if (!has_plain_step_) {
+            return TVK_OK;
+        }
+        Node *added = nullptr;
+        const qerrno status = add_below_attachment(pending_.get(), nullptr, 0, &added);
+        if (added != nullptr) {
+            attachment_ = added;
+        }
+        pending_.clear();
+        return status;
+    }
+
+    qerrno add_entry(std::string_view step) {
+        tvk::KeyGroups keys{};
+        if (!tvk::tvk_map_get_key_value_info(step, keys)) {
+            return TVK_ERR_INVALID;
+        }
+        PathText name;
+        name << tvk::list_name(step);
+        Node *entry = nullptr;
+        const tvk::MovedChildren siblings{*attachment_};
+        tvk_map_datatree_add_path_common_flagged(ctx_, attachment_, name.get(), record_.ns, nullptr, nullptr, &entry, 1,
+                                                 0);
+        follow(siblings);
+        if (entry == nullptr) {
+            return TVK_ERR_INVALID;
+        }
+        attachment_ = entry;
+        qerrno status = TVK_OK;
+        for (const tvk::KeyGroup &key : keys.all()) {
+            status = add_below_attachment(key.name, key.value, 0, nullptr);
+        }
+        return status;
+    }
+
+    qerrno add_last() {
+        const bool has_value = record_.kind == TVK_XPATH_LEAF || record_.kind == TVK_XPATH_LEAF_INSTANCE;
+        const bool appended = record_.kind == TVK_XPATH_INSTANCE || record_.kind == TVK_XPATH_LEAF_INSTANCE;
+        return add_below_attachment(pending_.get(), has_value ? record_.value : nullptr, appended ? 1 : 0, nullptr);
+    }
+
+    qerrno add_below_attachment(const char *path, const char *data, int append, Node **added) {
+        Node *elsewhere = pending_node_for(path);
+        tvk::Position position;
+        if (elsewhere != nullptr && !position.take(*elsewhere, *attachment_)) {
+            return TVK_ERR_INVALID;
+        }
+        const tvk::MovedChildren siblings{elsewhere != nullptr ? *elsewhere : *attachment_};
+        const qerrno status = tvk_map_datatree_add_path_flagged(ctx_, attachment_, path, record_.ns, data, nullptr,
+                                                                added, append, kWhereItStands);
+        if (elsewhere != nullptr) {
+            attachment_ = position.node();
+        }
+        follow(siblings);
+        return status;
+    }
+
+    // The pending list node when the path holds the pending trim path: adding it there may move the attachment point.
+    Node *pending_node_for(const char *path) const {
+        const tvk_map_request_state *state = ctx_->state;
+        const bool goes_there = state != nullptr && (state->build_flags & TVK_BUILD_FILTERED) == 0 &&
+                                state->pending_trim_path != nullptr &&
+                                std::strstr(path, state->pending_trim_path) != nullptr;
+        return goes_there ? state->pending_list_node : nullptr;
+    }
+
+    void follow(const tvk::MovedChildren &siblings) const {
+        if (ctx_->state != nullptr) {
+            siblings.follow(*ctx_->state);
+        }
+    }
+
+    tvk_map_ctx ctx_;
+    const tvk_map_node_operation &record_;
+    Node *attachment_;
+    PathText pending_;
+    bool has_plain_step_ = false;
+};
+
+}  // namespace
+
+qerrno tvk::add_remaining_path(tvk_map_ctx ctx, tvk_map_node_operation &record, const char *remaining) {
+    AddWalk walk{ctx, record};
+    const qerrno status = walk.run(remaining);
+    record.result = status == TVK_OK ? walk.attachment() : nullptr;
+    return status;
+}

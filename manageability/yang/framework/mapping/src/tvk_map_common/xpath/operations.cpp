@@ -1,0 +1,104 @@
+// One operation on the node at an xpath.
+#include <cstring>
+
+#include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_common/internal/node.h"
+#include "tvk_map_common/internal/owned.h"
+#include "tvk_map_common/xpath/add.h"
+#include "tvk_map_common/xpath/key_groups.h"
+#include "tvk_map_common/xpath/search.h"
+
+namespace {
+
+using tvk::Node;
+
+constexpr char kPrototype[] = "qerrno tvk_map_tree_xpath_operations(tvk_map_ctx, struct tvk_map_node_operation *)";
+
+template <std::size_t kSize>
+bool is_filled(const char (&text)[kSize]) {
+    return text[0] != '\0' && std::memchr(text, '\0', kSize) != nullptr;
+}
+
+bool stores_value(const tvk_map_node_operation &record) {
+    return record.op == TVK_XPATH_MODIFY ||
+           (record.op == TVK_XPATH_ADD && (record.kind == TVK_XPATH_LEAF || record.kind == TVK_XPATH_LEAF_INSTANCE));
+}
+
+bool is_valid(const tvk_map_node_operation &record) {
+    return record.op >= TVK_XPATH_ADD && record.op <= TVK_XPATH_READ && record.kind >= TVK_XPATH_CONTAINER &&
+           record.kind <= TVK_XPATH_LEAF_INSTANCE && is_filled(record.ns) && is_filled(record.xpath) &&
+           (!stores_value(record) || std::memchr(record.value, '\0', sizeof record.value) != nullptr) &&
+           tvk::has_usable_steps(record.xpath);
+}
+
+qerrno add(tvk_map_ctx ctx, tvk_map_node_operation &record) {
+    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+    tvk::XpathSearch search{&record, 0};
+    if (tvk::tvk_map_search_subtree_node(search) != TVK_ERR_NOT_PRESENT) {
+        TVK_ERR(ctx, "Node already present in the path %s\n", record.xpath);
+        return TVK_ERR_PRESENT;
+    }
+    // The leading "/" is counted whether the path has one or not, so what is left may be another path.
+    const char *remaining = record.xpath + search.stop_offset + 1;
+    if (tvk::Steps{remaining}.at_end() || !tvk::has_usable_steps(remaining)) {
+        record.result = nullptr;
+        return TVK_ERR_INVALID;
+    }
+    return tvk::add_remaining_path(ctx, record, remaining);
+}
+
+qerrno modify(tvk_map_node_operation &record) {
+    char *copy = tvk_strdup(record.value, "TVK MAP MODIFY DATA");
+    if (copy == nullptr) {
+        record.result = nullptr;
+        return TVK_ERR_NO_MEMORY;
+    }
+    // The former value stays with whoever else holds it.
+    record.result->data = copy;
+    tvk::set_present(*record.result, TVK_HAS_DATA);
+    return TVK_OK;
+}
+
+void read(tvk_map_node_operation &record) {
+    const Node &node = *record.result;
+    const char *value = tvk::has(node, TVK_HAS_DATA) && node.data != nullptr ? node.data : "";
+    strncpy_s(record.value, sizeof record.value, value, sizeof record.value - 1);
+}
+
+qerrno find(tvk_map_ctx ctx, tvk_map_node_operation &record) {
+    tvk::XpathSearch search{&record, 0};
+    const qerrno status = tvk::tvk_map_search_subtree_node(search);
+    if (status != TVK_OK) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ERR(ctx, "Node not present in the path %s\n", record.xpath);
+    }
+    return status;
+}
+
+}  // namespace
+
+qerrno tvk_map_tree_xpath_operations(tvk_map_ctx ctx, struct tvk_map_node_operation *record) {
+    if (record == nullptr || record->root == nullptr) {
+        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ERR(ctx, "NULL argument(s) passed!");
+        return TVK_ERR_INVALID;
+    }
+    if (!is_valid(*record)) {
+        return TVK_ERR_INVALID;
+    }
+    if (record->op == TVK_XPATH_NO_ACTION) {
+        return TVK_OK;
+    }
+    if (record->op == TVK_XPATH_ADD) {
+        return add(ctx, *record);
+    }
+    if (const qerrno status = find(ctx, *record); status != TVK_OK) {
+        return status;
+    }
+    if (record->op == TVK_XPATH_MODIFY) {
+        return modify(*record);
+    }
+    read(*record);
+    return TVK_OK;
+}
