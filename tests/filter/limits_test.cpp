@@ -91,8 +91,7 @@ TEST_F(Limits, StackHoldsNoMoreThanTheSiblingsOnTheWay) {
 }
 
 TEST_F(Limits, DepthDoesNotRecurse) {
-    const Tree filter = chain(100000);
-    const Tree response = chain(100001);
+    const Tree filter = chain(100000), response = chain(100001);
     on_small_stack([&] {
         EXPECT_EQ(0u, tvk_map_con_fil_check_con_node(ctx, response.get()));
         tvk_map_dfs_filter_mark(ctx, filter.get(), response.get());
@@ -103,12 +102,11 @@ TEST_F(Limits, DepthDoesNotRecurse) {
 }
 
 TEST_F(Limits, ContainerPhaseEndsWithItsLevelTable) {
-    for (const auto &[levels, left] : {std::pair(49, 49), std::pair(50, 49), std::pair(60, 49)}) {
-        const Tree filter = chain(levels);
-        const Tree response = chain(levels);
+    for (const int levels : {49, 50, 60}) {
+        const Tree filter = chain(levels), response = chain(levels);
         tvk_map_dfs_filter_con(ctx, filter.get(), response.get());
         tvk_map_dfs_filter_sweep(ctx, response.get());
-        EXPECT_EQ(left, depth(response)) << levels << " levels";
+        EXPECT_EQ(49, depth(response)) << levels << " levels";
     }
 }
 

@@ -15,21 +15,16 @@ using namespace tvk::test;
 namespace {
 
 struct Model {
-    Text tag;
-    Text data;
+    Text tag, data;
     bool key = false;
-    std::optional<std::uint32_t> type;
-    std::optional<std::uint32_t> verdict;
+    std::optional<std::uint32_t> type, verdict;
     bool has_children = false;  // also with no child
     std::vector<Model> children;
 
     Node describe() const;
 };
 
-constexpr std::uint32_t kList = 4;
-constexpr std::uint32_t kContent = 6;
-constexpr std::uint32_t kKeepNode = 2;
-constexpr std::uint32_t kKeepAll = 3;
+constexpr std::uint32_t kList = 4, kContent = 6, kKeepNode = 2, kKeepAll = 3;
 
 long count_keys(const Model &entry, bool with_value) {
     return std::count_if(entry.children.begin(), entry.children.end(),
@@ -56,14 +51,10 @@ bool same_keys(const Model &entry, const Model &target) {
         if (!key.data) {
             continue;
         }
-        bool found = false;
-        for (const Model &child : target.children) {
-            if (found || !child.tag) {
-                break;
-            }
-            found = child.tag == compared.tag && (!compared.data || child.data == compared.data);
-        }
-        if (!found) {
+        const auto found = std::find_if(target.children.begin(), target.children.end(), [&](const Model &child) {
+            return !child.tag || (child.tag == compared.tag && (!compared.data || child.data == compared.data));
+        });
+        if (found == target.children.end() || !found->tag) {
             return false;
         }
     }
@@ -71,24 +62,16 @@ bool same_keys(const Model &entry, const Model &target) {
 }
 
 Node Model::describe() const {
-    Node description = node(tag);
-    if (data) {
-        description.data(*data);
-    }
-    if (key) {
-        description.key();
-    }
-    if (type) {
-        description.type(*type);
-    }
-    if (verdict) {
-        description.kind(*verdict);
-    }
+    Node description = node(tag).with(has_children ? TVK_HAS_SUBTREES : 0);
     std::vector<Node> described;
     for (const Model &child : children) {
         described.push_back(child.describe());
     }
-    return description.children(described).with(has_children ? TVK_HAS_SUBTREES : 0);
+    description = data ? description.data(*data) : description;
+    description = key ? description.key() : description;
+    description = type ? description.type(*type) : description;
+    description = verdict ? description.kind(*verdict) : description;
+    return description.children(described);
 }
 
 // content: the request has TVK_WALK_CONTENT_MATCH_IN_REQUEST.
@@ -185,6 +168,9 @@ public:
             for (Model &child : model.children) {
                 child = tree(depth - 1, is_filter);
             }
+        }
+        if (!is_filter && !model.children.empty() && one_in(2)) {
+            model.children.push_back(Model(model.children.front()));  // entries that share their keys
         }
         model.has_children = !model.children.empty() || one_in(8);
         if (!model.has_children && !one_in(3)) {

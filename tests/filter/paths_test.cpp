@@ -13,26 +13,17 @@ using namespace tvk::test;
 namespace {
 
 std::string repeated(int count, const std::string &text) {
-    std::string all;
-    while (count-- > 0) {
-        all += text;
-    }
-    return all;
+    return count == 0 ? "" : text + repeated(count - 1, text);
 }
 
-Node nest(int levels, Node inner) {
-    while (levels-- > 0) {
-        inner = Node(node("n")(inner));
-    }
-    return inner;
+Node nest(int levels, const Node &inner) {
+    return levels == 0 ? inner : nest(levels - 1, node("n")(inner));
 }
 
 class FilterPaths : public MappingTest {};
 
 TEST_F(FilterPaths, SchemaFilter) {
-    const Node entry_a = node("e").type(4)(leaf("name", "A").key().type(1));
-    const Node entry_mtu = node("e").type(4)(leaf("name", "B").key().type(1), node("mtu").type(1));
-    const Node list = node("top")(entry_mtu, node("e")(node("speed")));
+    const Node list = node("top")(node("e")(node("speed")));
     const Node matches = node("top")(node("m")(leaf("x", "1").type(6), leaf("y", "2").type(6)));
     const struct {
         const char *why;
@@ -42,22 +33,11 @@ TEST_F(FilterPaths, SchemaFilter) {
         bool content;
         std::uint32_t expected;
     } rows[] = {
-        {"a leaf selects all below", node("top")(node("c")), "c/x/y", 0, false, 1},
-        {"the path leaves the filter", node("top")(node("c")(node("x"))), "c/z", 1, false, 0},
         {"empty components vanish", node("top")(node("c")(node("x"))), "//c//x/", 0, false, 1},
         {"no component ends at the root", list, "/", 1, false, 1},
-        {"an end above the filter's leaves", list, "e", 1, false, 1},
-        {"is accepted for 1 only", list, "e", 2, false, 0},
-        {"key values select the entry", node("top")(entry_a), "e/any", 0, false, 1},
-        {"a key beside others does not", node("top")(entry_mtu), "e/any", 0, false, 0},
-        {"every entry is followed", list, "e/speed", 0, false, 1},
-        {"a key without value", node("top")(node("e")(node("name").key())), "e/any", 0, false, 0},
+        {"accepted for 1 only", list, "e", 2, false, 0},
         {"content match alone", matches, "m/z", 0, false, 0},
         {"selects all where the request has it", matches, "m/z", 0, true, 1},
-        {"a child without tag ends its parent", node("top")(root(), node("c")), "c", 0, false, 0},
-        {"children before it count", node("top")(node("c"), root()), "c", 0, false, 1},
-        {"a claim of no children", node("top").with(TVK_HAS_SUBTREES), "c", 0, false, 1},
-        {"a root without tag", root()(node("c")), "c", 0, false, 0},
         {"the 201st component is the last", nest(210, node("n")), repeated(200, "n/") + "/other", 1, false, 0},
         {"that is looked at", nest(210, node("n")), repeated(201, "n/") + "/other", 1, false, 1},
     };
@@ -67,8 +47,7 @@ TEST_F(FilterPaths, SchemaFilter) {
         EXPECT_EQ(row.expected, tvk_map_dfs_filter_schema(ctx, filter.get(), row.path.c_str(), row.accept_last))
             << row.why;
     }
-    const Tree lost = node("top");
-    lost->presence |= TVK_HAS_SUBTREES;
+    const Tree lost = node("top").with(TVK_HAS_SUBTREES);
     lost->subtree_count = 2;
     EXPECT_EQ(0u, tvk_map_dfs_filter_schema(ctx, lost.get(), "c", 1));
     EXPECT_EQ(0u, tvk_map_dfs_filter_schema(nullptr, lost.get(), "c", 1));
@@ -100,7 +79,6 @@ TEST_F(FilterPaths, GetResponseFilter) {
         {"whatever follows it", "c/x/y/z", 0, 1, TVK_OK, "c/x"},
         {"an end above a leaf", "c/d", 0, 0, TVK_ERR_NOT_FOUND},
         {"may be enough", "/c//d/", 1, 0, TVK_OK},
-        {"for 1 only", "c/d", 2, 0, TVK_ERR_NOT_FOUND},
         {"nothing of that name", "c/z", 1, 0, TVK_ERR_NOT_FOUND},
         {"no component", "//", 1, 0, TVK_ERR_NOT_FOUND},
         {"keys select all below", "e/any", 0, 0, TVK_OK},
@@ -119,17 +97,13 @@ TEST_F(FilterPaths, GetResponseFilter) {
                       tvk_map_datatree_filter_get_response(ctx, tree.get(), row.path, row.partial_ok, row.mark_leaf));
         EXPECT_TREE(expected, tree);
     }
-    const Tree leaf_alone = node("top");
+    const Tree leaf_alone = node("top"), tagless = node("top")(node("a"), root(), node("c"));
     EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_datatree_filter_get_response(ctx, leaf_alone.get(), "a/b", 0, 0));
     EXPECT_STATUS(TVK_OK, tvk_map_datatree_filter_get_response(ctx, leaf_alone.get(), "a/b", 1, 0));
-    EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_datatree_filter_get_response(ctx, nullptr, "a", 1, 0));
     EXPECT_EQ(Lines{}, logs());
     EXPECT_STATUS(TVK_ERR_NO_MEMORY, tvk_map_datatree_filter_get_response(ctx, leaf_alone.get(), nullptr, 0, 0));
-    const Tree tagless = node("top")(node("a"), root(), node("c"));
     EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_datatree_filter_get_response(ctx, tagless.get(), "c", 1, 0));
     EXPECT_EQ((Lines{"ERR: Failed to copy path string!", "ERR: Tag name is not available!"}), errors());
-    EXPECT_DEATH(tvk_map_datatree_filter_get_response(nullptr, tagless.get(), "c", 1, 0),
-                 "tvk_map_common.*qerrno tvk_map_datatree_filter_get_response\\(tvk_map_ctx.*NULL != ctx");
 }
 
 std::string visits;  // tags and levels, as visited

@@ -8,79 +8,59 @@
 
 namespace {
 
-enum class Operation { kCopy, kAppend, kCopyAtMost, kAppendAnnexK };
+using Call = int (*)(char *destination, std::size_t size, const char *source, std::size_t count);
 
-struct Case {
-    const char *why;
-    Operation operation;
-    std::string before;  // all of the destination; its length is the size
-    const char *source;
-    std::size_t count;  // of strncpy_s
-    bool succeeds;
-    std::string after;  // as text
-};
-
-int call(const Case &row, char *destination) {
-    const std::size_t size = row.before.size();
-    switch (row.operation) {
-        case Operation::kCopy:
-            return tvk_strcpy_s("test", destination, size, row.source);
-        case Operation::kAppend:
-            return tvk_strcat_s("test", destination, size, row.source);
-        case Operation::kCopyAtMost:
-            return strncpy_s(destination, size, row.source, row.count);
-        default:
-            return strcat_s(destination, size, row.source);
-    }
+int copy(char *to, std::size_t size, const char *source, std::size_t) {
+    return tvk_strcpy_s("test", to, size, source);
 }
-
-std::string buffer(const char *text, std::size_t size) {
-    std::string whole(text);
-    whole.resize(size, '\0');
-    return whole;
+int append(char *to, std::size_t size, const char *source, std::size_t) {
+    return tvk_strcat_s("test", to, size, source);
+}
+int append_annex_k(char *to, std::size_t size, const char *source, std::size_t) {
+    return strcat_s(to, size, source);
 }
 
 TEST(Strings, NeverWriteBehindTheDestinationNorTruncate) {
-    const Case cases[] = {
-        {"fits exactly", Operation::kCopy, "12345", "abcd", 0, true, "abcd"},
-        {"one too long", Operation::kCopy, "12345", "abcde", 0, false, ""},
-        {"no source", Operation::kCopy, "12345", nullptr, 0, false, ""},
-        {"fits exactly", Operation::kAppend, buffer("ab", 5), "cd", 0, true, "abcd"},
-        {"one too long", Operation::kAppend, buffer("ab", 5), "cde", 0, false, "ab"},
-        {"no source", Operation::kAppend, buffer("ab", 5), nullptr, 0, false, "ab"},
-        {"no terminator to append at", Operation::kAppend, "12345", "", 0, false, "12345"},
-        {"whole source", Operation::kCopyAtMost, "12345", "abcd", 9, true, "abcd"},
-        {"part of a longer source", Operation::kCopyAtMost, "12345", "abcdefgh", 4, true, "abcd"},
-        {"nothing", Operation::kCopyAtMost, "12345", "abcd", 0, true, ""},
-        {"part that is too long", Operation::kCopyAtMost, "12345", "abcdefgh", 5, false, ""},
-        {"absurd count", Operation::kCopyAtMost, "12345", "abcd", SIZE_MAX, false, ""},
-        {"no source", Operation::kCopyAtMost, "12345", nullptr, 2, false, ""},
-        {"fits exactly", Operation::kAppendAnnexK, buffer("ab", 5), "cd", 0, true, "abcd"},
-        {"one too long", Operation::kAppendAnnexK, buffer("ab", 5), "cde", 0, false, ""},
-        {"no source", Operation::kAppendAnnexK, buffer("ab", 5), nullptr, 0, false, ""},
-        {"no terminator to append at", Operation::kAppendAnnexK, "12345", "x", 0, false, ""},
+    const std::string full = "12345", ab("ab\0\0", 5);  // all of the destination: the length is the size
+    const struct {
+        Call call;
+        std::string before;
+        const char *source;
+        std::size_t count;  // of strncpy_s
+        bool succeeds;
+        const char *after;
+    } cases[] = {
+        {copy, full, "abcd", 0, true, "abcd"},
+        {copy, full, "abcde", 0, false, ""},
+        {copy, full, nullptr, 0, false, ""},
+        {append, ab, "cd", 0, true, "abcd"},
+        {append, ab, "cde", 0, false, "ab"},
+        {append, ab, nullptr, 0, false, "ab"},
+        {append, full, "", 0, false, "12345"},
+        {strncpy_s, full, "abcd", 9, true, "abcd"},
+        {strncpy_s, full, "abcdefgh", 4, true, "abcd"},
+        {strncpy_s, full, "abcd", 0, true, ""},
+        {strncpy_s, full, "abcdefgh", 5, false, ""},
+        {strncpy_s, full, "abcd", SIZE_MAX, false, ""},
+        {strncpy_s, full, nullptr, 2, false, ""},
+        {append_annex_k, ab, "cd", 0, true, "abcd"},
+        {append_annex_k, ab, "cde", 0, false, ""},
+        {append_annex_k, ab, nullptr, 0, false, ""},
+        {append_annex_k, full, "x", 0, false, ""},
     };
-    for (const Case &row : cases) {
-        SCOPED_TRACE(std::to_string(static_cast<int>(row.operation)) + ": " + row.why);
-        const std::string guard = "guard";
-        std::string whole = row.before + guard;
-        EXPECT_EQ(row.succeeds, call(row, whole.data()) == 0);
+    for (const auto &row : cases) {
+        SCOPED_TRACE(&row - cases);
+        std::string whole = row.before + "guard";
+        EXPECT_EQ(row.succeeds, row.call(whole.data(), row.before.size(), row.source, row.count) == 0);
         EXPECT_EQ(row.after, whole.substr(0, strnlen(whole.c_str(), row.before.size())));
-        EXPECT_EQ(guard, whole.substr(row.before.size()));
+        EXPECT_EQ("guard", whole.substr(row.before.size()));
     }
-}
-
-TEST(Strings, RefuseAnUnusableDestination) {
-    char untouched[] = "x";
-    EXPECT_NE(0, tvk_strcpy_s("test", untouched, 0, "a"));
-    EXPECT_NE(0, tvk_strcat_s("test", untouched, 0, "a"));
-    EXPECT_NE(0, strncpy_s(untouched, 0, "a", 1));
-    EXPECT_NE(0, strcat_s(untouched, 0, "a"));
-    EXPECT_STREQ("x", untouched);
-    EXPECT_NE(0, tvk_strcpy_s("test", nullptr, 5, "a"));
-    EXPECT_NE(0, tvk_strcat_s("test", nullptr, 5, "a"));
-    EXPECT_NE(0, strncpy_s(nullptr, 5, "a", 1));
-    EXPECT_NE(0, strcat_s(nullptr, 5, "a"));
+    for (const Call call : {&copy, &append, &append_annex_k, Call{strncpy_s}}) {
+        char untouched[] = "x";
+        EXPECT_NE(0, call(untouched, 0, "a", 1));
+        EXPECT_STREQ("x", untouched);
+        EXPECT_NE(0, call(nullptr, 5, "a", 1));
+    }
 }
 
 }  // namespace

@@ -5,20 +5,9 @@
 #include <string>
 
 #include "heap_test.h"
-#include "kel_memory.h"
 #include "tvk_platform_control.h"
 
 namespace tvk::test {
-
-namespace {
-
-bool accounting_is_on() {
-    const std::size_t before = tvk_platform_live_blocks(nullptr);
-    const std::unique_ptr<void, decltype(&kel_named_free)> probe(kel_named_calloc_(1, 1, "probe", 0), kel_named_free);
-    return tvk_platform_live_blocks(nullptr) == before + 1;
-}
-
-}  // namespace
 
 void AllocationFailure::start() {
     EXPECT_EQ(0u, allocations_) << "during() is for one call in a run";
@@ -37,7 +26,6 @@ void for_each_allocation_failure(const std::function<void(AllocationFailure &)> 
         EXPECT_EQ(before, live_blocks()) << "the scenario leaks";
         return failure.allocations();
     };
-    ASSERT_TRUE(accounting_is_on());
     const std::uint64_t count = allocations_of_run({0, false});
     ASSERT_GT(count, 0u) << "the scenario allocates nothing";
     for (std::uint64_t run = 0; run < 2 * count && !::testing::Test::HasFailure(); ++run) {

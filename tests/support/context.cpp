@@ -31,20 +31,15 @@ void release_trees(qidl_tvk_datatree *records, std::uint32_t count) {
     kel_named_free(records);
 }
 
-void release_itree_stack(tvk_map_itree_stack *stack) {
-    for (std::uint32_t i = 0; stack != nullptr && i < stack->item_count; ++i) {
-        tvk_map_itree_item *item = stack->items[i];
-        const char *tag =
-            item->nodes != nullptr && item->node_count != 0 && item->borrowed == 0 ? item->nodes->tag : nullptr;
-        if (tag != nullptr && std::strcmp(tag, "LIST_INSTANCE_NODE") == 0) {
-            release_trees(item->nodes, item->node_count);
-        }
-        kel_named_free(item);
-    }
-    kel_named_free(stack);
-}
-
 }  // namespace
+
+std::string joined(const Lines &lines) {
+    std::string text;
+    for (const std::string &line : lines) {
+        text += (text.empty() ? "" : "|") + line;
+    }
+    return text;
+}
 
 LogCapture::LogCapture() {
     tvk_platform_set_debug_log(1, TVK_LOG_LEVEL_TRC, keep_line, &logs_);
@@ -98,7 +93,6 @@ MappingContext::~MappingContext() {
         kel_named_free(state->hierarchy[i].tag);
         kel_named_free(state->hierarchy[i].path);
     }
-    release_itree_stack(state->itree_stack);
     release_trees(state->req_tree_schema, 1);
 }
 

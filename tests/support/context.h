@@ -12,6 +12,9 @@ namespace tvk::test {
 
 using Lines = std::vector<std::string>;
 
+// The lines as one text, "|" between them.
+std::string joined(const Lines &lines);
+
 // What goes to the debug log (all levels) and to the trace while it lives.
 class LogCapture {
 public:
@@ -33,7 +36,7 @@ private:
 };
 
 // A mapping context with its request, as a framework would make it. What the library left in the request state is
-// released with it.
+// released with it, but for the instance-tree stack: a walk empties that.
 class MappingContext {
 public:
     explicit MappingContext(std::uint32_t request_type = TVK_REQUEST_EDIT_CONFIG);

@@ -9,10 +9,9 @@ namespace tvk::test {
 
 namespace {
 
-using CountsByTag = std::map<std::string, std::pair<std::size_t, std::size_t>>;
-
 void count_block(void *user, const void *, size_t size, const char *tag) {
-    auto &[blocks, bytes] = (*static_cast<CountsByTag *>(user))[tag != nullptr ? tag : "(no tag)"];
+    auto &[blocks, bytes] =
+        (*static_cast<std::map<std::string, std::pair<size_t, size_t>> *>(user))[tag != nullptr ? tag : "(no tag)"];
     ++blocks;
     bytes += size;
 }
@@ -25,7 +24,7 @@ void turn_failures_off() {
 }  // namespace
 
 std::string live_blocks() {
-    CountsByTag counts;
+    std::map<std::string, std::pair<size_t, size_t>> counts;
     tvk_platform_visit_live_blocks(count_block, &counts);
     std::string text;
     for (const auto &[tag, count] : counts) {

@@ -26,7 +26,9 @@ inline constexpr std::pair<qerrno, const char *> kStatusNames[] = {TVK_NAMED(TVK
                                                                    TVK_NAMED(TVK_ERR_LIST_KEY),
                                                                    TVK_NAMED(TVK_SKIP_NODE),
                                                                    TVK_NAMED(TVK_ERR_KEY_OPERATION),
-                                                                   TVK_NAMED(TVK_ERR_UNSUPPORTED)};
+                                                                   TVK_NAMED(TVK_ERR_UNSUPPORTED),
+                                                                   TVK_NAMED(TVK_ERR_NOT_PRESENT),
+                                                                   TVK_NAMED(TVK_ERR_PRESENT)};
 #undef TVK_NAMED
 
 inline std::ostream &operator<<(std::ostream &stream, const Status &status) {

@@ -1,4 +1,3 @@
-#include "tvk_map_datatree.h"
 #include "walk_test.h"
 
 namespace tvk::test {
@@ -8,6 +7,8 @@ namespace {
 constexpr tmap_child_entry kEntries[] = {{"config", handler<"config">, TMAP_CHILD_PROPAGATE},
                                          {"state", handler<"state">, 0}};
 constexpr tmap_node_cont_info kTop{container_handler<"top">, handler<"other">, kEntries, 2, nullptr, kForeign};
+
+constexpr char kUnsupported[] = "ERR: Unsupported tag is specified in the request.";
 
 Node top() {
     return node("top", "urn:top");
@@ -25,31 +26,27 @@ TEST_F(ContainerTest, HandsEachChildToItsHandler) {
     Tree tree = top()(node("state"), leaf("mtu", "9000"), node("config").ns(kForeign));
     EXPECT_STATUS(TVK_OK, parse(tree));
     EXPECT_EQ(each({"top(top N=3)", "state(state)", "other(mtu = 9000)", "config(config)"}, " at /top"), calls);
-    EXPECT_EQ((Lines{"TRC: Start", "ERR: FOOBAR: tag:state, ctag:config", "ERR: FOOBAR: tag:state, ctag:state",
-                     "ERR: FOOBAR: tag:mtu, ctag:config", "ERR: FOOBAR: tag:mtu, ctag:state",
-                     "ERR: FOOBAR: tag:config, ctag:config", "TRC: End"}),
+    const std::string compared = "ERR: FOOBAR: tag:";
+    EXPECT_EQ((Lines{"TRC: Start", compared + "state, ctag:config", compared + "state, ctag:state",
+                     compared + "mtu, ctag:config", compared + "mtu, ctag:state", compared + "config, ctag:config",
+                     "TRC: End"}),
               logs());
-    EXPECT_EQ(std::uint32_t{TVK_NODE_TYPE_CONTAINER}, tree->schema_info.node_type);
     expect_walk_is_over(*state);
 }
 
 TEST_F(ContainerTest, RefusesWhatItCannotWalk) {
-    static constexpr char kUnsupported[] = "ERR: Unsupported tag is specified in the request.";
     const struct {
         std::uint32_t type;
         Node tree;
         qerrno status;
         std::size_t calls;
-        Lines complaints;
-        const char *error_tag = nullptr;
+        const char *complaint = "", *error_tag = nullptr;
     } kCases[] = {
-        {1, top()(node({}), node("a")), TVK_ERR_NOT_FOUND, 1, {"ERR: Tag name is not available!"}},
-        {1, top()(node("a", kForeign), node("b")), TVK_ERR_NAMESPACE, 1, {kUnsupported}, "a"},
-        {0, top()(node("a", kForeign), node("b")), TVK_OK, 2, {kUnsupported}},
-        {10, top()(node("a", kForeign), node("b")), TVK_OK, 2, {kUnsupported}},
-        {1, top(TVK_OPERATION_REMOVE)(node("a")), TVK_ERR_INVALID, 0, {}},
-        {1, top(TVK_OPERATION_DELETE).without(TVK_HAS_OPERATION)(node("a")), TVK_OK, 2, {}},
-        {1, top()(node("a")).without(TVK_HAS_SUBTREES), TVK_OK, 1, {}},
+        {1, top()(node({}), node("a")), TVK_ERR_NOT_FOUND, 1, "ERR: Tag name is not available!"},
+        {1, top()(node("a", kForeign), node("b")), TVK_ERR_NAMESPACE, 1, kUnsupported, "a"},
+        {0, top()(node("a", kForeign), node("b")), TVK_OK, 2, kUnsupported},
+        {1, top(TVK_OPERATION_DELETE).without(TVK_HAS_OPERATION)(node("a")), TVK_OK, 2},
+        {1, top()(node("a")).without(TVK_HAS_SUBTREES), TVK_OK, 1},
     };
     for (const auto &test : kCases) {
         const MappingContext own(test.type);
@@ -57,14 +54,14 @@ TEST_F(ContainerTest, RefusesWhatItCannotWalk) {
         SCOPED_TRACE(std::to_string(test.type) + " " + show(tree));
         EXPECT_STATUS(test.status, WalkTest::parse(own.ctx, tree, kTop));
         EXPECT_EQ(test.calls, calls.size());
-        EXPECT_EQ(test.complaints, complaints());
+        EXPECT_EQ(test.complaint, joined(complaints()));
         EXPECT_STREQ(test.error_tag, own.state->error_node_tag);
         EXPECT_STREQ(test.error_tag != nullptr ? "ns1:top/" : nullptr, own.state->error_xpath);
         expect_walk_is_over(*own.state);
     }
-    Tree deleted = top(TVK_OPERATION_DELETE)(node("a")), lost = top().with(TVK_HAS_SUBTREES);
-    parse(deleted);
-    EXPECT_EQ((Lines{"TRC: Start", "TRC: Delete request with subtree present", "TRC: End"}), logs());
+    Tree deleted = top(TVK_OPERATION_REMOVE)(node("a")), lost = top().with(TVK_HAS_SUBTREES);
+    EXPECT_STATUS(TVK_ERR_INVALID, parse(deleted));
+    EXPECT_EQ("TRC: Delete request with subtree present", logs().at(1));
     lost->subtree_count = 2;
     EXPECT_STATUS(TVK_ERR_NOT_FOUND, parse(lost));
     EXPECT_EQ((Lines{"TRC: Start", "ERR: Failed to get subtrees!", "TRC: End"}), logs());
@@ -116,35 +113,30 @@ const Lines kMergingPass =
     each({"top(top <merge> N=2)", "config(config)", "other(mtu = 9000)"}, " at /top merging converted");
 
 TEST_F(ContainerTest, ReplacesInTwoPasses) {
-    const Node content[] = {node("config"), leaf("mtu", "9000")};
     on("config", [](tvk_map_ctx, qidl_tvk_datatree &node) {
         EXPECT_EQ(nullptr, node.subtrees);  // also where it is the container
         return TVK_OK;
     });
-    Tree tree = top(TVK_OPERATION_REPLACE)(content[0], content[1]).without(TVK_HAS_OPERATION);
+    Tree tree = top(TVK_OPERATION_REPLACE)(node("config"), leaf("mtu", "9000")).without(TVK_HAS_OPERATION);
+    const Node merged = top(TVK_OPERATION_MERGE).type(TVK_NODE_TYPE_CONTAINER)(node("config"), leaf("mtu", "9000"));
     EXPECT_STATUS(TVK_OK, parse(tree));
     EXPECT_EQ(kRemovingPass + kMergingPass, calls);
-    EXPECT_TREE(top(TVK_OPERATION_MERGE).type(TVK_NODE_TYPE_CONTAINER)(content[0], content[1]), tree);
+    EXPECT_TREE(merged, tree);
     expect_walk_is_over(*state);
 
     answer("top", TVK_ERR_UNSUPPORTED);  // in the first pass: nothing is called in the second
-    Tree failing = top(TVK_OPERATION_REPLACE)(content[0], content[1]);
-    EXPECT_STATUS(TVK_ERR_UNSUPPORTED, parse(failing));
+    tree->operation = TVK_OPERATION_REPLACE;
+    EXPECT_STATUS(TVK_ERR_UNSUPPORTED, parse(tree));
     EXPECT_EQ(kRemovingPass, calls);
-    EXPECT_TREE(tree, failing);
+    EXPECT_TREE(merged, tree);
     expect_walk_is_over(*state);
 }
 
 TEST_F(ContainerTest, LeavesOutWhatItsHandlerSkips) {
-    std::uint32_t skipped_operation = TVK_OPERATION_CREATE;
+    std::uint32_t skipped_operation = TVK_OPERATION_REMOVE;  // the first pass of a replace
     on("top", [&skipped_operation](tvk_map_ctx, qidl_tvk_datatree &container) {
         return container.operation == skipped_operation ? TVK_SKIP_NODE : TVK_OK;
     });
-    Tree created = top(TVK_OPERATION_CREATE)(node("config"));
-    EXPECT_STATUS(TVK_OK, parse(created));
-    EXPECT_EQ((Lines{"top(top <create> N=1) at /top"}), calls);
-    EXPECT_EQ((Lines{"TRC: Start"}), logs());
-    skipped_operation = TVK_OPERATION_REMOVE;  // the first pass of a replace
     Tree replaced = top(TVK_OPERATION_REPLACE)(node("config"), leaf("mtu", "9000"));
     EXPECT_STATUS(TVK_OK, parse(replaced));
     EXPECT_EQ(Lines{kRemovingPass.front()} + kMergingPass, calls);
@@ -184,22 +176,16 @@ TEST_F(ContainerTest, ReadsWholeWhatOnlyComparesValues) {
 }
 
 TEST_F(ContainerTest, EndsAtTheFirstFailureAndCopesWithGrowth) {
-    Tree failing = top()(node("a"), node("state"), node("config"));
-    answer("state", TVK_ERR_UNSUPPORTED);
-    EXPECT_STATUS(TVK_ERR_UNSUPPORTED, parse(failing));
-    EXPECT_EQ(each({"top(top N=3)", "other(a)", "state(state)"}, " at /top"), calls);
+    Tree tree = top()(node("state"), node("config"), node("a"));
+    on("state", [&tree](tvk_map_ctx own, qidl_tvk_datatree &) { return grow(own, tree); });
+    answer("config", TVK_ERR_UNSUPPORTED);
+    EXPECT_STATUS(TVK_ERR_UNSUPPORTED, parse(tree));
+    EXPECT_EQ(each({"top(top N=3)", "state(state)", "config(config)"}, " at /top"), calls);
     EXPECT_EQ("TRC: End", logs().back());
     expect_walk_is_over(*state);
-
-    Tree growing = top()(node("state"), node("config"));
-    on("state", [&growing](tvk_map_ctx own, qidl_tvk_datatree &) {
-        for (const char *tag : {"a", "b", "c", "d", "e", "f", "g", "h"}) {
-            tvk_map_datatree_add_subtree(own, growing.get(), tag, "urn:top", nullptr, nullptr, nullptr, 1);
-        }
-        return TVK_OK;
-    });
-    EXPECT_STATUS(TVK_OK, parse(growing));
-    EXPECT_EQ(each({"top(top N=2)", "state(state)", "config(config)"}, " at /top"), calls);
+    answer("config", TVK_OK);
+    EXPECT_STATUS(TVK_OK, parse(tree));
+    EXPECT_EQ(1u + 3 + 8, calls.size());
 }
 
 TEST_F(ContainerTest, CopesWithNulls) {
@@ -210,9 +196,7 @@ TEST_F(ContainerTest, CopesWithNulls) {
     EXPECT_STATUS(TVK_ERR_INVALID, tmap_high_container_parse(ctx, tree.get(), nullptr, &kTop));
     EXPECT_STREQ("", state->error_xpath);
     EXPECT_DEATH(tmap_high_container_parse(nullptr, nullptr, nullptr, nullptr),
-                 "manageability/yang/framework/mapping/src/tvk_map_process_request:[0-9]+: qerrno "
-                 "tmap_high_container_parse\\(tvk_map_ctx, const struct qidl_tvk_datatree \\*, struct "
-                 "qidl_tvk_datatree \\*, tmap_node_cont_info_p\\): Assertion `NULL != ctx' failed");
+                 "mapping/src/tvk_map_process_request:[0-9]+: qerrno tmap_high_container_parse\\(.*NULL != ctx");
 }
 
 TEST_F(WalkTest, MarksLeavesOutsidePropagationAndKeyWork) {
@@ -225,20 +209,17 @@ TEST_F(WalkTest, MarksLeavesOutsidePropagationAndKeyWork) {
                   {10, 0, 0, node("a"), TVK_NODE_TYPE_SELECTION, 0x2},
                   {0, 1, 0, leaf("a", "1"), TVK_NODE_TYPE_NONE, 0},
                   {0, 0, 2, node("a"), TVK_NODE_TYPE_NONE, 0}};
-    for (const qerrno status : {TVK_OK, TVK_ERR_UNSUPPORTED}) {
-        answer("leaf", status);  // marked whatever it returns
-        for (const auto &test : kCases) {
-            const MappingContext own(test.type);
-            own.state->delete_walk_active = test.propagating;
-            own.state->list_key_state = test.keys;
-            Tree tree = test.leaf;
-            EXPECT_STATUS(status, tmap_high_leaf_parse(own.ctx, tree.get(), target.get(), "", 0, handler<"leaf">));
-            EXPECT_TREE(test.node_type != 0 ? Node(test.leaf).type(test.node_type) : test.leaf, tree);
-            EXPECT_EQ(test.walk_flags, own.state->walk_flags);
-        }
+    answer("leaf", TVK_ERR_UNSUPPORTED);  // marked whatever it returns
+    for (const auto &test : kCases) {
+        const MappingContext own(test.type);
+        own.state->delete_walk_active = test.propagating;
+        own.state->list_key_state = test.keys;
+        Tree tree = test.leaf;
+        EXPECT_STATUS(TVK_ERR_UNSUPPORTED,
+                      tmap_high_leaf_parse(own.ctx, tree.get(), target.get(), "", 0, handler<"leaf">));
+        EXPECT_TREE(test.node_type != 0 ? Node(test.leaf).type(test.node_type) : test.leaf, tree);
+        EXPECT_EQ(test.walk_flags, own.state->walk_flags);
     }
-    EXPECT_STATUS(TVK_ERR_INVALID, tmap_high_leaf_parse(ctx, nullptr, target.get(), "", 0, handler<"leaf">));
-    EXPECT_STREQ("", state->error_xpath);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "context.h"
 #include "status.h"
 #include "tree.h"
+#include "tvk_map_datatree.h"
 #include "tvk_map_walk.h"
 
 namespace tvk::test {
@@ -63,15 +64,23 @@ protected:
     }
 
     // Walks tree; calls and logs are then those of this walk alone.
-    qerrno parse(tvk_map_ctx own, Tree &tree, const tmap_node_cont_info &info) {
+    template <class Info>
+    qerrno parse(tvk_map_ctx own, Tree &tree, const Info &info) {
         calls.clear();
         clear_logs();
-        return tmap_high_container_parse(own, tree.get(), target.get(), &info);
+        if constexpr (std::is_same_v<Info, tmap_node_list_info>) {
+            return tmap_high_list_parse(own, tree.get(), target.get(), &info);
+        } else {
+            return tmap_high_container_parse(own, tree.get(), target.get(), &info);
+        }
     }
-    qerrno parse(tvk_map_ctx own, Tree &tree, const tmap_node_list_info &info) {
-        calls.clear();
-        clear_logs();
-        return tmap_high_list_parse(own, tree.get(), target.get(), &info);
+
+    // Adds children until their array must have moved.
+    static qerrno grow(tvk_map_ctx own, Tree &parent) {
+        for (int i = 0; i < 8; ++i) {
+            tvk_map_datatree_add_subtree(own, parent.get(), "new", "urn:top", nullptr, nullptr, nullptr, 1);
+        }
+        return TVK_OK;
     }
 
     // Errors without the line that every comparison of a tag writes.
