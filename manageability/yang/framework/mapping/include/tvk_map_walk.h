@@ -106,6 +106,8 @@ TVK_MAP_API qerrno tmap_high_container_parse(tvk_map_ctx ctx, const struct qidl_
  * TVK_ERR_NOT_FOUND: an add request names no children at all;
  * TVK_ERR_LIST_KEY: keys are missing or, in an add request, without value (error_node_tag and error path recorded);
  * TVK_ERR_KEY_OPERATION: a key leaf is to be deleted (error path recorded);
+ * TVK_ERR_NO_MEMORY: an entry named by its keys alone is to be deleted or read whole, and there is no memory to keep
+ * its keys at hand: none of its children's handlers was called for that;
  * the status of tvk_map_check_oc_leafref: node then stays a level of the hierarchy;
  * the status of tvk_map_update_current_list_node, when list_path cannot be kept: nothing was called.
  */
