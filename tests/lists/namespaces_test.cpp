@@ -4,6 +4,7 @@
 #include "tree.h"
 #include "tvk_map_datatree.h"
 #include "tvk_map_lists.h"
+#include "tvk_platform_control.h"
 
 namespace tvk::test {
 namespace {
@@ -53,12 +54,18 @@ TEST_F(NamespaceTest, RestampsAlongAPath) {
     const Tree tree = abc();
     std::string too_long(TVK_MAP_MAX_PATH, 'a');
     EXPECT_STATUS(TVK_OK, tvk_map_datatree_update_namespace(ctx, tree.get(), too_long.data(), kNew, 0));
-    // The new namespace may be that of a node on the path.
+    // The new namespace may be that of a node on the path, or a part of it.
     std::string path = "a/b/c";
-    find(tree, "a")->ns[0] = 'U';
-    EXPECT_STATUS(TVK_OK, tvk_map_datatree_update_namespace(ctx, tree.get(), path.data(), find(tree, "a")->ns, 0));
-    EXPECT_STREQ("Urn:old", find(tree, "a/b/c")->ns);
+    for (const auto &[part, expected] : {std::pair(0, "Urn:old"), {4, "old"}}) {
+        find(tree, "a")->ns[0] = 'U';
+        char *ns = find(tree, "a")->ns + part;
+        EXPECT_STATUS(TVK_OK, tvk_map_datatree_update_namespace(ctx, tree.get(), path.data(), ns, 0));
+        EXPECT_STREQ(expected, find(tree, "a/b/c")->ns);
+    }
     EXPECT_STATUS(TVK_ERR_INVALID, tvk_map_datatree_update_namespace(ctx, tree.get(), path.data(), nullptr, 0));
+    const Tree unmarked = node("top", kNs).without(TVK_HAS_SUBTREES)(node("b"));
+    EXPECT_STATUS(TVK_OK, tvk_map_datatree_update_namespace(ctx, unmarked.get(), std::string("b").data(), kNew, 0));
+    EXPECT_STREQ(kNew, unmarked->subtrees[0].ns) << "the count alone says that there are children";
 }
 
 TEST_F(NamespaceTest, RestampsOnlyWhatHasANamespace) {
@@ -70,10 +77,12 @@ TEST_F(NamespaceTest, RestampsOnlyWhatHasANamespace) {
     for_each_allocation_failure([&](AllocationFailure &failure) {
         const Tree own = abc();
         std::string path = "a/b";
+        clear_logs();
         const qerrno status =
             failure.during([&] { return tvk_map_datatree_update_namespace(ctx, own.get(), path.data(), kNew, 0); });
         EXPECT_STATUS(failure.is_injected() ? TVK_ERR_NO_MEMORY : TVK_OK, status);
         EXPECT_TRUE(!failure.is_injected() || stamped(own) == "-" || stamped(own) == "a-") << show(own);
+        EXPECT_EQ(failure.is_injected() ? "ERR: Failed to update ns!" : "TRC: End", logs().back());
     });
 }
 
@@ -98,6 +107,9 @@ TEST_F(NamespaceTest, AttachesAValueNamespace) {
         const std::string missed = "ERR: Can't find path '" + std::string(test.path) + "' in the datatree!";
         EXPECT_EQ(test.status == TVK_OK ? Lines{} : (Lines{missed, "ERR: Asserting ..."}), errors());
     }
+    const Tree tree = abc();
+    EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_datatree_add_data_ns(ctx, tree.get(), "top/a/b/c/d/e", kNew));
+    EXPECT_EQ("TRC: Checking subtrees of node 'c'", logs().rbegin()[3]) << "below a leaf the walk ends";
 }
 
 TEST_F(NamespaceTest, ValidatesAValueNamespace) {
@@ -153,6 +165,15 @@ TEST_F(NamespaceTest, FindsOrAddsAnEntryByItsKey) {
     EXPECT_EQ(0, enter(kNs, "1")->subtree_index) << "found again";
     EXPECT_EQ(3, enter(kNew, "1")->subtree_index) << "another namespace is another list";
     EXPECT_EQ(3, parent->subtree_count);
+
+    tvk_platform_set_router_type(7);
+    for (const auto &[type, status] :
+         {std::pair(TVK_REQUEST_EDIT_CONFIG, TVK_ERR_UNSUPPORTED), {TVK_REQUEST_GET, TVK_OK}}) {
+        MappingContext own{type};
+        qidl_tvk_datatree *entry = parent.get();
+        EXPECT_STATUS(status, tvk_map_datatree_add_list_node(own.ctx, parent.get(), "vrrp", kNs, "id", "1", &entry));
+        EXPECT_EQ(nullptr, entry) << "left out";
+    }
 }
 
 TEST_F(NamespaceTest, AsksForAnEntryAtAPath) {

@@ -1,4 +1,5 @@
 // Namespaces of nodes that were copied from another model, and of the values that they carry.
+#include <functional>
 #include <utility>
 
 #include "tvk_map_common/internal/assertion.h"
@@ -32,18 +33,28 @@ bool put_ns(Node &node, tvk::NamedString copy) {
     return true;
 }
 
+bool is_part_of(const char *part, const char *text) {
+    const std::less_equal<const char *> not_behind;
+    return text != nullptr && not_behind(text, part) && not_behind(part, text + std::strlen(text));
+}
+
 class NamespaceWalk {
 public:
     NamespaceWalk(tvk_map_ctx ctx, Node &tree, char *ns, int mode) : ctx_(ctx), node_(&tree), ns_(ns), mode_(mode) {}
 
-    qerrno run(char *path) {
+    // False when a namespace could not be copied: the walk ends at once then.
+    bool run(char *path) {
         tvk::Components components{path};
         do {
-            if (const qerrno status = take(components.current()); status != TVK_OK) {
-                return status;
+            if (!take(components.current())) {
+                return false;
             }
             components.advance();
         } while (components.current() != nullptr);
+        return true;
+    }
+
+    qerrno stamp_last() {
         if (!found_ || mode_ == kStampAll || last_children_ == nullptr) {
             return TVK_OK;
         }
@@ -52,13 +63,14 @@ public:
     }
 
 private:
-    // A component that names no child is passed over: the next one is searched among the same children.
-    qerrno take(const char *component) {
+    // A component that names no child is passed over: the next one is searched among the same children. The count
+    // alone says whether there are any, not the presence bit.
+    bool take(const char *component) {
         TVK_TRC(ctx_, "Checking - '%s'", tvk::shown(component));
         last_children_ = node_->subtrees;
-        const auto children = tvk::children(*node_);
+        const auto children = tvk::child_array(node_->subtrees, node_->subtree_count);
         if (children.empty()) {
-            return TVK_OK;
+            return true;
         }
         for (Node &child : children) {
             TVK_TRC(ctx_, "Processing - '%s' ns '%s'.", tvk::shown(child.tag), tvk::shown(child.ns));
@@ -69,26 +81,26 @@ private:
             }
         }
         found_ = false;
-        return TVK_OK;
+        return true;
     }
 
-    qerrno stamp(Node &child, const char *component) {
+    bool stamp(Node &child, const char *component) {
         if (mode_ == kStampLastOnly) {
             TVK_TRC(ctx_, "SKIPPING '%s' ns '%s'.", component, tvk::shown(child.ns));
-            return TVK_OK;
+            return true;
         }
         TVK_TRC(ctx_, "Setting '%s' ns '%s'.", component, ns_);
         TVK_TRC(ctx_, "freeing old ns %p", static_cast<void *>(child.ns));
         tvk::NamedString copy = copy_ns(ns_);
-        if (child.ns == ns_) {
+        if (is_part_of(ns_, child.ns)) {
             kept_.reset(std::exchange(child.ns, nullptr));  // it is still to be given to others
         }
         if (!put_ns(child, std::move(copy))) {
             TVK_ERR(ctx_, "Failed to update ns!");
-            return TVK_ERR_NO_MEMORY;
+            return false;
         }
         TVK_TRC(ctx_, "setting new ns %p", static_cast<void *>(child.ns));
-        return TVK_OK;
+        return true;
     }
 
     tvk_map_ctx ctx_;
@@ -139,7 +151,11 @@ qerrno tvk_map_datatree_update_namespace(tvk_map_ctx ctx, const struct qidl_tvk_
     // A path that does not fit leaves an empty one, which matches nothing.
     char working_path[TVK_MAP_MAX_PATH];
     tvk_strcpy_s(__func__, working_path, sizeof working_path, path);
-    const qerrno status = NamespaceWalk{ctx, const_cast<Node &>(*tree), ns, mode}.run(working_path);
+    NamespaceWalk walk{ctx, const_cast<Node &>(*tree), ns, mode};
+    if (!walk.run(working_path)) {
+        return TVK_ERR_NO_MEMORY;
+    }
+    const qerrno status = walk.stamp_last();
     TVK_TRC(ctx, "End");
     return status;
 }
@@ -158,7 +174,11 @@ const Node *find_absolute(tvk_map_ctx ctx, const Node &tree, tvk::Components com
         }
         TVK_TRC(ctx, "Checking subtrees of node '%s'", components.current());
         at_last = false;
-        for (const Node &child : tvk::children(*node)) {
+        const auto children = tvk::children(*node);
+        if (children.empty()) {
+            return nullptr;
+        }
+        for (const Node &child : children) {
             if (!tvk::has(child, TVK_HAS_TAG) || child.tag == nullptr) {
                 return nullptr;
             }
