@@ -1,9 +1,11 @@
 #include "context.h"
 
+#include <cstdlib>
 #include <cstring>
 
 #include "kel_memory.h"
 #include "tvk_diagnostics.h"
+#include "tvk_map_datatree.h"
 #include "tvk_platform_control.h"
 
 namespace tvk::test {
@@ -41,8 +43,8 @@ std::string joined(const Lines &lines) {
     return text;
 }
 
-LogCapture::LogCapture() {
-    tvk_platform_set_debug_log(1, TVK_LOG_LEVEL_TRC, keep_line, &logs_);
+LogCapture::LogCapture(std::uint32_t level) {
+    tvk_platform_set_debug_log(1, level, keep_line, &logs_);
     tvk_platform_set_trace(keep_line, &traces_);
     tvk_platform_set_trace_index(1);
 }
@@ -78,12 +80,19 @@ MappingContext::MappingContext(std::uint32_t request_type) : state(std::make_uni
     state->request = &request;
     context.req_ctx = &req_ctx;
     context.state = state.get();
+    if (const char *from = std::getenv("TVK_INDEX_CHILDREN_FROM"); from != nullptr) {
+        context.index_children_from = static_cast<std::uint32_t>(std::atoi(from));
+    }
 }
 
 MappingContext::~MappingContext() {
     for (char *text : {state->error_node_tag, state->error_xpath, state->error_xpath_ns, state->pending_trim_path,
-                       state->pending_hierarchy_path, context.current_list_node}) {
+                       context.current_list_node}) {
         kel_named_free(text);
+    }
+    tvk_map_forget_children(ctx, nullptr);
+    if (state->pending_hierarchy_kind != 0) {  // else the pointer may be one that a failed stitching left
+        kel_named_free(state->pending_hierarchy_path);
     }
     for (std::uint32_t i = 0; i < state->output_list_count; ++i) {
         kel_named_free(state->output_list[i].trim_path);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "heap_test.h"
+#include "tvk_diagnostics.h"
 #include "tvk_map_types.h"
 
 namespace tvk::test {
@@ -15,10 +16,10 @@ using Lines = std::vector<std::string>;
 // The lines as one text, "|" between them.
 std::string joined(const Lines &lines);
 
-// What goes to the debug log (all levels) and to the trace while it lives.
+// What goes to the debug log (up to a level, all at first) and to the trace while it lives.
 class LogCapture {
 public:
-    LogCapture();
+    explicit LogCapture(std::uint32_t level = TVK_LOG_LEVEL_TRC);
     ~LogCapture();
     LogCapture(const LogCapture &) = delete;
     LogCapture &operator=(const LogCapture &) = delete;

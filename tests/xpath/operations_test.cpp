@@ -97,9 +97,9 @@ TEST_F(Xpath, AddFindsWhatIsThere) {
                                         {"/l[k=1]/", "l"},
                                         {"/l[k=1]/k", "l/k"},
                                         {"/a/l[k=1]/", "a"},
-                                        {"/", ""}}) {
+                                        {"/", nullptr}}) {
         EXPECT_STATUS(TVK_ERR_PRESENT, add(tree, xpath, TVK_XPATH_INSTANCE));
-        EXPECT_EQ(*result != '\0' ? find(tree, result) : tree.get(), record.result);
+        EXPECT_EQ(result != nullptr ? find(tree, result) : nullptr, record.result);
         EXPECT_EQ(Lines{"ERR: Node already present in the path " + std::string(xpath) + "\n"}, logs());
     }
     EXPECT_STATUS(TVK_ERR_INVALID, add(tree, "x")) << "the lost character was all";

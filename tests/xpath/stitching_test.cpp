@@ -212,6 +212,8 @@ TEST_F(Stitching, AutomaticStitchingIsForReads) {
         const Lines all = logs(), said(all.begin(), std::min(all.begin() + 2, all.end()));
         EXPECT_EQ(is_read ? (Lines{"TRC: Stitch xpath: /l[K1=A][K2=B]/", "TRC: Stitch trim_path: /l"}) : Lines{}, said);
         EXPECT_STATUS(is_read ? TVK_ERR_INVALID : TVK_OK, stitch_tokens(std::string(250, 'n'), tokens));
+        EXPECT_STATUS(is_read ? TVK_ERR_INVALID : TVK_OK, stitch_tokens(kNs, tokens + 1)) << "no room for the keys";
+        EXPECT_EQ(is_read ? tree->subtrees : nullptr, own.state->pending_list_node);
         tvk_map_remove_from_node_hierarchy(own.ctx, nullptr);
         tvk_map_remove_from_node_hierarchy(own.ctx, nullptr);
         EXPECT_STATUS(is_read ? TVK_ERR_NO_MEMORY : TVK_OK, stitch_tokens(kNs, tokens + 1)) << "no room for the slash";
@@ -231,7 +233,6 @@ TEST_F(Stitching, AllocationFailuresLeaveNothingPending) {
             EXPECT_EQ(status == TVK_OK && operation == tvk_map_stitch_container_to_list, is_open);
             if (status == TVK_ERR_NOT_FOUND || status == TVK_ERR_NO_MEMORY) {
                 expect_nothing_pending(*own.state);
-                own.state->pending_hierarchy_path = nullptr;
             } else if (!is_open) {
                 EXPECT_STATUS(failure.is_injected() ? TVK_ERR_INVALID : TVK_OK, status);
                 EXPECT_STREQ("/ifs/if/config", own.state->pending_hierarchy_path);

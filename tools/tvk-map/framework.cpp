@@ -4,6 +4,7 @@
 
 #include "kel_memory.h"
 #include "tvk_diagnostics.h"
+#include "tvk_map_datatree.h"
 #include "tvk_map_walk.h"
 #include "tvk_platform_control.h"
 
@@ -12,6 +13,7 @@ namespace tvk::tool {
 namespace {
 
 constexpr uint32_t kSessionId = 1;
+constexpr uint32_t kIndexChildrenFrom = 16;
 
 }  // namespace
 
@@ -56,10 +58,12 @@ RequestScope::RequestScope(Framework &framework, uint32_t request_type, uint8_t 
     mapping_context_.state = state_.get();
     mapping_context_.trace_enabled = framework.context()->trace_enabled;
     mapping_context_.dfs_trace = framework.context()->trace_enabled;
+    mapping_context_.index_children_from = kIndexChildrenFrom;
 }
 
 RequestScope::~RequestScope() {
     mapping_context_.trace_enabled = 0;  // clearing up is not part of the request
+    tvk_map_forget_children(ctx(), nullptr);
     release_stacks();
     tvk_map_free_req_tree_schema(ctx());
     release_texts();

@@ -201,35 +201,52 @@ TVK_MAP_API qerrno tvk_map_validate_replace_subtree(tvk_map_ctx ctx, const struc
 /* Forgets all recorded paths. Always 0. */
 TVK_MAP_API qerrno tvk_map_clear_xpath_ctx(tvk_map_ctx ctx);
 
+/* ---- Finding children in constant time ------------------------------------------------------------------- */
+
+/*
+ * Forgets what the library remembers of the children of parent, of all below them, and of parent as an entry of its
+ * list. Under a framework that has set tvk_map_context::index_children_from, mapping code calls it before it changes
+ * a tag, a namespace, an instance number or a key value of these children itself, takes their array away or releases
+ * it. A null parent stands for all trees of the request; the framework calls it so when the request ends, which
+ * releases the memory, and mapping code may do so afterwards instead of before. Costs nothing when nothing is
+ * remembered; the next lookup looks at the children anew.
+ * Returns 0; TVK_ERR_INVALID when ctx or its state record is null, with no message.
+ */
+TVK_MAP_API qerrno tvk_map_forget_children(tvk_map_ctx ctx, const struct qidl_tvk_datatree *parent);
+
 /* ---- List entries ----------------------------------------------------------------------------------------
  *
  * A list is held as siblings of one name, one per entry, each with its key leaves among its children.
  */
 
 /*
- * Finds the entry of the list list_name below parent whose key leaf key_name has the value key_value, or adds one.
- * The key leaf of a new entry is not added: that is the caller's. Entries in another namespace are not looked at.
- * The first entry of a parent without children is not numbered, later ones are (subtree_index).
- * Returns 0 and the entry, which holds until parent next gets a child; TVK_ERR_INVALID for a null argument (entry
- * unwritten); else what adding returned, with entry null.
+ * Finds the first entry of the list list_name below parent whose key leaf key_name has the value key_value, or adds
+ * one at the end. The key leaf of a new entry is not added: that is the caller's. Entries in another namespace are not
+ * looked at. The very first child of parent (TVK_HAS_SUBTREES clear) is not numbered, later entries are
+ * (subtree_index).
+ * Returns 0 and the entry, which holds until parent next gets a child, or null when it is an excluded node and the
+ * request adds nothing; TVK_ERR_INVALID for a null argument (entry unwritten); else, with entry null, what
+ * tvk_map_datatree_add_subtree_flagged returned.
  */
 TVK_MAP_API qerrno tvk_map_datatree_add_list_node(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent,
                                                   const char *list_name, const char *ns, const char *key_name,
                                                   const char *key_value, struct qidl_tvk_datatree **entry);
 
 /*
- * Asks whether one of count records at subtrees is called name and, with match_value other than 0, has that value
- * (null: no data). Returns 1 and stores the first one in found (may be null), or 0.
+ * Asks whether one of count records at subtrees (may be null) is called name and, with match_value other than 0, has
+ * that value (null: no data; the presence bit is not looked at). Returns 1 and stores the first one in found (may be
+ * null), or 0 with found unwritten.
  */
 TVK_MAP_API int tvk_map_is_node_in_subtrees(tvk_map_ctx ctx, const struct qidl_tvk_datatree *subtrees, uint32_t count,
                                             const char *name, const char *value, int match_value,
                                             const struct qidl_tvk_datatree **found);
 
 /*
- * Asks whether an entry of the list at path carries the key key_name = key_value. The path names the node around the
- * entries and is added where it is missing (namespace http://openconfig.net/yang/bgp). An entry without children
- * hides those behind it. The fourth argument is ignored. Returns 1 and stores the entry (may be null), or 0, also
- * when the path cannot be added.
+ * Asks whether a child of the node at path has a child key_name with the value key_value, whatever the child's own
+ * name is. The path names the node around the entries and is added where it is missing
+ * (tvk_map_datatree_add_path_flagged, namespace http://openconfig.net/yang/bgp). An entry without children hides those
+ * behind it. The fourth argument is ignored. Returns 1 and stores the first such entry (entry may be null), or 0 with
+ * entry unwritten, also when an argument is null or the path cannot be added or is left out.
  */
 TVK_MAP_API int tvk_map_is_list_node_already_present(tvk_map_ctx ctx, struct qidl_tvk_datatree *tree, const char *path,
                                                      const char *ignored, const char *key_name, const char *key_value,

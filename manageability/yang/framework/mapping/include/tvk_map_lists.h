@@ -142,16 +142,19 @@ TVK_MAP_API qerrno tvk_map_datatree_reset_trim_path_ctx(tvk_map_ctx ctx);
  */
 
 /*
- * Replaces node's namespace by a copy of ns. Returns 0; TVK_ERR_INVALID for a null argument, or a node that has no
- * tag or no namespace to replace; TVK_ERR_NO_MEMORY: the node is left without a namespace.
+ * Replaces node's namespace, which is released, by a copy of ns. Returns 0; TVK_ERR_INVALID for a null argument, or,
+ * without a message, a node that has no tag or no namespace to replace; TVK_ERR_NO_MEMORY: the node is left without a
+ * namespace.
  */
 TVK_MAP_API qerrno tvk_map_update_node_namespace(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, char *ns);
 
 /*
- * Replaces the namespaces of the nodes along path, whose first component names a child of tree. Components that are
- * not in the tree are passed over: the next one is searched among the same children.
+ * Replaces the namespaces of the nodes along path, whose first component names a child of tree. Each component is
+ * searched among the children of the last match, and its first match counts; components that are not in the tree are
+ * passed over: the next one is searched among the same children. path and ns are borrowed, and may be parts of tree.
  * mode 0: every node that matches; 1: only the node that the last component reaches, if it has a namespace; any
- * other: every node that matches, and the last one once more through tvk_map_update_node_namespace.
+ * other: every node that matches, and the last one once more through tvk_map_update_node_namespace. Except in mode 1,
+ * nodes that had none get one.
  * Returns 0, also when nothing matches or path has 1000 characters and more; TVK_ERR_INVALID for a null argument;
  * what tvk_map_update_node_namespace returned; TVK_ERR_NO_MEMORY: one node is left without a namespace, those before
  * it have the new one.
@@ -161,9 +164,10 @@ TVK_MAP_API qerrno tvk_map_datatree_update_namespace(tvk_map_ctx ctx, const stru
 
 /*
  * Gives the node at path, whose first component is the tag of tree itself, a copy of data_ns as the namespace of its
- * value. A former one is not released.
+ * value. A former one is not released: that is the caller's, who takes hold of it before.
  * Returns 0, also for a path without components; TVK_ERR_INVALID for a null argument; TVK_ERR_NOT_FOUND when the path
- * has one component only or leaves the tree, or tree has no children; TVK_ERR_NO_MEMORY.
+ * has one component only, leaves the tree or meets a child without a tag, or tree has no children; TVK_ERR_NO_MEMORY.
+ * Nothing is changed on failure.
  */
 TVK_MAP_API qerrno tvk_map_datatree_add_data_ns(tvk_map_ctx ctx, const struct qidl_tvk_datatree *tree, const char *path,
                                                 const char *data_ns);
@@ -171,7 +175,8 @@ TVK_MAP_API qerrno tvk_map_datatree_add_data_ns(tvk_map_ctx ctx, const struct qi
 /*
  * Checks that node's value is of the namespace ns. A node without a value passes in a read, and when it is to be
  * deleted; a node without a namespace of its value passes when optional is 1.
- * Returns 0; TVK_ERR_INVALID for a null argument; TVK_ERR_NAMESPACE with the error path recorded.
+ * Returns 0; TVK_ERR_INVALID for a null argument (ERR "Invalid arguments passed!"); TVK_ERR_NAMESPACE with the error
+ * path recorded: the namespace is another one, is missing, or its presence bit stands alone. error_node_tag is not set.
  */
 TVK_MAP_API qerrno tvk_map_validate_data_ns(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, char *ns,
                                             int optional);

@@ -137,6 +137,8 @@ struct tvk_map_request_state {
     uint32_t delete_walk_active; /* 1 while a delete or read is propagated below a node */
     uint32_t list_key_state;     /* 1 or 2 while the keys of a list entry are worked on */
     uint32_t walk_flags;         /* TVK_WALK_* */
+
+    struct tvk_map_children_index *children_index; /* owned: made by lookups, see index_children_from */
 };
 
 /* The mapping context. The framework creates one per request. */
@@ -159,6 +161,18 @@ struct tvk_map_context {
     void *current_list_slot_second[TVK_MAP_CURRENT_LIST_SLOTS]; /* borrowed */
 
     uint32_t dfs_trace; /* non-zero: the container filter phase traces its tables */
+
+    /*
+     * From how many children on a node's children are indexed, so that finding one of them by name, or a list entry by
+     * its keys, takes the same time however many there are. 0: never; lookups scan, and read nothing but the tree.
+     * 16 is a good value. Statuses, results and messages are the same either way.
+     *
+     * By setting it the framework promises, for as long as the request lasts, that tags, namespaces, instance numbers
+     * (subtree_index) and key values of children change through the library alone, also where children come, go or are
+     * released with their tree; or else that tvk_map_forget_children is called before they do. At the end of the
+     * request the framework calls tvk_map_forget_children for all of them.
+     */
+    uint32_t index_children_from;
 };
 typedef struct tvk_map_context *tvk_map_ctx;
 

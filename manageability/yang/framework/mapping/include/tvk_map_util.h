@@ -15,9 +15,9 @@ TVK_MAP_API uint32_t tvk_map_get_node_type(const struct qidl_tvk_datatree *node)
 
 /* ---- Value conversions ------------------------------------------------------------------------------------
  *
- * A conversion reads length characters at value and stores a text of its own in out, allocated on the named heap
- * under "TVK_CONV" (20 bytes): the caller releases it with kel_named_free. value and out must be there. Returns 0, or
- * TVK_ERR_NO_MEMORY with a null out.
+ * A conversion reads the terminated text value, of length characters, and stores a text of its own in out, allocated
+ * on the named heap under "TVK_CONV" (20 bytes): the caller releases it with kel_named_free. value and out must be
+ * there. Returns 0, or TVK_ERR_NO_MEMORY with a null out. The two below do not look at length.
  */
 typedef qerrno (*tvk_map_data_conv_fp)(const char *value, uint32_t length, char **out);
 
@@ -33,7 +33,7 @@ TVK_MAP_API extern const struct tvk_map_data_conv_cb tvk_map_data_conv_cb_tab[TV
 
 /*
  * Converts value by the conversion at index of the table, whatever its id. Returns what the conversion returned;
- * TVK_ERR_INVALID for an index beyond the table or a null argument.
+ * TVK_ERR_INVALID, with out unwritten, for an index beyond the table or a null argument.
  */
 TVK_MAP_API qerrno tvk_map_data_conv(int32_t index, const char *value, char **out);
 
@@ -54,11 +54,16 @@ TVK_MAP_API qerrno tvk_map_data_intf_secs_uint32_to_yang_date_and_time(const cha
  */
 TVK_MAP_API int tvk_map_is_valid_ipv4_addr(const char *addr);
 
-/* The address of address/length: cuts prefix in place at its first "/". Null for null, or when nothing is there. */
+/*
+ * The address of address/length, in place: passes over leading slashes and cuts prefix at the next. Null for null, or
+ * when nothing is left.
+ */
 TVK_MAP_API char *tvk_map_get_ip_address_info(char *prefix);
 
-/* The length of address/length, in place; null without a "/". To be asked before tvk_map_get_ip_address_info, which
- * overwrites the slash. */
+/*
+ * The length of address/length, in place: what follows the first "/". Null for null, or without a "/". To be asked
+ * before tvk_map_get_ip_address_info, which overwrites the slash.
+ */
 TVK_MAP_API char *tvk_map_get_ip_address_len_info(char *prefix);
 
 /* bitmap with bit number bit, taken modulo 32, set. */

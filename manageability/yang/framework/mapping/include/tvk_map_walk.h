@@ -161,7 +161,9 @@ TVK_MAP_API qerrno tvk_map_remove_from_node_hierarchy(tvk_map_ctx ctx, const str
 TVK_MAP_API qerrno tvk_map_update_current_list_node(tvk_map_ctx ctx, const char *path);
 
 /*
- * Moves the pending entry (pending_*) to the end of the output list, which takes its strings over.
+ * Moves the pending entry (pending_*) to the end of the output list, which takes its strings over. A pending hierarchy
+ * path without a kind is not the state's (see stitching in tvk_map_xpath.h) and does not go with it: mapping code that
+ * fills the entry itself sets pending_hierarchy_kind with the path.
  * Returns 0, also when there is no pending trim path or no context; TVK_ERR_NOT_FOUND when 50 entries are in use:
  * the entry stays pending.
  */

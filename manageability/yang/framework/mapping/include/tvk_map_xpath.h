@@ -72,7 +72,8 @@ TVK_STATIC_ASSERT(offsetof(struct tvk_map_node_operation, trim_path) ==
  * A path without the leading "/" loses one more character where the adding starts: begin the path with "/".
  *   result: the node that the addition was made below, or the last list entry added; not the last node.
  *   TVK_ERR_PRESENT: the path is there (ERR "Node already present in the path %s\n"); result is the node. Also when
- *   the search met a child without a tag, or the path has no step: result is then the deepest node reached.
+ *   the search met a child without a tag: result is then the deepest node reached; or the path has no step: result is
+ *   then null.
  *   Any other failure of adding leaves result null, and the nodes added so far in the tree.
  *
  * TVK_XPATH_MODIFY gives the node a copy of record->value. Its former value is not released: that is the caller's,
@@ -130,7 +131,7 @@ TVK_MAP_API qerrno tvk_map_build_xpath_from_tokens(tvk_map_ctx ctx, const char *
  * In a get or get-config, adds a leaf with the value of leaf below root, at the xpath that the tokens give with level
  * offset -1; in other requests nothing. A value is cut to what the record holds. The fourth argument is ignored.
  * Returns 0, also when there is a node at the xpath (TRC "xpath already added", its value stays);
- * TVK_ERR_INVALID when leaf, root, ns or tokens is null or ns does not fit; TVK_ERR_NO_MEMORY as
+ * TVK_ERR_INVALID when leaf, root, ns or tokens is null, or ns or a list step does not fit; TVK_ERR_NO_MEMORY as
  * tvk_map_build_xpath_from_tokens; else what tvk_map_tree_xpath_operations returned.
  */
 TVK_MAP_API qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qidl_tvk_datatree *leaf,
@@ -152,7 +153,8 @@ TVK_MAP_API qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qid
 
 /*
  * Stitches a list below a container: adds record->xpath, whatever record->op is, and moves the pending entry to the
- * output list, where it ends with the innermost container of the node hierarchy. Without a trim path it stays pending.
+ * output list. When the innermost level of the node hierarchy is a container, the entry ends with it; when it is a list
+ * entry, or there is none, only tvk_remove_from_output_list_ctx takes it out. Without a trim path it stays pending.
  * A node that is there already is taken as it is (TRC "list already exists").
  *
  * record is borrowed; its op is set to TVK_XPATH_ADD, its result as tvk_map_tree_xpath_operations does.
@@ -173,8 +175,9 @@ TVK_MAP_API qerrno tvk_map_stitch_list_to_list(tvk_map_ctx ctx, struct tvk_map_n
 /*
  * In a get or get-config, stitches a list to a list at the xpath that the tokens give with level offset 1, below root;
  * their plain path is the trim path. In other requests does nothing. The second argument is ignored.
- * Returns 0; TVK_ERR_INVALID when root, ns or tokens is null or ns does not fit; TVK_ERR_NO_MEMORY when the xpath does
- * not fit; else what tvk_map_stitch_list_to_list returned.
+ * Returns 0; TVK_ERR_INVALID when root, ns or tokens is null, there is no token, or ns or a list step does not fit;
+ * TVK_ERR_NO_MEMORY when any other token, or the "/" behind the last, does not fit the xpath; else what
+ * tvk_map_stitch_list_to_list returned.
  */
 TVK_MAP_API qerrno tvk_map_auto_stitch_list_to_list(tvk_map_ctx ctx, const void *ignored,
                                                     struct qidl_tvk_datatree *root, const char *ns,

@@ -53,7 +53,7 @@ private:
         const tvk::DetachedChildren children = tvk::detach_children(container_);
         passed_count_ = 0;
         walk_once();
-        tvk::give_back_children(container_, children);
+        tvk::give_back_children(ctx_, container_, children);
         become_merge();
         passed_count_ = count;
         if (walk_once()) {

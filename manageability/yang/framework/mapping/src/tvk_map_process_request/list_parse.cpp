@@ -287,7 +287,7 @@ private:
             }
         }
         tvk::call(info_.child_handler, ctx_, list_, target_);
-        tvk::give_back_children(node, children);
+        tvk::give_back_children(ctx_, node, children);
         tvk_map_util_itree_stack_pop(ctx_);
     }
 

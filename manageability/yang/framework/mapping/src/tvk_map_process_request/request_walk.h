@@ -4,6 +4,7 @@
 
 #include <span>
 
+#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/request.h"
 #include "tvk_map_walk.h"
@@ -60,7 +61,9 @@ inline void end_replace(tvk_map_ctx ctx) {
 }
 
 // Gives a node its children back. What handlers added to it meanwhile goes, since nobody would own it.
-inline void give_back_children(Node &node, const DetachedChildren &detached) {
+inline void give_back_children(tvk_map_ctx ctx, Node &node, const DetachedChildren &detached) {
+    forget_children(ctx, children(node));
+    entry_gains(ctx, node, nullptr);
     for (Node &arrived : children(node)) {
         free_contents(arrived);
     }

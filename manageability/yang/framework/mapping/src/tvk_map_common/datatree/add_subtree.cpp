@@ -2,6 +2,7 @@
 #include <functional>
 
 #include "platform_info.h"
+#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -66,12 +67,40 @@ bool is_candidate(const Addition &add, const Node &child) {
 
 enum class Match { kNone, kPassedOver, kStopped };
 
+// The one child of the parent that a search through all of them would end with, where an index can tell; null where the
+// search has to be made. There may be none: known is then true.
+Node *find_by_index(const Addition &add, std::span<Node> siblings, bool keep_looking, bool &known) {
+    tvk::TagPlaces places;
+    known = tvk::find_places(add.ctx, siblings, add.tag, places);
+    if (!known || places.first < 0) {
+        return nullptr;
+    }
+    std::int32_t place = places.first;
+    if (keep_looking) {
+        place = places.first_unnumbered >= 0 ? places.first_unnumbered : places.last;
+    }
+    Node &child = siblings[static_cast<std::size_t>(place)];
+    // Of the tag, yet no candidate: another one may be.
+    known = is_candidate(add, child);
+    return known ? &child : nullptr;
+}
+
 // Finds an existing child. A child that was appended as an instance of its own is passed over while there may be a
 // further one, so that the last instance is found; the search stops at any other child.
 Match find_existing(const Addition &add, Node *&found) {
     const bool keep_looking = add.template_node == nullptr || add.flagged(TVK_ADD_TEMPLATE_ON_PATH);
+    const std::span<Node> siblings = tvk::children(add.parent);
+    bool known = false;
+    if (Node *child = find_by_index(add, siblings, keep_looking, known); known) {
+        if (child == nullptr) {
+            return Match::kNone;
+        }
+        found = child;
+        add.found(*child);
+        return keep_looking && child->subtree_index != 0 ? Match::kPassedOver : Match::kStopped;
+    }
     Match match = Match::kNone;
-    for (Node &child : tvk::children(add.parent)) {
+    for (Node &child : siblings) {
         if (!is_candidate(add, child)) {
             continue;
         }
@@ -89,6 +118,7 @@ qerrno give_data(const Addition &add, Node &node) {
     if (add.data == nullptr) {
         return TVK_OK;
     }
+    tvk::entry_gains(add.ctx, add.parent, add.tag);
     // The new value may be part of the old one, so it is copied before that goes.
     tvk::NamedString copy = tvk::copy_text(add.data, "TVK MAP add subtree data");
     if (tvk::has(node, TVK_HAS_DATA)) {
@@ -210,9 +240,16 @@ qerrno add_new(const Addition &add) {
         TVK_ERR(add.ctx, "Failed to allocate subtrees!");
         return TVK_ERR_NO_MEMORY;
     }
+    const Node *former_array = siblings.data();
     Node *array = make_room(add, count);
     if (array == nullptr) {
         return TVK_ERR_NO_MEMORY;
+    }
+    if (tvk::keeps_index(add.ctx)) {
+        tvk::children_grown(add.ctx, former_array, {array, static_cast<std::size_t>(count) + 1});
+        if (add.data != nullptr) {
+            tvk::entry_gains(add.ctx, add.parent, add.tag);
+        }
     }
     Node &node = array[count];
     node = Node{};

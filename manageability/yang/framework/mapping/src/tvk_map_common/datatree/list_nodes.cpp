@@ -1,4 +1,5 @@
 // List entries told apart by their key leaf.
+#include "tvk_map_common/index/candidates.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -10,12 +11,13 @@ namespace {
 using tvk::Node;
 using tvk::same_text;
 
-struct Key {
-    const char *name;
-    const char *value;
-};
+// The search for an entry. Where each step is logged, each step is made.
+tvk::EntryCandidates<Node> candidates(tvk_map_ctx ctx, Node &parent, const char *list_name, const tvk::KeyText &key) {
+    const std::span<const tvk::KeyText> keys{&key, 1};
+    return {ctx, parent, list_name, tvk::is_tracing(ctx) ? std::span<const tvk::KeyText>{} : keys};
+}
 
-bool carries_key(const Node &entry, const Key &key) {
+bool carries_key(const Node &entry, const tvk::KeyText &key) {
     for (const Node &child : tvk::children(entry)) {
         if (tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_DATA) && same_text(child.tag, key.name) &&
             same_text(child.data, key.value)) {
@@ -25,16 +27,18 @@ bool carries_key(const Node &entry, const Key &key) {
     return false;
 }
 
-Node *find_entry(tvk_map_ctx ctx, Node &parent, const char *list_name, const char *ns, const Key &key) {
-    for (Node &child : tvk::children(parent)) {
-        if (!tvk::has(child, TVK_HAS_TAG) || !tvk::has(child, TVK_HAS_NS) || !same_text(child.tag, list_name) ||
-            !same_text(child.ns, ns)) {
+Node *find_entry(tvk_map_ctx ctx, Node &parent, const char *list_name, const char *ns,
+                 const tvk::KeyText &key) {
+    auto entries = candidates(ctx, parent, list_name, key);
+    while (Node *entry = entries.next()) {
+        if (!tvk::has(*entry, TVK_HAS_TAG) || !tvk::has(*entry, TVK_HAS_NS) || !same_text(entry->tag, list_name) ||
+            !same_text(entry->ns, ns)) {
             continue;
         }
         TVK_TRC(ctx, "List node '%s' found. Now checking the key.", list_name);
-        if (carries_key(child, key)) {
+        if (carries_key(*entry, key)) {
             TVK_TRC(ctx, "Existing list node found.");
-            return &child;
+            return entry;
         }
     }
     return nullptr;
@@ -105,16 +109,17 @@ int tvk_map_is_list_node_already_present(tvk_map_ctx ctx, struct qidl_tvk_datatr
     if (status != TVK_OK || reached == nullptr) {
         return 0;
     }
-    for (const Node &child : tvk::children(*reached)) {
+    auto entries = candidates(ctx, *reached, nullptr, {key_name, key_value});
+    while (const Node *child = entries.next()) {
         // An entry without children ends the search: what stands behind it is not seen.
-        if (!tvk::has(child, TVK_HAS_SUBTREES)) {
+        if (!tvk::has(*child, TVK_HAS_SUBTREES)) {
             return 0;
         }
-        const auto leaves = tvk::children(child);
+        const auto leaves = tvk::children(*child);
         if (tvk_map_is_node_in_subtrees(ctx, leaves.data(), static_cast<uint32_t>(leaves.size()), key_name, key_value,
                                         1, nullptr) == 1) {
             if (entry != nullptr) {
-                *entry = &child;
+                *entry = child;
             }
             return 1;
         }

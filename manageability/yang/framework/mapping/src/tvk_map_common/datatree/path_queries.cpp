@@ -1,6 +1,7 @@
 // Cutting paths down, and asking what stands at one.
 #include <cstring>
 
+#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -161,6 +162,7 @@ qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_dat
         return TVK_OK;
     }
     const std::int32_t remaining = node->subtree_count - 1;
+    tvk::forget_children(ctx, tvk::children(*node));
     tvk::free_contents(node->subtrees[remaining]);
     void *shrunk = kel_named_realloc(node->subtrees, static_cast<std::size_t>(remaining) * sizeof(Node));
     if (shrunk != nullptr) {

@@ -1,4 +1,5 @@
 // Adding a node together with the children of another one.
+#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -34,6 +35,7 @@ qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx ctx, struct qidl_tvk_d
     const qerrno status = tvk_map_datatree_add_subtree_flagged(ctx, parent, source->tag, source->ns, source->data,
                                                                nullptr, &added, append, 0);
     if (status == TVK_OK && added != nullptr && has_children) {
+        tvk::entry_gains(ctx, *added, nullptr);
         tvk::attach_children(*added, shared);
     }
     return status;
@@ -53,6 +55,7 @@ qerrno move_child(tvk_map_ctx ctx, Node &target, Node &child) {
         return status;
     }
     // Nobody shows these children any more, so they go here.
+    tvk::forget_children(ctx, tvk::child_array(moving.array, moving.count));
     for (Node &orphan : tvk::child_array(moving.array, moving.count)) {
         tvk::free_contents(orphan);
     }

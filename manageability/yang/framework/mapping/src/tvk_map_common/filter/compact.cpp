@@ -1,4 +1,5 @@
 // Closing the gaps that a sweep leaves in a child array.
+#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_filter.h"
@@ -24,10 +25,11 @@ bool move(Node &gap, Node &record) {
 
 }  // namespace
 
-uint32_t tvk_map_datatree_remove_null_subtrees(tvk_map_ctx, struct qidl_tvk_datatree *node) {
+uint32_t tvk_map_datatree_remove_null_subtrees(tvk_map_ctx ctx, struct qidl_tvk_datatree *node) {
     if (node == nullptr) {
         return 0;
     }
+    tvk::forget_index(ctx);
     const std::span<Node> children = tvk::children(*node);
     std::size_t kept = 0;  // also the first gap, once there is one
     for (Node &child : children) {

@@ -1,6 +1,7 @@
 // The mark phase: filter and response side by side, and a verdict in each response node that the filter names.
 #include "tvk_map_common/filter/filter_node.h"
 #include "tvk_map_common/filter/work_stack.h"
+#include "tvk_map_common/index/candidates.h"
 #include "tvk_map_filter.h"
 
 using tvk::Node;
@@ -40,15 +41,34 @@ void descend(const Pair &pair, Node &child, Node &candidate) {
     tvk_map_dfs_mark_stack_push(pair.ctx, pair.stack, &child, &candidate, pair.level + 1, 0);
 }
 
+// The keys that a response entry is compared by, the leading leaves of the filter's entry. None when one of them takes
+// any value.
+std::span<const tvk::KeyText> valued_keys(const Node &entry, const Keys &keys, std::span<tvk::KeyText> texts) {
+    const std::span<const Node> leading = tvk::children(entry);
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < keys.info.key_count && i < leading.size(); ++i) {
+        if (keys.info.key_has_value[i] != 1) {
+            continue;
+        }
+        if (!tvk::has(leading[i], TVK_HAS_DATA)) {
+            return {};
+        }
+        texts[count++] = {leading[i].tag, leading[i].data};
+    }
+    return texts.first(count);
+}
+
 // The filter's entry names keys: only response entries that have them count, and one when it names all its keys.
 void mark_keyed(const Pair &pair, Node &entry, const Keys &keys) {
     const bool only_one = keys.valued == keys.info.key_count;
-    for (Node &candidate : tvk::children(pair.response)) {
-        if (!tvk::same_text(candidate.tag, entry.tag) ||
-            tvk_map_datatree_compare_keys(&entry, &keys.info, &candidate) != 1) {
+    tvk::KeyText texts[TVK_MAP_MAX_FILTER_KEYS];
+    tvk::EntryCandidates<Node> candidates{pair.ctx, pair.response, entry.tag, valued_keys(entry, keys, texts)};
+    while (Node *candidate = candidates.next()) {
+        if (!tvk::same_text(candidate->tag, entry.tag) ||
+            tvk_map_datatree_compare_keys(&entry, &keys.info, candidate) != 1) {
             continue;
         }
-        descend(pair, entry, candidate);
+        descend(pair, entry, *candidate);
         if (only_one) {
             return;
         }

@@ -1,6 +1,7 @@
 // The sweep: what the marking phases did not keep goes.
 #include "tvk_map_common/filter/filter_node.h"
 #include "tvk_map_common/filter/work_stack.h"
+#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_filter.h"
 
@@ -22,7 +23,8 @@ bool clear_dropped(Node &node) {
 }
 
 // What cannot be swept for want of memory goes whole: an answer may lack something, it may not show too much.
-void drop_children(Node &node) {
+void drop_children(tvk_map_ctx ctx, Node &node) {
+    tvk::forget_index(ctx);
     for (Node &child : tvk::children(node)) {
         tvk::free_contents(child);
         tvk::reset(child);
@@ -46,7 +48,7 @@ uint32_t tvk_map_dfs_process_sweep(tvk_map_ctx ctx, struct kel_queue *stack, con
     for (Node &child : tvk::children(node)) {
         if (tvk::verdict(child) == TVK_NODE_KIND_KN &&
             tvk_map_dfs_sweep_stack_push(ctx, stack, &child, element->level + 1) == 0) {
-            drop_children(child);
+            drop_children(ctx, child);
         }
     }
     return 1;
@@ -58,7 +60,7 @@ uint32_t tvk_map_dfs_filter_sweep(tvk_map_ctx ctx, struct qidl_tvk_datatree *roo
     }
     tvk::WorkStack stack;
     if (tvk_map_dfs_sweep_stack_push(ctx, stack.get(), root, 1) == 0) {
-        drop_children(*root);
+        drop_children(ctx, *root);
     }
     return stack.work_off([&](const tvk_map_dfs_elem &element) {
         tvk_map_dfs_process_sweep(ctx, stack.get(), &element);

@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "tvk_diagnostics.h"
+#include "tvk_map_types.h"
 
 namespace tvk {
 
@@ -17,6 +18,12 @@ __attribute__((format(printf, 2, 3))) void trace_line(void *trace_handle, const 
 // A text as messages show it: null has a spelling of its own.
 inline const char *shown(const char *text) {
     return text != nullptr ? text : "(null)";
+}
+
+// Whether a TRC message would reach a sink.
+inline bool is_tracing(tvk_map_ctx ctx) {
+    return ctx != nullptr &&
+           (ctx->trace_enabled != 0 || tvk_debug_should_log(&ctx->log_filter, TVK_LOG_LEVEL_TRC) != 0);
 }
 
 }  // namespace tvk

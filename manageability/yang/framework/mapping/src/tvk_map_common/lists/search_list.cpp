@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "tvk_map_common/index/candidates.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -13,23 +14,6 @@
 
 using tvk::Node;
 using tvk::same_text;
-
-namespace {
-
-// The first child of the tag; null when a child without a tag comes first.
-const Node *first_child(const Node &node, const char *tag) {
-    for (const Node &child : tvk::children(node)) {
-        if (child.tag == nullptr) {
-            return nullptr;
-        }
-        if (std::strcmp(child.tag, tag) == 0) {
-            return &child;
-        }
-    }
-    return nullptr;
-}
-
-}  // namespace
 
 qerrno tvk_map_get_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **node, char *path, char *ns) {
     if (path == nullptr) {
@@ -42,8 +26,8 @@ qerrno tvk_map_get_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **node, 
         return TVK_ERR_INVALID;
     }
     for (tvk::Components components{path}; components.current() != nullptr; components.advance()) {
-        const Node *child = first_child(**node, components.current());
-        if (child == nullptr || (ns != nullptr && !same_text(child->ns, ns))) {
+        const Node *child = tvk::first_of_tag(ctx, **node, components.current());
+        if (child == nullptr || child->tag == nullptr || (ns != nullptr && !same_text(child->ns, ns))) {
             break;
         }
         if (components.is_last()) {
@@ -75,11 +59,13 @@ qerrno tvk_map_iterate_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **no
         TVK_ERR(ctx, "Failed to get subtrees!");
         return TVK_ERR_NOT_FOUND;
     }
-    for (const Node &child : tvk::children(**node)) {
+    const tvk::KeyText wanted{key_name, key_value};
+    tvk::EntryCandidates<const Node> entries{ctx, **node, entry_name, {&wanted, entry_name != nullptr ? 1u : 0u}};
+    while (const Node *entry = entries.next()) {
         const Node *key = nullptr;
-        if (tvk_map_datatree_get_subtree(&child, &key, key_name, key_value, ns) == TVK_OK &&
-            tvk::has(child, TVK_HAS_TAG) && same_text(child.tag, entry_name)) {
-            *node = &child;
+        if (tvk_map_datatree_get_subtree(entry, &key, key_name, key_value, ns) == TVK_OK &&
+            tvk::has(*entry, TVK_HAS_TAG) && same_text(entry->tag, entry_name)) {
+            *node = entry;
             return TVK_OK;
         }
     }

@@ -1,4 +1,5 @@
 // The stack of instance arrays, one item for each list level that the walk is inside.
+#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/itree.h"
 #include "tvk_map_common/internal/node.h"
@@ -24,7 +25,8 @@ T *allocate(const char *tag) {
     return static_cast<T *>(kel_named_calloc_(1, sizeof(T), tag, 0));
 }
 
-void release_nodes(tvk_map_itree_item &item) {
+void release_nodes(tvk_map_ctx ctx, tvk_map_itree_item &item) {
+    tvk::forget_children(ctx, {item.nodes, item.node_count});
     for (std::uint32_t i = item.node_count; i > 0; --i) {
         tvk::free_contents(item.nodes[i - 1]);
     }
@@ -32,12 +34,12 @@ void release_nodes(tvk_map_itree_item &item) {
 }
 
 // An item without nodes is only unlinked: whoever made it may still hold it.
-void release_item(tvk_map_itree_item *item) {
+void release_item(tvk_map_ctx ctx, tvk_map_itree_item *item) {
     if (item->nodes == nullptr) {
         return;
     }
     if (is_list_instance(*item)) {
-        release_nodes(*item);
+        release_nodes(ctx, *item);
     }
     kel_named_free(item);
 }
@@ -86,7 +88,7 @@ qerrno tvk_map_util_itree_stack_push(tvk_map_ctx ctx, struct qidl_tvk_datatree *
 qerrno tvk_map_util_itree_stack_pop(tvk_map_ctx ctx) {
     if (tvk_map_itree_stack *stack = stack_of(ctx); stack != nullptr && stack->item_count > 0) {
         --stack->item_count;
-        release_item(stack->items[stack->item_count]);
+        release_item(ctx, stack->items[stack->item_count]);
         stack->items[stack->item_count] = nullptr;
         if (stack->item_count == 0) {
             kel_named_free(stack);

@@ -1,6 +1,7 @@
 // One operation on the node at an xpath.
 #include <cstring>
 
+#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -34,7 +35,7 @@ bool is_valid(const tvk_map_node_operation &record) {
 
 qerrno add(tvk_map_ctx ctx, tvk_map_node_operation &record) {
     TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
-    tvk::XpathSearch search{&record, 0};
+    tvk::XpathSearch search{&record, 0, ctx};
     if (tvk::tvk_map_search_subtree_node(search) != TVK_ERR_NOT_PRESENT) {
         TVK_ERR(ctx, "Node already present in the path %s\n", record.xpath);
         return TVK_ERR_PRESENT;
@@ -48,12 +49,13 @@ qerrno add(tvk_map_ctx ctx, tvk_map_node_operation &record) {
     return tvk::add_remaining_path(ctx, record, remaining);
 }
 
-qerrno modify(tvk_map_node_operation &record) {
+qerrno modify(tvk_map_ctx ctx, tvk_map_node_operation &record, const Node &parent) {
     char *copy = tvk_strdup(record.value, "TVK MAP MODIFY DATA");
     if (copy == nullptr) {
         record.result = nullptr;
         return TVK_ERR_NO_MEMORY;
     }
+    tvk::entry_gains(ctx, parent, record.result->tag);
     // The former value stays with whoever else holds it.
     record.result->data = copy;
     tvk::set_present(*record.result, TVK_HAS_DATA);
@@ -66,9 +68,10 @@ void read(tvk_map_node_operation &record) {
     strncpy_s(record.value, sizeof record.value, value, sizeof record.value - 1);
 }
 
-qerrno find(tvk_map_ctx ctx, tvk_map_node_operation &record) {
-    tvk::XpathSearch search{&record, 0};
+qerrno find(tvk_map_ctx ctx, tvk_map_node_operation &record, const Node *&parent) {
+    tvk::XpathSearch search{&record, 0, ctx};
     const qerrno status = tvk::tvk_map_search_subtree_node(search);
+    parent = search.parent;
     if (status != TVK_OK) {
         TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
         TVK_ERR(ctx, "Node not present in the path %s\n", record.xpath);
@@ -93,11 +96,12 @@ qerrno tvk_map_tree_xpath_operations(tvk_map_ctx ctx, struct tvk_map_node_operat
     if (record->op == TVK_XPATH_ADD) {
         return add(ctx, *record);
     }
-    if (const qerrno status = find(ctx, *record); status != TVK_OK) {
+    const Node *parent = nullptr;
+    if (const qerrno status = find(ctx, *record, parent); status != TVK_OK) {
         return status;
     }
     if (record->op == TVK_XPATH_MODIFY) {
-        return modify(*record);
+        return modify(ctx, *record, *parent);
     }
     read(*record);
     return TVK_OK;

@@ -1,5 +1,9 @@
 #include "tvk_map_common/xpath/search.h"
 
+#include <algorithm>
+#include <cstring>
+
+#include "tvk_map_common/index/candidates.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/xpath/key_groups.h"
 
@@ -7,24 +11,37 @@ namespace {
 
 using tvk::Node;
 
-// The first child of that name; TVK_ERR_NOT_FOUND when a child without a tag comes first.
-qerrno find_child(Node &node, std::string_view name, Node *&found) {
-    for (Node &child : tvk::children(node)) {
-        if (child.tag == nullptr) {
-            return TVK_ERR_NOT_FOUND;
-        }
-        if (name == child.tag) {
-            found = &child;
-            return TVK_OK;
-        }
+// A name cut from a path, with a terminator of its own.
+class Name {
+public:
+    // No step is longer than the path that it stands in.
+    explicit Name(std::string_view name) {
+        std::memcpy(text_, name.data(), name.size());
+        text_[name.size()] = '\0';
     }
-    return TVK_ERR_NOT_PRESENT;
+    const char *get() const { return text_; }
+
+private:
+    char text_[TVK_MAP_MAX_PATH];
+};
+
+// The first child of that name; TVK_ERR_NOT_FOUND when a child without a tag comes first.
+qerrno find_child(tvk_map_ctx ctx, Node &node, const char *name, Node *&found) {
+    Node *child = tvk::first_of_tag(ctx, node, name);
+    if (child == nullptr) {
+        return TVK_ERR_NOT_PRESENT;
+    }
+    if (child->tag == nullptr) {
+        return TVK_ERR_NOT_FOUND;
+    }
+    found = child;
+    return TVK_OK;
 }
 
-qerrno compare_keys(Node &entry, const tvk::KeyGroups &keys) {
+qerrno compare_keys(tvk_map_ctx ctx, Node &entry, const tvk::KeyGroups &keys) {
     for (const tvk::KeyGroup &key : keys.all()) {
         Node *leaf = nullptr;
-        if (const qerrno status = find_child(entry, key.name, leaf); status != TVK_OK) {
+        if (const qerrno status = find_child(ctx, entry, key.name, leaf); status != TVK_OK) {
             return status;
         }
         if (!tvk::has(*leaf, TVK_HAS_DATA) || !tvk::same_text(leaf->data, key.value)) {
@@ -39,35 +56,41 @@ bool is_going(const Node &entry) {
     return entry.operation == TVK_OPERATION_DELETE || entry.operation == TVK_OPERATION_REMOVE;
 }
 
-qerrno find_entry(Node &node, std::string_view step, bool adding, Node *&found) {
-    tvk::KeyGroups keys{};
+qerrno find_entry(tvk_map_ctx ctx, Node &node, std::string_view step, bool adding, Node *&found) {
+    tvk::KeyGroups keys;
     if (!tvk::tvk_map_get_key_value_info(step, keys)) {
         return TVK_ERR_INVALID;
     }
-    const std::string_view name = tvk::list_name(step);
-    for (Node &child : tvk::children(node)) {
-        if (child.tag == nullptr) {
+    tvk::KeyText texts[TVK_MAP_XPATH_MAX_KEYS];
+    std::ranges::transform(keys.all(), texts, [](const tvk::KeyGroup &key) {
+        return tvk::KeyText{key.name, key.value};
+    });
+    const Name name{tvk::list_name(step)};
+    tvk::EntryCandidates<Node> entries{ctx, node, name.get(), {texts, keys.count}};
+    while (Node *entry = entries.next()) {
+        if (entry->tag == nullptr) {
             return TVK_ERR_NOT_FOUND;
         }
-        if (name != child.tag || (adding && is_going(child))) {
+        if (std::strcmp(entry->tag, name.get()) != 0 || (adding && is_going(*entry))) {
             continue;
         }
-        if (const qerrno status = compare_keys(child, keys); status != TVK_ERR_NOT_PRESENT) {
-            found = &child;
+        if (const qerrno status = compare_keys(ctx, *entry, keys); status != TVK_ERR_NOT_PRESENT) {
+            found = entry;
             return status;
         }
     }
     return TVK_ERR_NOT_PRESENT;
 }
 
-qerrno find_step(Node &node, const tvk::Steps &steps, const tvk_map_node_operation &record, Node *&found) {
+qerrno find_step(tvk_map_ctx ctx, Node &node, const tvk::Steps &steps, const tvk_map_node_operation &record,
+                 Node *&found) {
     const bool adding = record.op == TVK_XPATH_ADD;
     if (steps.is_keyed()) {
-        return find_entry(node, steps.text(), adding, found);
+        return find_entry(ctx, node, steps.text(), adding, found);
     }
     const bool wants_new_instance = adding && record.kind == TVK_XPATH_LEAF_INSTANCE && steps.is_last();
     // A child without a tag is no different from none here.
-    const bool is_there = find_child(node, steps.text(), found) == TVK_OK;
+    const bool is_there = find_child(ctx, node, Name{steps.text()}.get(), found) == TVK_OK;
     return is_there && !wants_new_instance ? TVK_OK : TVK_ERR_NOT_PRESENT;
 }
 
@@ -78,12 +101,17 @@ qerrno tvk::tvk_map_search_subtree_node(XpathSearch &search) {
     const char *path = record.xpath[0] == '/' ? record.xpath + 1 : record.xpath;
     Node *node = record.root;
     tvk::Steps steps{path};
-    qerrno status = steps.at_end() ? TVK_ERR_INVALID : TVK_OK;
+    if (steps.at_end()) {
+        record.result = nullptr;  // root is not what such a path means, and no place to add to
+        return TVK_ERR_INVALID;
+    }
+    qerrno status = TVK_OK;
     for (; status == TVK_OK && !steps.at_end(); steps.advance()) {
         search.stop_offset = static_cast<std::uint16_t>(steps.offset());
         Node *found = nullptr;
-        status = find_step(*node, steps, record, found);
+        status = find_step(search.ctx, *node, steps, record, found);
         if (status == TVK_OK) {
+            search.parent = node;
             node = found;
         }
     }

@@ -1,0 +1,277 @@
+#include "tvk_map_common/index/children_index.h"
+
+#include <algorithm>
+#include <new>
+
+#include "tvk_map_datatree.h"
+
+namespace {
+
+using tvk::EntryTable;
+using tvk::KeyText;
+using tvk::Node;
+using tvk::TagGroups;
+
+// A record on the named heap.
+template <typename T>
+T *make() {
+    void *block = kel_named_calloc_(1, sizeof(T), "TVK MAP index", 0);
+    return block != nullptr ? new (block) T{} : nullptr;
+}
+
+template <typename T>
+void destroy(T *&record) {
+    if (record != nullptr) {
+        record->~T();
+        kel_named_free(record);
+        record = nullptr;
+    }
+}
+
+// What is known of one child array.
+struct IndexedChildren {
+    static constexpr std::size_t kMaxTables = 4;  // kinds of searches
+
+    ~IndexedChildren() { clear(); }
+
+    void clear() {
+        destroy(tags);
+        for (EntryTable *&table : tables) {
+            destroy(table);
+        }
+        first_tag = nullptr;
+    }
+
+    // Children do not become fewer, nor others, without an announcement; where they did all the same, this is the
+    // last line of defence.
+    bool fits(std::span<const Node> children) const {
+        const bool too_few = std::ranges::any_of(
+            tables, [&](const EntryTable *table) { return table != nullptr && table->frontier() > children.size(); });
+        return !too_few && (tags == nullptr || tags->known() <= children.size()) && first_tag == children.front().tag;
+    }
+
+    const char *first_tag;
+    TagGroups *tags;
+    EntryTable *tables[kMaxTables];
+};
+
+}  // namespace
+
+// Parents in the order of their arrays' addresses, so that the list in which an entry stands is found from the entry.
+struct tvk_map_children_index {
+    static constexpr std::size_t kMaxParents = 1024;
+
+    struct Parent {
+        const Node *array;
+        IndexedChildren *children;
+    };
+
+    ~tvk_map_children_index() {
+        for (Parent &parent : all()) {
+            destroy(parent.children);
+        }
+    }
+
+    std::span<Parent> all() { return {parents, count}; }
+
+    Parent *find(const Node *array) {
+        Parent *at = std::ranges::lower_bound(parents, parents + count, array, {}, &Parent::array);
+        return at != parents + count && at->array == array ? at : nullptr;
+    }
+
+    Parent *insert(const Node *array) {
+        if (count == kMaxParents) {
+            victim = (victim + 1) % kMaxParents;
+            erase(parents[victim]);
+        }
+        IndexedChildren *made = make<IndexedChildren>();
+        if (made == nullptr) {
+            return nullptr;
+        }
+        return place({array, made});
+    }
+
+    void erase(Parent &parent) {
+        destroy(parent.children);
+        close_gap(parent);
+    }
+
+    void move(Parent &parent, const Node *to) {
+        Parent moving = parent;
+        close_gap(parent);
+        moving.array = to;
+        place(moving);
+    }
+
+    // The list in which a node stands as a known entry, and where.
+    IndexedChildren *list_of(const Node &entry, std::size_t &position) {
+        Parent *behind = std::ranges::upper_bound(parents, parents + count, &entry, {}, &Parent::array);
+        if (behind == parents) {
+            return nullptr;
+        }
+        const auto offset =
+            reinterpret_cast<std::uintptr_t>(&entry) - reinterpret_cast<std::uintptr_t>(behind[-1].array);
+        position = offset / sizeof(Node);
+        return behind[-1].children;
+    }
+
+private:
+    Parent *place(const Parent &parent) {
+        Parent *at = std::ranges::lower_bound(parents, parents + count, parent.array, {}, &Parent::array);
+        std::copy_backward(at, parents + count, parents + count + 1);
+        *at = parent;
+        ++count;
+        return at;
+    }
+    void close_gap(Parent &parent) {
+        std::copy(&parent + 1, parents + count, &parent);
+        --count;
+    }
+
+    Parent parents[kMaxParents];
+    std::size_t count;
+    std::size_t victim;
+};
+
+namespace {
+
+tvk_map_children_index *index_of(tvk_map_ctx ctx) {
+    return tvk::keeps_index(ctx) ? ctx->state->children_index : nullptr;
+}
+
+// Null when these children are not to be indexed, or cannot be.
+IndexedChildren *indexed(tvk_map_ctx ctx, std::span<const Node> children) {
+    if (ctx == nullptr || ctx->index_children_from == 0 || children.size() < ctx->index_children_from ||
+        ctx->state == nullptr) {
+        return nullptr;
+    }
+    tvk_map_children_index *&index = ctx->state->children_index;
+    if (index == nullptr && (index = make<tvk_map_children_index>()) == nullptr) {
+        return nullptr;
+    }
+    tvk_map_children_index::Parent *parent = index->find(children.data());
+    if (parent == nullptr && (parent = index->insert(children.data())) == nullptr) {
+        return nullptr;
+    }
+    IndexedChildren &known = *parent->children;
+    if (!known.fits(children)) {
+        known.clear();
+        known.first_tag = children.front().tag;
+    }
+    return &known;
+}
+
+EntryTable *table_for(IndexedChildren &known, const char *tag, std::span<const KeyText> keys) {
+    for (EntryTable *&table : known.tables) {
+        if (table == nullptr) {
+            table = make<EntryTable>();
+            if (table != nullptr && !table->set_up(tag, keys)) {
+                destroy(table);
+            }
+            return table;
+        }
+        if (table->is_for(tag, keys)) {
+            return table;
+        }
+    }
+    return nullptr;
+}
+
+bool has_texts(std::span<const KeyText> keys) {
+    return !keys.empty() &&
+           std::ranges::all_of(keys, [](const KeyText &key) { return key.name != nullptr && key.value != nullptr; });
+}
+
+// Deeper ones make all be forgotten.
+constexpr int kMaxForgetDepth = 32;
+
+bool forget_array(tvk_map_children_index &index, std::span<const Node> nodes, int depth) {
+    if (depth == kMaxForgetDepth) {
+        return false;
+    }
+    if (auto *known = index.find(nodes.data()); known != nullptr) {
+        index.erase(*known);
+    }
+    return std::ranges::all_of(nodes, [&](const Node &node) {
+        return node.subtrees == nullptr ||
+               forget_array(index, tvk::child_array(node.subtrees, node.subtree_count), depth + 1);
+    });
+}
+
+}  // namespace
+
+bool tvk::find_places(tvk_map_ctx ctx, std::span<const Node> children, const char *tag, TagPlaces &places) {
+    IndexedChildren *known = indexed(ctx, children);
+    if (known == nullptr || (known->tags == nullptr && (known->tags = make<TagGroups>()) == nullptr) ||
+        !known->tags->take_in(children)) {
+        return false;
+    }
+    places = known->tags->find(children, tag);
+    return true;
+}
+
+const tvk::EntryTable *tvk::find_entry_table(tvk_map_ctx ctx, std::span<const Node> children, const char *tag,
+                                             std::span<const KeyText> keys) {
+    IndexedChildren *known = has_texts(keys) ? indexed(ctx, children) : nullptr;
+    EntryTable *table = known != nullptr ? table_for(*known, tag, keys) : nullptr;
+    if (table != nullptr) {
+        table->take_in(children);
+    }
+    return table;
+}
+
+void tvk::children_grown(tvk_map_ctx ctx, const Node *from, std::span<const Node> to) {
+    tvk_map_children_index *index = index_of(ctx);
+    if (index == nullptr) {
+        return;
+    }
+    const bool moved = from != to.data();
+    // What was known of an array that stood here before, and has gone unannounced.
+    if (moved || to.size() == ctx->index_children_from) {
+        if (auto *gone = index->find(to.data()); gone != nullptr) {
+            index->erase(*gone);
+        }
+    }
+    if (auto *known = moved ? index->find(from) : nullptr; known != nullptr) {
+        index->move(*known, to.data());
+    }
+}
+
+void tvk::forget_children(tvk_map_ctx ctx, std::span<const Node> nodes) {
+    if (tvk_map_children_index *index = index_of(ctx); index != nullptr && !forget_array(*index, nodes, 0)) {
+        forget_index(ctx);
+    }
+}
+
+void tvk::forget_index(tvk_map_ctx ctx) {
+    if (keeps_index(ctx)) {
+        destroy(ctx->state->children_index);
+    }
+}
+
+void tvk::entry_gains(tvk_map_ctx ctx, const Node &entry, const char *tag) {
+    tvk_map_children_index *index = index_of(ctx);
+    std::size_t position = 0;
+    IndexedChildren *list = index != nullptr ? index->list_of(entry, position) : nullptr;
+    if (list == nullptr) {
+        return;
+    }
+    for (EntryTable *table : list->tables) {
+        if (table != nullptr && position < table->frontier() && (tag == nullptr || table->reads(tag))) {
+            table->clear();
+        }
+    }
+}
+
+qerrno tvk_map_forget_children(tvk_map_ctx ctx, const struct qidl_tvk_datatree *parent) {
+    if (ctx == nullptr || ctx->state == nullptr) {
+        return TVK_ERR_INVALID;
+    }
+    if (parent == nullptr) {
+        tvk::forget_index(ctx);
+    } else {
+        tvk::forget_children(ctx, tvk::child_array(parent->subtrees, parent->subtree_count));
+        tvk::entry_gains(ctx, *parent, nullptr);
+    }
+    return TVK_OK;
+}

@@ -1,0 +1,47 @@
+// The children of one parent by tag.
+#ifndef TVK_MAP_INDEX_TAG_GROUPS_H
+#define TVK_MAP_INDEX_TAG_GROUPS_H
+
+#include <span>
+
+#include "tvk_map_common/index/probe_table.h"
+#include "tvk_map_common/internal/node.h"
+
+namespace tvk {
+
+// Where the children of one tag stand; -1: there is none.
+struct TagPlaces {
+    std::int32_t first = -1;
+    std::int32_t last = -1;
+    std::int32_t first_unnumbered = -1;  // not appended as an instance of its own
+};
+
+class TagGroups {
+public:
+    // Looks at the children that came since the last time. False when the scan has to tell: a child has no tag, or
+    // there is no memory.
+    bool take_in(std::span<const Node> children);
+
+    TagPlaces find(std::span<const Node> children, const char *tag) const;
+
+    std::size_t known() const { return known_; }
+
+private:
+    struct Group {
+        std::uint32_t hash;
+        std::int32_t count;
+        TagPlaces places;
+
+        bool is_empty() const { return count == 0; }
+    };
+
+    Group *group_of(std::span<const Node> children, const char *tag, std::uint32_t hash) const;
+    bool add(std::span<const Node> children, std::int32_t position);
+
+    ProbeTable<Group> groups_;
+    std::size_t known_ = 0;
+};
+
+}  // namespace tvk
+
+#endif
