@@ -21,10 +21,9 @@ constexpr LeafRule kEthernetRules[] = {
     // Of the aggregation model: the port becomes a member of that bundle.
     {.tag = "aggregate-id", .path = "bundle/member-of", .ns = kAggregateNs},
 };
-constexpr LeafContainer kEthernetConfig = {kEthernetRules, 5,           &kInterfaceList, "interface/ethernet/config",
-                                           kEthernetNs,    in_interface};
-constexpr LeafContainer kEthernetState = {kEthernetRules, 4,      &kInterfaceList, "interface/ethernet/state",
-                                          kEthernetNs,    nullptr};
+constexpr LeafContainer kEthernetConfig = {kEthernetRules,    5,           &kInterfaceList,
+                                           "ethernet/config", kEthernetNs, in_interface};
+constexpr LeafContainer kEthernetState = {kEthernetRules, 4, &kInterfaceList, "ethernet/state", kEthernetNs, nullptr};
 
 constexpr struct tmap_child_entry kEthernetChildren[] = {
     {"config", Leaves<kEthernetConfig>::parse, TMAP_CHILD_PROPAGATE},
@@ -40,9 +39,9 @@ constexpr LeafRule kAggregationRules[] = {
     {.tag = "lag-type", .path = "bundle/mode", .values = kLagTypes},
     {.tag = "min-links", .path = "bundle/minimum-links"},
 };
-constexpr LeafContainer kAggregationConfig = {
-    kAggregationRules, 2, &kInterfaceList, "interface/aggregation/config", kAggregateNs, in_interface};
-constexpr LeafContainer kAggregationState = {kAggregationRules, 2,      &kInterfaceList, "interface/aggregation/state",
+constexpr LeafContainer kAggregationConfig = {kAggregationRules, 2,           &kInterfaceList, "aggregation/config",
+                                              kAggregateNs,      in_interface};
+constexpr LeafContainer kAggregationState = {kAggregationRules, 2,      &kInterfaceList, "aggregation/state",
                                              kAggregateNs,      nullptr};
 
 constexpr struct tmap_child_entry kAggregationChildren[] = {

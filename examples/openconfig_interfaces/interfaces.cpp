@@ -11,7 +11,7 @@ NodeRange interface_candidates(tvk_map_ctx, const Node *root) {
     return native_interfaces(root);
 }
 
-const char *interface_key(const Node *entry, const char *) {
+const char *interface_key(const Node *entry, const char *, Scratch &) {
     const Node *name = find(entry, "interface-name");
     return name != nullptr && !is_virtual(entry) ? name->data : nullptr;
 }
@@ -98,9 +98,8 @@ constexpr LeafRule kRules[] = {
 constexpr std::size_t kConfigRuleCount = 5;
 constexpr std::size_t kStateRuleCount = 8;
 
-constexpr LeafContainer kConfig = {kRules,        kConfigRuleCount, &kInterfaceList, "interface/config",
-                                   kInterfacesNs, in_interface};
-constexpr LeafContainer kState = {kRules, kStateRuleCount, &kInterfaceList, "interface/state", kInterfacesNs, nullptr};
+constexpr LeafContainer kConfig = {kRules, kConfigRuleCount, &kInterfaceList, "config", kInterfacesNs, in_interface};
+constexpr LeafContainer kState = {kRules, kStateRuleCount, &kInterfaceList, "state", kInterfacesNs, nullptr};
 
 // ---- hold-time ----
 
@@ -108,9 +107,9 @@ constexpr LeafRule kHoldTimeRules[] = {
     {.tag = "up", .path = "carrier-delay/up", .default_value = "0"},
     {.tag = "down", .path = "carrier-delay/down", .default_value = "0"},
 };
-constexpr LeafContainer kHoldTimeConfig = {kHoldTimeRules, 2,           &kInterfaceList, "interface/hold-time/config",
+constexpr LeafContainer kHoldTimeConfig = {kHoldTimeRules, 2,           &kInterfaceList, "hold-time/config",
                                            kInterfacesNs,  in_interface};
-constexpr LeafContainer kHoldTimeState = {kHoldTimeRules, 2,      &kInterfaceList, "interface/hold-time/state",
+constexpr LeafContainer kHoldTimeState = {kHoldTimeRules, 2,      &kInterfaceList, "hold-time/state",
                                           kInterfacesNs,  nullptr};
 
 qerrno enter_hold_time(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target) {
@@ -147,7 +146,7 @@ qerrno handle_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
         return status;
     }
     if (tvk_map_is_request_delete(node) != 0) {
-        remove_subinterfaces(node, target, name);
+        remove_subinterfaces(ctx, node, target, name);
     }
     return settle_entry(ctx, node, kInterfaceKeyCount);
 }
@@ -183,19 +182,6 @@ constexpr struct tmap_node_cont_info kInterfaces = {enter_interfaces, refuse_chi
 
 qerrno parse_interfaces(tvk_map_ctx ctx, const Node *node, Node *target) {
     return parse_top(ctx, node, target, &kInterfaces, kInterfacesNs);
-}
-
-qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns) {
-    Node *top = target;
-    qerrno status = TVK_OK;
-    if (is_read(ctx)) {
-        status = tvk_map_datatree_add_subtree(ctx, target, node->tag, ns, nullptr, nullptr, &top, 0);
-    }
-    if (status == TVK_OK) {
-        status = tmap_high_container_parse(ctx, node, top, info);
-    }
-    tvk_map_datatree_reset_trim_path_ctx(ctx);
-    return status;
 }
 
 qerrno in_interface(tvk_map_ctx ctx, const Node *, uint32_t, Node *target) {

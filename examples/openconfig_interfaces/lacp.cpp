@@ -11,7 +11,7 @@ NodeRange bundle_candidates(tvk_map_ctx, const Node *root) {
     return native_interfaces(root);
 }
 
-const char *bundle_key(const Node *entry, const char *) {
+const char *bundle_key(const Node *entry, const char *, Scratch &) {
     const Node *name = find(entry, "interface-name");
     return name != nullptr && find(entry, "lacp") != nullptr ? name->data : nullptr;
 }
@@ -36,9 +36,8 @@ constexpr LeafRule kBundleRules[] = {
     {.tag = "system-id-mac", .path = "lacp/system-mac"},
     {.tag = "system-priority", .path = "lacp/system-priority"},
 };
-constexpr LeafContainer kBundleConfig = {kBundleRules, 5,        &kBundleList, "interfaces/interface/config",
-                                         kLacpNs,      in_bundle};
-constexpr LeafContainer kBundleState = {kBundleRules, 5, &kBundleList, "interfaces/interface/state", kLacpNs, nullptr};
+constexpr LeafContainer kBundleConfig = {kBundleRules, 5, &kBundleList, "config", kLacpNs, in_bundle};
+constexpr LeafContainer kBundleState = {kBundleRules, 5, &kBundleList, "state", kLacpNs, nullptr};
 
 // The native interface stays when its LACP settings go: only the container below it is deleted or replaced.
 qerrno handle_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
@@ -74,7 +73,7 @@ qerrno enter_interfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *targe
     }
     for (const Node &entry : native_interfaces(target)) {
         if (const Node *lacp = find(&entry, "lacp"); lacp != nullptr) {
-            remove_entry(const_cast<Node *>(lacp), 0, node->operation);
+            remove_entry(ctx, const_cast<Node *>(lacp), 0, node->operation);
         }
     }
     return TVK_SKIP_NODE;

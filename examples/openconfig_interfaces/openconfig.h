@@ -2,7 +2,7 @@
 #ifndef OPENCONFIG_INTERFACES_OPENCONFIG_H
 #define OPENCONFIG_INTERFACES_OPENCONFIG_H
 
-#include "leaf_rules.h"
+#include "native.h"
 
 namespace interfaces {
 
@@ -29,9 +29,6 @@ qerrno parse_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target);
 qerrno parse_ethernet(tvk_map_ctx ctx, const Node *node, Node *target);
 qerrno parse_aggregation(tvk_map_ctx ctx, const Node *node, Node *target);
 
-// Walks a top container. In an edit its target is the native root, in a read its own node in the response.
-qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns);
-
 // Container handler: makes the native entry of the interface that the walk is in the current one.
 qerrno in_interface(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target);
 
@@ -46,7 +43,7 @@ qerrno edit_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target);
 const char *read_enabled(tvk_map_ctx ctx, const Node *native);
 
 // Marks all native subinterfaces of the interface that stand in target with the operation of node, a delete.
-void remove_subinterfaces(const Node *node, Node *target, const char *interface_name);
+void remove_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target, const char *interface_name);
 
 }  // namespace interfaces
 

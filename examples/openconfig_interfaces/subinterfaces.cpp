@@ -40,7 +40,7 @@ NodeRange subinterface_candidates(tvk_map_ctx ctx, const Node *) {
     return native_interfaces(native_root(ctx));
 }
 
-const char *subinterface_key(const Node *entry, const char *interface_name) {
+const char *subinterface_key(const Node *entry, const char *interface_name, Scratch &) {
     const Node *name = find(entry, "interface-name");
     const std::size_t length = std::strlen(interface_name);
     if (name == nullptr || name->data == nullptr || !is_virtual(entry) ||
@@ -64,20 +64,14 @@ struct Family {
     const char *hierarchy_path;  // of the OpenConfig list
     const char *list;            // native, below the interface
     const char *container;       // of that
-    const char *config;          // OpenConfig, below the top container
-    const char *state;
 };
 
 constexpr Family kIpv4 = {"/interfaces/interface/subinterfaces/subinterface/ipv4/addresses/address",
-                          "ipv4-addresses/address", "ipv4-addresses",
-                          "interface/subinterfaces/subinterface/ipv4/addresses/address/config",
-                          "interface/subinterfaces/subinterface/ipv4/addresses/address/state"};
+                          "ipv4-addresses/address", "ipv4-addresses"};
 constexpr Family kIpv6 = {"/interfaces/interface/subinterfaces/subinterface/ipv6/addresses/address",
-                          "ipv6-addresses/address", "ipv6-addresses",
-                          "interface/subinterfaces/subinterface/ipv6/addresses/address/config",
-                          "interface/subinterfaces/subinterface/ipv6/addresses/address/state"};
+                          "ipv6-addresses/address", "ipv6-addresses"};
 
-const char *address_key(const Node *address, const char *) {
+const char *address_key(const Node *address, const char *, Scratch &) {
     const Node *ip = find(address, "ip");
     return ip != nullptr ? ip->data : nullptr;
 }
@@ -132,8 +126,8 @@ struct Addresses {
         return status == TVK_OK && !is_read(ctx) ? settle_container(ctx, node, target, kFamily.container) : status;
     }
 
-    static constexpr LeafContainer kConfig = {kAddressRules, 2, &kList, kFamily.config, kIpNs, in_address};
-    static constexpr LeafContainer kState = {kAddressRules, 2, &kList, kFamily.state, kIpNs, nullptr};
+    static constexpr LeafContainer kConfig = {kAddressRules, 2, &kList, "config", kIpNs, in_address};
+    static constexpr LeafContainer kState = {kAddressRules, 2, &kList, "state", kIpNs, nullptr};
 
     static constexpr struct tmap_child_entry kAddressChildren[] = {
         {"ip", handle_key<kList>, TMAP_CHILD_KEY},
@@ -169,10 +163,8 @@ constexpr LeafRule kRules[] = {
     {.tag = "description", .path = "description"},
     {.tag = "enabled", .default_value = "true", .edit = edit_enabled, .read = read_enabled},
 };
-constexpr LeafContainer kConfig = {
-    kRules, 3, &kSubinterfaceList, "interface/subinterfaces/subinterface/config", kInterfacesNs, in_subinterface};
-constexpr LeafContainer kState = {
-    kRules, 3, &kSubinterfaceList, "interface/subinterfaces/subinterface/state", kInterfacesNs, nullptr};
+constexpr LeafContainer kConfig = {kRules, 3, &kSubinterfaceList, "config", kInterfacesNs, in_subinterface};
+constexpr LeafContainer kState = {kRules, 3, &kSubinterfaceList, "state", kInterfacesNs, nullptr};
 
 // ---- subinterface ----
 
@@ -222,7 +214,7 @@ qerrno enter_subinterfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *ta
     }
     const qerrno status = tvk_map_get_node_info(ctx, kInterfacePath, "name", &name);
     if (status == TVK_OK) {
-        remove_subinterfaces(node, target, name);
+        remove_subinterfaces(ctx, node, target, name);
     }
     return status == TVK_OK ? TVK_SKIP_NODE : status;
 }
@@ -234,10 +226,11 @@ constexpr struct tmap_node_cont_info kSubinterfaces = {
 
 }  // namespace
 
-void remove_subinterfaces(const Node *node, Node *target, const char *interface_name) {
+void remove_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target, const char *interface_name) {
     for (Node &entry : native_interfaces(target)) {
-        if (subinterface_key(&entry, interface_name) != nullptr) {
-            remove_entry(&entry, kInterfaceKeyCount, node->operation);
+        Scratch scratch;
+        if (subinterface_key(&entry, interface_name, scratch) != nullptr) {
+            remove_entry(ctx, &entry, kInterfaceKeyCount, node->operation);
         }
     }
 }

@@ -37,22 +37,28 @@ get() {
     golden "get-$filter" 0 get --mapping "$example" --native "$device" --phase $phase "$@" "filters/$filter.xml"
   done
 }
-# Every sample is run.
-all_used() {
+# begin EXAMPLE: what follows, up to end, is of that example.
+begin() {
+  example=$1
+  device=native-device.xml
+  pushd "$example" >/dev/null
+}
+# Every sample has been run.
+end() {
   for sample in requests/*.xml; do
     [ -e "replies/$(basename "$sample")" ] || fail "$example/$sample is not run"
   done
   for sample in filters/*.xml; do
     [ -e "replies/get-$(basename "$sample")" ] || fail "$example/$sample is not run"
   done
+  popd >/dev/null
 }
 
-example=openconfig_interfaces
-device=native-device.xml
-pushd $example >/dev/null
+begin openconfig_interfaces
 edit 0 create-two
 edit 0 merge-bare
 edit 0 merge-into --into native-before-edit.xml
+edit 0 add-beside --into native-before-edit.xml
 edit 0 replace-entry --into native-before-edit.xml
 edit 0 replace-container --into native-before-edit.xml
 edit 0 delete-entry --into native-before-edit.xml
@@ -62,6 +68,7 @@ edit 1 empty-key
 edit 1 key-with-delete
 edit 1 unsupported-namespace
 edit 1 unknown-identity
+edit 1 wrong-module
 edit 1 delete-with-content
 get one-by-key
 get one-leaf
@@ -74,11 +81,42 @@ get addresses
 get unknown-namespace
 get no-such-entry
 for mode in report-all trim explicit report-all-tagged; do
-  golden "get-two-branches-$mode" 0 get --mapping $example --native $device --with-defaults $mode \
+  golden "get-two-branches-$mode" 0 get --mapping "$example" --native "$device" --with-defaults $mode \
     filters/two-branches.xml
 done
-golden get-everything 0 get --mapping $example --native $device
-all_used
-popd >/dev/null
+golden get-everything 0 get --mapping "$example" --native "$device"
+end
+
+begin openconfig_bgp
+edit 0 create-instance
+edit 0 merge-into --into native-before-edit.xml
+edit 0 delete-beside-add --into native-before-edit.xml
+edit 0 replace-neighbor --into native-before-edit.xml
+edit 0 replace-neighbors --into native-before-edit.xml
+edit 0 delete-parts --into native-before-edit.xml
+edit 0 delete-instance --into native-before-edit.xml
+edit 0 delete-then-add --into native-before-edit.xml
+edit 1 second-process --into native-before-edit.xml
+edit 1 other-protocol
+edit 1 wrong-module
+edit 1 wrong-module-copy
+edit 1 unqualified-identity
+edit 1 unknown-identity
+edit 1 bad-address
+edit 1 address-with-zone
+edit 1 bad-as
+edit 1 bad-bandwidth
+get one-by-key
+get one-leaf
+get augmented-leaf
+get identity-match
+get identity-key
+get identity-of-other-module
+get other-protocol
+get instances
+get whole-list
+get no-such-entry
+golden get-everything 0 get --mapping "$example" --native "$device"
+end
 
 [ $failed -eq 0 ]

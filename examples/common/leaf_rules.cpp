@@ -2,26 +2,15 @@
 
 #include <cstdio>
 
-namespace interfaces {
+namespace mapping {
 
 namespace {
 
-const char *convert(const ValuePair *values, const char *value) {
-    for (const ValuePair *pair = values; pair->openconfig != nullptr; ++pair) {
-        if (equal(pair->openconfig, value)) {
-            return pair->native;
-        }
+const char *native_form(const LeafRule &rule, const char *value, Scratch &scratch) {
+    if (rule.values != nullptr) {
+        return native_value(rule.values, value);
     }
-    return nullptr;
-}
-
-const char *convert_back(const ValuePair *values, const char *value) {
-    for (const ValuePair *pair = values; pair->openconfig != nullptr; ++pair) {
-        if (equal(pair->native, value)) {
-            return pair->openconfig;
-        }
-    }
-    return nullptr;
+    return rule.to_native != nullptr && value != nullptr ? rule.to_native(value, scratch) : value;
 }
 
 const LeafRule *find_rule(const LeafContainer &container, const char *tag) {
@@ -37,18 +26,24 @@ qerrno edit_leaf(tvk_map_ctx ctx, const Node *node, Node *target, const LeafRule
     if (rule.edit != nullptr) {
         return rule.edit(ctx, node, target);
     }
+    if (rule.value_ns != nullptr) {
+        if (const qerrno status = tvk_map_validate_data_ns(ctx, node, text(rule.value_ns), 1); status != TVK_OK) {
+            return status;
+        }
+    }
     if (rule.path == nullptr) {
         return TVK_OK;
     }
     if (tvk_map_is_request_delete(node) != 0) {
         return add_value(ctx, node, target, rule.path, nullptr);
     }
-    const char *value = rule.values != nullptr ? convert(rule.values, node->data) : node->data;
+    Scratch scratch;
+    const char *value = native_form(rule, node->data, scratch);
     return value != nullptr ? add_value(ctx, node, target, rule.path, value) : refuse(ctx, node, TVK_ERR_INVALID);
 }
 
 // The value that the native tree has for the leaf; null for none.
-const char *read_leaf(tvk_map_ctx ctx, const LeafContainer &container, const LeafRule &rule) {
+const char *read_leaf(tvk_map_ctx ctx, const LeafContainer &container, const LeafRule &rule, Scratch &scratch) {
     const Node *native = container.list != nullptr ? native_entry(ctx, *container.list) : native_root(ctx);
     if (rule.read != nullptr) {
         return rule.read(ctx, native);
@@ -60,7 +55,10 @@ const char *read_leaf(tvk_map_ctx ctx, const LeafContainer &container, const Lea
     if (leaf == nullptr || leaf->data == nullptr) {
         return nullptr;
     }
-    return rule.values != nullptr ? convert_back(rule.values, leaf->data) : leaf->data;
+    if (rule.values != nullptr) {
+        return openconfig_value(rule.values, leaf->data);
+    }
+    return rule.from_native != nullptr ? rule.from_native(leaf->data, scratch) : leaf->data;
 }
 
 // Whether a value is told to the client, by the with-defaults mode that it asked for. A server that is asked for
@@ -78,7 +76,8 @@ bool is_told(tvk_map_ctx ctx, const LeafRule &rule, const char *value) {
 }
 
 qerrno answer_leaf(tvk_map_ctx ctx, Node *target, const LeafContainer &container, const LeafRule &rule, bool is_match) {
-    const char *value = read_leaf(ctx, container, rule);
+    Scratch scratch;
+    const char *value = read_leaf(ctx, container, rule, scratch);
     if (!is_told(ctx, rule, value) && !(is_match && rule.default_value != nullptr)) {
         return TVK_OK;
     }
@@ -86,7 +85,8 @@ qerrno answer_leaf(tvk_map_ctx ctx, Node *target, const LeafContainer &container
     const bool is_tagged =
         tvk_map_is_with_defaults_enabled(ctx) == TVK_WITH_DEFAULTS_REPORT_ALL_TAGGED && equal(told, rule.default_value);
     char path[TVK_MAP_MAX_PATH];
-    std::snprintf(path, sizeof path, "%s/%s", container.path, rule.tag);
+    std::snprintf(path, sizeof path, "%s%s%s/%s", container.list != nullptr ? container.list->path : "",
+                  container.list != nullptr ? "/" : "", container.path, rule.tag);
     const char *ns = rule.ns != nullptr ? rule.ns : container.ns;
     return answer_value(ctx, target, {container.list, path, container.ns, ns, told, rule.value_ns, is_tagged});
 }
@@ -98,8 +98,9 @@ bool content_matches(tvk_map_ctx ctx, const Node *node, const LeafContainer &con
         if ((leaf.presence & TVK_HAS_DATA) == 0 || rule == nullptr) {
             continue;
         }
-        const char *value = read_leaf(ctx, container, *rule);
-        if (!equal(value != nullptr ? value : rule->default_value, leaf.data)) {
+        Scratch scratch;
+        const char *value = read_leaf(ctx, container, *rule, scratch);
+        if (!equal(value != nullptr ? value : rule->default_value, leaf.data) || !is_of_module(leaf, rule->value_ns)) {
             return false;
         }
     }
@@ -112,6 +113,33 @@ bool is_get_config(tvk_map_ctx ctx) {
 
 }  // namespace
 
+const char *native_value(const ValuePair *values, const char *openconfig) {
+    for (const ValuePair *pair = values; pair->openconfig != nullptr; ++pair) {
+        if (equal(pair->openconfig, openconfig)) {
+            return pair->native;
+        }
+    }
+    return nullptr;
+}
+
+const char *openconfig_value(const ValuePair *values, const char *native) {
+    for (const ValuePair *pair = values; pair->openconfig != nullptr; ++pair) {
+        if (equal(pair->native, native)) {
+            return pair->openconfig;
+        }
+    }
+    return nullptr;
+}
+
+qerrno settle_container(tvk_map_ctx ctx, const Node *node, Node *target, const char *path) {
+    if (tvk_map_is_request_delete(node) == 0) {
+        take_back_removal(find(current_node(ctx, target), path));
+        return TVK_OK;
+    }
+    const qerrno status = add_value(ctx, node, target, path, nullptr);
+    return status == TVK_OK ? TVK_SKIP_NODE : status;
+}
+
 qerrno enter_leaf_container(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target,
                             const LeafContainer &container) {
     const bool is_state = container.enter == nullptr;
@@ -121,6 +149,9 @@ qerrno enter_leaf_container(tvk_map_ctx ctx, const Node *node, uint32_t child_co
             return container.enter(ctx, node, child_count, target);
         }
         return propagating ? TVK_SKIP_NODE : refuse(ctx, node, TVK_ERR_UNSUPPORTED);
+    }
+    if (container.list != nullptr && native_entry(ctx, *container.list) == nullptr) {
+        return TVK_SKIP_NODE;
     }
     if ((is_state && is_get_config(ctx)) || (!propagating && !content_matches(ctx, node, container))) {
         return TVK_SKIP_NODE;
@@ -159,4 +190,4 @@ qerrno refuse_child(tvk_map_ctx ctx, const Node *node, Node *) {
     return is_fine ? TVK_OK : refuse(ctx, node, TVK_ERR_UNSUPPORTED);
 }
 
-}  // namespace interfaces
+}  // namespace mapping

@@ -1,23 +1,32 @@
 // Leaves by rule: where the value of each goes in an edit, and comes from in a read.
-#ifndef OPENCONFIG_INTERFACES_LEAF_RULES_H
-#define OPENCONFIG_INTERFACES_LEAF_RULES_H
+#ifndef EXAMPLES_COMMON_LEAF_RULES_H
+#define EXAMPLES_COMMON_LEAF_RULES_H
 
 #include <cstddef>
 
 #include "answer.h"
 
-namespace interfaces {
+namespace mapping {
 
 struct ValuePair {
     const char *openconfig;
     const char *native;
 };
 
+// The value that stands beside the one given, which may be null; null when there is none.
+const char *native_value(const ValuePair *values, const char *openconfig);
+const char *openconfig_value(const ValuePair *values, const char *native);
+
+// The form that a value has on the other side, at rest in scratch if need be; null when it has none there.
+using Convert = const char *(*)(const char *value, Scratch &scratch);
+
 // One OpenConfig leaf.
 struct LeafRule {
     const char *tag;
     const char *path = nullptr;         // of the native leaf below the current entry
-    const ValuePair *values = nullptr;  // ended by a null pair; null when values are the same on both sides
+    const ValuePair *values = nullptr;  // ended by a null pair; null when it is no enumeration
+    Convert to_native = nullptr;        // null, like the next, when the value is the same on both sides
+    Convert from_native = nullptr;
     const char *default_value = nullptr;
     tmap_node_process_fp edit = nullptr;  // null: the value goes to path, or nowhere
     // The value from the native node of the entry; null: it comes from path, or is the entry's key.
@@ -31,10 +40,18 @@ struct LeafContainer {
     const LeafRule *rules;
     std::size_t rule_count;
     const ListShape *list;  // what it stands in; null for none
-    const char *path;       // below the top container
+    const char *path;       // below the entry of list, or below the top container
     const char *ns;
     tmap_cont_handler_fp enter;  // in an edit; null for a state container, which cannot be edited
 };
+
+// Each mapping has its own way of building the native tree: adds value (null for none) at path below the current
+// entry, or target when there is none, with the operation of leaf.
+qerrno add_value(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *path, const char *value);
+
+// A container that is one container on the native side, too, at path below the current entry: deleted or replaced as a
+// whole. Answers TVK_SKIP_NODE when it is deleted.
+qerrno settle_container(tvk_map_ctx ctx, const Node *node, Node *target, const char *path);
 
 qerrno enter_leaf_container(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target,
                             const LeafContainer &container);
@@ -69,12 +86,15 @@ qerrno enter_read(tvk_map_ctx ctx);
 template <const ListShape &kList>
 qerrno handle_key(tvk_map_ctx ctx, const Node *node, Node *target) {
     const bool is_asked = is_read(ctx) && tvk_map_get_node_type(node) != TVK_NODE_TYPE_NONE;
-    return is_asked && ctx->state->delete_walk_active != 1 ? open_entry(ctx, target, kList) : TVK_OK;
+    Place place{};
+    return is_asked && ctx->state->delete_walk_active != 1 && native_entry(ctx, kList) != nullptr
+               ? open_entry(ctx, target, kList, place)
+               : TVK_OK;
 }
 
 // A child that the mapping has no handler for. In a propagation it is a node above, which needs nothing here.
 qerrno refuse_child(tvk_map_ctx ctx, const Node *node, Node *target);
 
-}  // namespace interfaces
+}  // namespace mapping
 
 #endif

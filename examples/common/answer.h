@@ -1,0 +1,81 @@
+// The OpenConfig side of a read: the entries that the native tree has for a list, and the values that it answers
+// with. What the filter did not ask for is left out while the response is built, or pruned from it afterwards.
+#ifndef EXAMPLES_COMMON_ANSWER_H
+#define EXAMPLES_COMMON_ANSWER_H
+
+#include "tree.h"
+
+namespace mapping {
+
+bool is_read(tvk_map_ctx ctx);
+
+// The root of the native tree, by way of the request's session. Null when the session has none.
+const Node *native_root(tvk_map_ctx ctx);
+
+// Room for a value that the native tree has in another form.
+using Scratch = char[TVK_MAP_XPATH_MAX_VALUE];
+
+// A second key, with the same value in all entries that the native side knows of.
+struct FixedKey {
+    const char *tag;
+    const char *value;
+    const char *value_ns;  // of an identity, else null
+};
+
+// A list of the response. A list inside another one is of the next level.
+struct ListShape {
+    int level;
+    const ListShape *parent;
+    const char *path;  // below the top container
+    const char *key;
+    const char *ns;
+    // The nodes that may stand for an entry, given the native node of the entry around it, or the native root.
+    NodeRange (*candidates)(tvk_map_ctx ctx, const Node *outer);
+    // The key of a candidate, given the key of the entry around it (or null); null when it stands for none.
+    const char *(*key_of)(const Node *candidate, const char *outer_key, Scratch &scratch);
+    const char *key_ns = nullptr;  // of keys that are identities
+    const FixedKey *fixed_key = nullptr;
+};
+
+// Whether the value of leaf, if it names a module, names that of value_ns. A null value_ns is of no module.
+bool is_of_module(const Node &leaf, const char *value_ns);
+
+// The native node, and the key, of the entry of list that is being answered; null while none is.
+const Node *native_entry(tvk_map_ctx ctx, const ListShape &list);
+const char *entry_key(tvk_map_ctx ctx, const ListShape &list);
+
+// A list parse that answers a read: each native entry that the request's keys admit is an instance. In an edit it is
+// tmap_high_list_parse alone. push_instances is what the list handler does in a read.
+qerrno parse_list(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_list_info_p info, const ListShape &list);
+qerrno push_instances(tvk_map_ctx ctx, const ListShape &list);
+
+// Each mapping has its own way of building the response: adds the entry of list that is being answered, with its keys,
+// and those around it, where the response has them not. The output list holds an entry for each level that is open,
+// outermost first. Place is where a leaf of the entry is added, by its path below the top container.
+struct Place {
+    Node *node;
+    int flags;
+};
+qerrno open_entry(tvk_map_ctx ctx, Node *target, const ListShape &list, Place &place);
+
+// Empties the pending entry, with the path that stitching leaves in it. The output list stays.
+void clear_pending(tvk_map_ctx ctx);
+
+// A leaf of the response, at path below the top container.
+struct Answer {
+    const ListShape *list;  // null: it stands in none
+    const char *path;
+    const char *in_ns;  // namespace of what it stands in
+    const char *ns;
+    const char *value;
+    const char *value_ns;  // null: no identity
+    bool is_default;       // to be told as one
+};
+qerrno answer_value(tvk_map_ctx ctx, Node *target, const Answer &answer);
+
+// Walks a top container. In an edit its target is the native root, in a read its own node in the response.
+qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns);
+
+}  // namespace mapping
+
+#endif

@@ -1,0 +1,68 @@
+// Trees of the native side as the example mappings edit them: finding nodes and list entries, and what an edit does
+// to those that it deletes, replaces or finds deleted.
+#ifndef EXAMPLES_COMMON_TREE_H
+#define EXAMPLES_COMMON_TREE_H
+
+#include <cstdint>
+
+#include "tvk_map.h"
+
+namespace mapping {
+
+using Node = struct qidl_tvk_datatree;
+
+inline bool equal(const char *a, const char *b) {
+    return tvk_map_do_these_match(a, b) != 0;
+}
+
+// Exported operations take some texts as writable and do not write them.
+inline char *text(const char *constant) {
+    return const_cast<char *>(constant);
+}
+
+struct NodeRange {
+    Node *first;
+    int32_t count;
+    Node *begin() const { return first; }
+    Node *end() const { return first + count; }
+};
+NodeRange children_of(const Node *node);
+
+// The node at path below node; null when it is missing.
+const Node *find(const Node *node, const char *path);
+Node *find(Node *node, const char *path);
+
+// Makes the entry key_name = key_value of the list at list_path, below root, the current one; adds it if need be. The
+// current entry is the request's pending one: paths that hold list_path are added below it from there.
+qerrno enter_entry(tvk_map_ctx ctx, Node *root, const char *list_path, const char *key_name, const char *key_value,
+                   const char *ns);
+
+inline Node *current_entry(tvk_map_ctx ctx) {
+    return ctx->state->pending_list_node;
+}
+
+// The current entry; target while there is none.
+inline Node *current_node(tvk_map_ctx ctx, Node *target) {
+    return current_entry(ctx) != nullptr ? current_entry(ctx) : target;
+}
+
+// Leaves an entry nothing but its first key_count children, the keys, and marks it with operation, a delete.
+void remove_entry(tvk_map_ctx ctx, Node *entry, int32_t key_count, uint32_t operation);
+
+// What was marked as deleted, and is there again, replaces what the device has. Tells whether it was; a null node
+// was not.
+bool take_back_removal(Node *native);
+
+// Marks native with the operation of the request node that it stands for, if that has one of its own.
+void give_operation(tvk_map_ctx ctx, const Node *node, Node *native);
+
+// Gives the current entry the operation of the list entry that it stands for. A deleted one keeps its keys alone and
+// answers TVK_SKIP_NODE, as nothing below it matters.
+qerrno settle_entry(tvk_map_ctx ctx, const Node *node, int32_t key_count);
+
+// Records node as what the request fails at.
+qerrno refuse(tvk_map_ctx ctx, const Node *node, qerrno status);
+
+}  // namespace mapping
+
+#endif

@@ -1,0 +1,27 @@
+// The native side of an edit: the entries that values go to.
+//
+// An entry is the current one, the request's pending list node, without a trim path: paths lead on from the entry.
+#ifndef OPENCONFIG_BGP_NATIVE_H
+#define OPENCONFIG_BGP_NATIVE_H
+
+#include "openconfig.h"
+
+namespace bgp {
+
+inline constexpr char kNativeNs[] = "urn:example:native-bgp";
+
+// Container handlers. Each makes the native entry that the walk is in the current one; adds it if need be. In a read
+// they let the walk go on.
+qerrno in_instance(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target);
+qerrno in_peer(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target);
+qerrno in_family(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target);
+
+// Gives the current instance its process. It has one at most: another name is refused.
+qerrno set_process(tvk_map_ctx ctx, const Node *name);
+
+// Whether a name can stand in an xpath.
+bool is_plain_name(const char *name);
+
+}  // namespace bgp
+
+#endif

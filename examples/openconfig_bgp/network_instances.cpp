@@ -1,0 +1,185 @@
+// /network-instances/network-instance, and its protocols, of which BGP is mapped.
+#include "native.h"
+
+namespace bgp {
+
+namespace {
+
+// ---- The lists in a read ----
+
+NodeRange instance_candidates(tvk_map_ctx, const Node *root) {
+    return children_of(find(root, "bgp/instances"));
+}
+
+const char *plain_name(const Node *leaf) {
+    return leaf != nullptr && leaf->data != nullptr && is_plain_name(leaf->data) ? leaf->data : nullptr;
+}
+
+const char *instance_key(const Node *instance, const char *, Scratch &) {
+    return plain_name(find(instance, "instance-name"));
+}
+
+// The one process of an instance is natively no node of its own.
+NodeRange protocol_candidates(tvk_map_ctx, const Node *instance) {
+    return {const_cast<Node *>(instance), 1};
+}
+
+const char *protocol_key(const Node *instance, const char *, Scratch &) {
+    return plain_name(find(instance, "process-name"));
+}
+
+constexpr FixedKey kIdentifier = {"identifier", "BGP", kPolicyTypesNs};
+
+}  // namespace
+
+constexpr ListShape kInstanceList = {
+    0, nullptr, "network-instance", "name", kNetworkInstanceNs, instance_candidates, instance_key};
+constexpr ListShape kProtocolList = {.level = 1,
+                                     .parent = &kInstanceList,
+                                     .path = "network-instance/protocols/protocol",
+                                     .key = "name",
+                                     .ns = kNetworkInstanceNs,
+                                     .candidates = protocol_candidates,
+                                     .key_of = protocol_key,
+                                     .fixed_key = &kIdentifier};
+
+namespace {
+
+const char *read_identifier(tvk_map_ctx, const Node *) {
+    return kIdentifier.value;
+}
+
+// ---- protocol ----
+
+constexpr LeafRule kProtocolRules[] = {
+    {.tag = "identifier", .read = read_identifier, .value_ns = kPolicyTypesNs},
+    {.tag = "name"},
+};
+constexpr LeafContainer kProtocolConfig = {kProtocolRules,     2,          &kProtocolList, "config",
+                                           kNetworkInstanceNs, in_instance};
+constexpr LeafContainer kProtocolState = {kProtocolRules, 2, &kProtocolList, "state", kNetworkInstanceNs, nullptr};
+
+// Clients leave the module of the identifier out; it is the only one that has protocols.
+qerrno check_identifier(tvk_map_ctx ctx, const Node *protocol) {
+    const Node *identifier = find(protocol, kIdentifier.tag);
+    if (identifier == nullptr) {
+        return refuse(ctx, protocol, TVK_ERR_LIST_KEY);
+    }
+    const qerrno status = tvk_map_validate_data_ns(ctx, identifier, text(kIdentifier.value_ns), 1);
+    if (status == TVK_OK && !equal(identifier->data, kIdentifier.value)) {
+        return refuse(ctx, identifier, TVK_ERR_UNSUPPORTED);
+    }
+    return status;
+}
+
+// What creates the network instance creates the native one.
+void give_creation(tvk_map_ctx ctx, const Node *node) {
+    if ((node->presence & TVK_HAS_OPERATION) == 0 && ctx->state->create_node != nullptr) {
+        tvk_map_datatree_set_operation(current_entry(ctx), ctx->state->create_operation);
+    }
+}
+
+qerrno handle_protocol(tvk_map_ctx ctx, const Node *node, Node *target) {
+    if (is_read(ctx)) {
+        return push_instances(ctx, kProtocolList);
+    }
+    qerrno status = check_identifier(ctx, node);
+    if (status == TVK_OK) {
+        status = in_instance(ctx, node, 0, target);
+    }
+    if (status == TVK_OK) {
+        status = settle_entry(ctx, node, 1);
+    }
+    if (status != TVK_OK) {
+        return status;
+    }
+    give_creation(ctx, node);
+    return set_process(ctx, find(node, "name"));
+}
+
+constexpr struct tmap_child_entry kProtocolChildren[] = {
+    {"identifier", handle_key<kProtocolList>, TMAP_CHILD_KEY},
+    {"name", handle_key<kProtocolList>, TMAP_CHILD_KEY},
+    {"config", Leaves<kProtocolConfig>::parse, TMAP_CHILD_PROPAGATE},
+    {"state", Leaves<kProtocolState>::parse, TMAP_CHILD_PROPAGATE},
+    {"bgp", parse_bgp, TMAP_CHILD_PROPAGATE},
+};
+constexpr struct tmap_key_entry kProtocolKeys[] = {{"identifier", kProtocolPath, "config"},
+                                                   {"name", kProtocolPath, "config"}};
+constexpr struct tmap_node_list_info kProtocol = {handle_protocol, refuse_child, kProtocolChildren, kProtocolKeys, 5, 2,
+                                                  kProtocolPath,   nullptr};
+
+qerrno parse_protocol(tvk_map_ctx ctx, const Node *node, Node *target) {
+    return parse_list(ctx, node, target, &kProtocol, kProtocolList);
+}
+
+// ---- protocols, network-instance ----
+
+// The native instance is nothing but its BGP process, and goes with whatever holds that. Else there is nothing to do
+// before the process is met.
+qerrno remove_instance(tvk_map_ctx ctx, const Node *node, Node *target) {
+    if (tvk_map_is_request_delete(node) == 0) {
+        return TVK_OK;
+    }
+    const qerrno status = in_instance(ctx, node, 0, target);
+    return status == TVK_OK ? settle_entry(ctx, node, 1) : status;
+}
+
+qerrno enter_protocols(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
+    return is_read(ctx) ? enter_read(ctx) : remove_instance(ctx, node, target);
+}
+
+constexpr struct tmap_child_entry kProtocolsChildren[] = {{"protocol", parse_protocol, TMAP_CHILD_PROPAGATE}};
+constexpr struct tmap_node_cont_info kProtocols = {enter_protocols, refuse_child, kProtocolsChildren, 1,
+                                                   nullptr,         nullptr};
+
+qerrno parse_protocols(tvk_map_ctx ctx, const Node *node, Node *target) {
+    return tmap_high_container_parse(ctx, node, target, &kProtocols);
+}
+
+// Of the name there is no native copy but the key.
+qerrno enter_config(tvk_map_ctx ctx, const Node *, uint32_t, Node *) {
+    return is_read(ctx) ? enter_read(ctx) : TVK_OK;
+}
+
+constexpr LeafRule kInstanceRules[] = {{.tag = "name"}};
+constexpr LeafContainer kInstanceConfig = {kInstanceRules,     1,           &kInstanceList, "config",
+                                           kNetworkInstanceNs, enter_config};
+constexpr LeafContainer kInstanceState = {kInstanceRules, 1, &kInstanceList, "state", kNetworkInstanceNs, nullptr};
+
+qerrno handle_instance(tvk_map_ctx ctx, const Node *node, Node *target) {
+    return is_read(ctx) ? push_instances(ctx, kInstanceList) : remove_instance(ctx, node, target);
+}
+
+constexpr struct tmap_child_entry kInstanceChildren[] = {
+    {"name", handle_key<kInstanceList>, TMAP_CHILD_KEY},
+    {"config", Leaves<kInstanceConfig>::parse, TMAP_CHILD_PROPAGATE},
+    {"state", Leaves<kInstanceState>::parse, TMAP_CHILD_PROPAGATE},
+    {"protocols", parse_protocols, TMAP_CHILD_PROPAGATE},
+};
+constexpr struct tmap_key_entry kInstanceKeys[] = {{"name", kInstancePath, "config"}};
+constexpr struct tmap_node_list_info kInstance = {handle_instance, refuse_child, kInstanceChildren, kInstanceKeys, 4, 1,
+                                                  kInstancePath,   nullptr};
+
+qerrno parse_instance(tvk_map_ctx ctx, const Node *node, Node *target) {
+    return parse_list(ctx, node, target, &kInstance, kInstanceList);
+}
+
+// ---- network-instances ----
+
+qerrno enter_network_instances(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
+    return is_read(ctx) ? enter_read(ctx) : settle_container(ctx, node, target, "bgp/instances");
+}
+
+constexpr struct tmap_child_entry kNetworkInstancesChildren[] = {
+    {"network-instance", parse_instance, TMAP_CHILD_PROPAGATE}};
+constexpr struct tmap_node_cont_info kNetworkInstances = {
+    enter_network_instances, refuse_child, kNetworkInstancesChildren, 1, nullptr, nullptr};
+
+}  // namespace
+
+qerrno parse_network_instances(tvk_map_ctx ctx, const Node *node, Node *target) {
+    return parse_top(ctx, node, target, &kNetworkInstances, kNetworkInstanceNs);
+}
+
+}  // namespace bgp

@@ -1,0 +1,37 @@
+// The OpenConfig side: namespaces, the lists with their paths in the node hierarchy, and the parts of the mapping.
+#ifndef OPENCONFIG_BGP_OPENCONFIG_H
+#define OPENCONFIG_BGP_OPENCONFIG_H
+
+#include "leaf_rules.h"
+
+namespace bgp {
+
+using namespace mapping;
+
+inline constexpr char kNetworkInstanceNs[] = "http://openconfig.net/yang/network-instance";
+inline constexpr char kBgpNs[] = "http://openconfig.net/yang/bgp";
+inline constexpr char kBandwidthNs[] = "urn:example:bgp-bandwidth";  // augments a neighbor
+
+// Modules of identities.
+inline constexpr char kPolicyTypesNs[] = "http://openconfig.net/yang/policy-types";
+inline constexpr char kBgpTypesNs[] = "http://openconfig.net/yang/bgp-types";
+
+inline constexpr char kInstancePath[] = "/network-instances/network-instance";
+inline constexpr char kProtocolPath[] = "/network-instances/network-instance/protocols/protocol";
+inline constexpr char kNeighborPath[] = "/network-instances/network-instance/protocols/protocol/bgp/neighbors/neighbor";
+inline constexpr char kAfiSafiPath[] =
+    "/network-instances/network-instance/protocols/protocol/bgp/neighbors/neighbor/afi-safis/afi-safi";
+
+// From the outermost to the innermost.
+extern const ListShape kInstanceList;
+extern const ListShape kProtocolList;
+extern const ListShape kNeighborList;
+extern const ListShape kAfiSafiList;
+
+qerrno parse_network_instances(tvk_map_ctx ctx, const Node *node, Node *target);
+qerrno parse_bgp(tvk_map_ctx ctx, const Node *node, Node *target);
+qerrno parse_afi_safis(tvk_map_ctx ctx, const Node *node, Node *target);
+
+}  // namespace bgp
+
+#endif
