@@ -56,8 +56,8 @@ private:
 
     // Leaves reached null when the node is one that is left out.
     qerrno add_intermediate(const char *component, Node *&reached) {
-        const bool of_the_bundle = same_text(component, "lacp") || same_text(component, "bundle");
-        Node *parent = target_ && of_the_bundle ? target_.get() : current_;
+        const bool to_target = target_ && (same_text(component, "lacp") || same_text(component, "bundle"));
+        Node *parent = to_target ? target_.get() : current_;
         const Node *template_node = (last_.flags & TVK_ADD_TEMPLATE_ON_PATH) != 0 ? last_.template_node : nullptr;
         return tvk_map_datatree_add_subtree_flagged(ctx_, parent, component, last_.ns, nullptr, template_node, &reached,
                                                     0, last_.flags);

@@ -38,7 +38,7 @@ struct Addition {
 };
 
 bool platform_excludes(const char *tag) {
-    return std::strcmp(tag, "vrrp") == 0 &&
+    return tag[0] == 'v' && std::strcmp(tag, "vrrp") == 0 &&
            (platform_get_router_type() == 7 || platform_get_router_type() == 18 || platform_get_router_type() == 8);
 }
 
@@ -99,19 +99,22 @@ Match find_existing(const Addition &add, Node *&found) {
         add.found(*child);
         return keep_looking && child->subtree_index != 0 ? Match::kPassedOver : Match::kStopped;
     }
-    Match match = Match::kNone;
     for (Node &child : siblings) {
-        if (!is_candidate(add, child)) {
-            continue;
-        }
-        found = &child;
-        add.found(child);
-        if (!keep_looking || child.subtree_index == 0) {
+        // The number first: it is at hand, the texts of many numbered siblings are not.
+        if ((!keep_looking || child.subtree_index == 0) && is_candidate(add, child)) {
+            found = &child;
+            add.found(child);
             return Match::kStopped;
         }
-        match = Match::kPassedOver;
     }
-    return match;
+    for (std::size_t i = siblings.size(); keep_looking && i > 0; --i) {
+        if (Node &child = siblings[i - 1]; child.subtree_index != 0 && is_candidate(add, child)) {
+            found = &child;
+            add.found(child);
+            return Match::kPassedOver;
+        }
+    }
+    return Match::kNone;
 }
 
 qerrno give_data(const Addition &add, Node &node) {

@@ -19,16 +19,15 @@ tvk::EntryCandidates<Node> candidates(tvk_map_ctx ctx, Node &parent, const char 
 
 bool carries_key(const Node &entry, const tvk::KeyText &key) {
     for (const Node &child : tvk::children(entry)) {
-        if (tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_DATA) && same_text(child.tag, key.name) &&
-            same_text(child.data, key.value)) {
+        if (tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_DATA) && same_text(child.data, key.value) &&
+            same_text(child.tag, key.name)) {
             return true;
         }
     }
     return false;
 }
 
-Node *find_entry(tvk_map_ctx ctx, Node &parent, const char *list_name, const char *ns,
-                 const tvk::KeyText &key) {
+Node *find_entry(tvk_map_ctx ctx, Node &parent, const char *list_name, const char *ns, const tvk::KeyText &key) {
     auto entries = candidates(ctx, parent, list_name, key);
     while (Node *entry = entries.next()) {
         if (!tvk::has(*entry, TVK_HAS_TAG) || !tvk::has(*entry, TVK_HAS_NS) || !same_text(entry->tag, list_name) ||

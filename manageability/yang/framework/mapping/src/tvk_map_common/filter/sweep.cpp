@@ -22,8 +22,12 @@ bool clear_dropped(Node &node) {
     return cleared;
 }
 
-// What cannot be swept for want of memory goes whole: an answer may lack something, it may not show too much.
+// What cannot be swept for want of memory goes whole: an answer may lack something, it may not show too much. Children
+// that the node does not claim to have show nothing; they stay its own.
 void drop_children(tvk_map_ctx ctx, Node &node) {
+    if (!tvk::has(node, TVK_HAS_SUBTREES)) {
+        return;
+    }
     tvk::forget_index(ctx);
     for (Node &child : tvk::children(node)) {
         tvk::free_contents(child);

@@ -75,8 +75,15 @@ struct tvk_map_children_index {
     std::span<Parent> all() { return {parents, count}; }
 
     Parent *find(const Node *array) {
+        if (recent < count && parents[recent].array == array) {
+            return parents + recent;
+        }
         Parent *at = std::ranges::lower_bound(parents, parents + count, array, {}, &Parent::array);
-        return at != parents + count && at->array == array ? at : nullptr;
+        if (at == parents + count || at->array != array) {
+            return nullptr;
+        }
+        recent = static_cast<std::size_t>(at - parents);
+        return at;
     }
 
     Parent *insert(const Node *array) {
@@ -131,6 +138,7 @@ private:
     Parent parents[kMaxParents];
     std::size_t count;
     std::size_t victim;
+    std::size_t recent;  // most often the next one that is looked for, too
 };
 
 namespace {

@@ -12,16 +12,26 @@ bool tvk::TagGroups::take_in(std::span<const Node> children) {
     return true;
 }
 
-tvk::TagPlaces tvk::TagGroups::find(std::span<const Node> children, const char *tag) const {
-    const Group *group = group_of(children, tag, hash_text(tag));
+tvk::TagPlaces tvk::TagGroups::find(std::span<const Node> children, const char *tag) {
+    const Group *group = group_of(children, tag, nullptr);
     return group != nullptr ? group->places : TagPlaces{};
 }
 
-tvk::TagGroups::Group *tvk::TagGroups::group_of(std::span<const Node> children, const char *tag,
-                                                std::uint32_t hash) const {
-    for (Group *group = groups_.first(hash); group != nullptr; group = groups_.next(*group)) {
-        if (same_text(children[static_cast<std::size_t>(group->places.first)].tag, tag)) {
-            return group;
+// The group that was asked for last is most often the next one, too.
+tvk::TagGroups::Group *tvk::TagGroups::group_of(std::span<const Node> children, const char *tag, std::uint32_t *hash) {
+    const auto is_of_tag = [&](const Group &group) {
+        return same_text(children[static_cast<std::size_t>(group.places.last)].tag, tag);
+    };
+    if (recent_ != nullptr && is_of_tag(*recent_)) {
+        return recent_;
+    }
+    const std::uint32_t tag_hash = hash_text(tag);
+    if (hash != nullptr) {
+        *hash = tag_hash;
+    }
+    for (Group *group = groups_.first(tag_hash); group != nullptr; group = groups_.next(*group)) {
+        if (is_of_tag(*group)) {
+            return recent_ = group;
         }
     }
     return nullptr;
@@ -29,15 +39,15 @@ tvk::TagGroups::Group *tvk::TagGroups::group_of(std::span<const Node> children, 
 
 bool tvk::TagGroups::add(std::span<const Node> children, std::int32_t position) {
     const Node &child = children[static_cast<std::size_t>(position)];
-    const std::uint32_t hash = hash_text(child.tag);
     const bool unnumbered = child.subtree_index == 0;
-    if (Group *group = group_of(children, child.tag, hash); group != nullptr) {
-        ++group->count;
+    std::uint32_t hash = 0;
+    if (Group *group = group_of(children, child.tag, &hash); group != nullptr) {
         group->places.last = position;
         if (unnumbered && group->places.first_unnumbered < 0) {
             group->places.first_unnumbered = position;
         }
         return true;
     }
-    return groups_.insert({hash, 1, {position, position, unnumbered ? position : -1}});
+    recent_ = nullptr;  // the table may move
+    return groups_.insert({hash, true, {position, position, unnumbered ? position : -1}});
 }

@@ -22,23 +22,25 @@ public:
     // there is no memory.
     bool take_in(std::span<const Node> children);
 
-    TagPlaces find(std::span<const Node> children, const char *tag) const;
+    TagPlaces find(std::span<const Node> children, const char *tag);
 
     std::size_t known() const { return known_; }
 
 private:
     struct Group {
         std::uint32_t hash;
-        std::int32_t count;
+        bool used;
         TagPlaces places;
 
-        bool is_empty() const { return count == 0; }
+        bool is_empty() const { return !used; }
     };
 
-    Group *group_of(std::span<const Node> children, const char *tag, std::uint32_t hash) const;
+    // Tells the tag's hash where it had to be made.
+    Group *group_of(std::span<const Node> children, const char *tag, std::uint32_t *hash);
     bool add(std::span<const Node> children, std::int32_t position);
 
     ProbeTable<Group> groups_;
+    Group *recent_ = nullptr;
     std::size_t known_ = 0;
 };
 

@@ -19,7 +19,7 @@ inline std::uint32_t hash_text(std::string_view text, std::uint32_t seed = 0) {
         hash = (hash ^ word) * kFactor;
         hash ^= hash >> 32;
     }
-    return static_cast<std::uint32_t>(hash);
+    return static_cast<std::uint32_t>(hash * kFactor >> 32);
 }
 
 }  // namespace tvk

@@ -9,7 +9,7 @@ namespace tvk {
 // Cuts a writable path at "/" as it goes, one component ahead. Empty components vanish.
 class Components {
 public:
-    explicit Components(char *path) : current_(strtok_r(path, "/", &rest_)) { look_ahead(); }
+    explicit Components(char *path) : rest_(path), current_(cut()), next_(cut()) {}
 
     // Null at the end.
     char *current() const { return current_; }
@@ -18,16 +18,37 @@ public:
 
     void advance() {
         current_ = next_;
-        look_ahead();
+        next_ = cut();
     }
 
 private:
-    void look_ahead() { next_ = current_ != nullptr ? strtok_r(nullptr, "/", &rest_) : nullptr; }
+    char *cut() {
+        while (*rest_ == '/') {
+            ++rest_;
+        }
+        char *const component = rest_;
+        rest_ = strchrnul(rest_, '/');
+        if (*rest_ == '/') {
+            *rest_++ = '\0';
+        }
+        return *component != '\0' ? component : nullptr;
+    }
 
-    char *rest_ = nullptr;
+    char *rest_;
     char *current_;
-    char *next_ = nullptr;
+    char *next_;
 };
+
+// The last component of a writable path, which ends behind it; null when there is none.
+inline char *last_component(char *path) {
+    std::size_t length = std::strlen(path);
+    while (length > 0 && path[length - 1] == '/') {
+        path[--length] = '\0';
+    }
+    char *separator = std::strrchr(path, '/');
+    char *component = separator != nullptr ? separator + 1 : path;
+    return *component != '\0' ? component : nullptr;
+}
 
 }  // namespace tvk
 

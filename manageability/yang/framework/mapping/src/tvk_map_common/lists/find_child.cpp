@@ -20,21 +20,19 @@ qerrno tvk_map_datatree_get_subtree(const struct qidl_tvk_datatree *parent, cons
         if (child.tag == nullptr) {
             return TVK_ERR_INVALID;
         }
+        // Values tell apart more children than tags do, and not all children have one.
+        if (data != nullptr && !(tvk::has(child, TVK_HAS_DATA) && tvk::same_text(child.data, data))) {
+            continue;
+        }
         if (!tvk::same_text(child.tag, tag)) {
             continue;
         }
-        if (data == nullptr) {
-            // By tag alone the first child decides, and it must be of the namespace.
-            if (ns != nullptr && !tvk::same_text(child.ns, ns)) {
-                return TVK_ERR_INVALID;
-            }
-            *found = &child;
-            return TVK_OK;
+        // By tag alone the first child decides, and it must be of the namespace.
+        if (data == nullptr && ns != nullptr && !tvk::same_text(child.ns, ns)) {
+            return TVK_ERR_INVALID;
         }
-        if (tvk::has(child, TVK_HAS_DATA) && tvk::same_text(child.data, data)) {
-            *found = &child;
-            return TVK_OK;
-        }
+        *found = &child;
+        return TVK_OK;
     }
     return TVK_ERR_INVALID;
 }

@@ -1,5 +1,4 @@
 // Finding a list entry by its key, and adding it where it is missing.
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 
@@ -52,8 +51,7 @@ qerrno tvk_map_iterate_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **no
     if (copy == nullptr) {
         return TVK_ERR_NOT_FOUND;
     }
-    char *entry_name = nullptr;
-    tvk_map_get_last_token_from_path(ctx, copy.get(), &entry_name);
+    const char *const entry_name = tvk::last_component(copy.get());
     if (tvk::lost_children(**node)) {
         TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
         TVK_ERR(ctx, "Failed to get subtrees!");
@@ -107,7 +105,10 @@ qerrno add_entry(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey 
     if (entry_status == TVK_ERR_NO_MEMORY) {
         return entry_status;
     }
-    std::snprintf(key_path, size, "%s/%s", key.list_path, key.name);
+    const std::size_t list_length = std::strlen(key.list_path);
+    std::memcpy(key_path, key.list_path, list_length);
+    key_path[list_length] = '/';
+    std::memcpy(key_path + list_length + 1, key.name, size - list_length - 1);
     return tvk_map_datatree_add_path_flagged(ctx, root, key_path, key.ns, key.value, nullptr, nullptr, 0, 0);
 }
 

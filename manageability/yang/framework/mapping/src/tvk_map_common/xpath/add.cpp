@@ -73,7 +73,7 @@ private:
     }
 
     qerrno add_entry(std::string_view step) {
-        tvk::KeyGroups keys{};
+        tvk::KeyGroups keys;
         if (!tvk::tvk_map_get_key_value_info(step, keys)) {
             return TVK_ERR_INVALID;
         }

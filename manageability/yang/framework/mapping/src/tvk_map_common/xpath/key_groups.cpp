@@ -9,15 +9,9 @@ bool is_separator(char c) {
     return c == '[' || c == ']' || c == '=';
 }
 
-template <std::size_t kSize>
-bool copy_range(char (&destination)[kSize], const char *begin, const char *end) {
-    const auto length = static_cast<std::size_t>(end - begin);
-    if (length >= kSize) {
-        return false;
-    }
-    std::memcpy(destination, begin, length);
-    destination[length] = '\0';
-    return true;
+void copy(char *destination, std::string_view text) {
+    std::memcpy(destination, text.data(), text.size());
+    destination[text.size()] = '\0';
 }
 
 }  // namespace
@@ -32,48 +26,93 @@ void tvk::Steps::advance() {
     cut();
 }
 
+// Steps are short: looking at each character is quicker than calling for them.
 void tvk::Steps::cut() {
-    at_ += std::strspn(at_, "/");
-    length_ = std::strcspn(at_, "/");
-    keyed_ = std::memchr(at_, '[', length_) != nullptr;
+    while (*at_ == '/') {
+        ++at_;
+    }
+    const char *end = at_;
+    keyed_ = false;
+    for (; *end != '/' && *end != '\0'; ++end) {
+        keyed_ = keyed_ || *end == '[';
+    }
     if (keyed_) {
         const char *close = std::strstr(at_, "]/");
         open_ = close == nullptr;
-        length_ = open_ ? std::strlen(at_) : static_cast<std::size_t>(close + 1 - at_);
+        end = open_ ? end + std::strlen(end) : close + 1;
     }
+    length_ = static_cast<std::size_t>(end - at_);
 }
 
 std::string_view tvk::list_name(std::string_view keyed_step) {
     return {keyed_step.data(), keyed_step.find('[')};
 }
 
+namespace {
+
+// Goes through the keys of a keyed step.
+class KeyCursor {
+public:
+    explicit KeyCursor(std::string_view keyed_step)
+        : at_(keyed_step.data() + keyed_step.find('[')), end_(keyed_step.data() + keyed_step.size()) {}
+
+    // False at the end.
+    bool advance() {
+        const char *name = std::find_if_not(at_, end_, is_separator);
+        if (name == end_) {
+            return false;
+        }
+        const char *name_end = std::find_if(name, end_, is_separator);
+        // A name that its bracket closes has no value.
+        const bool has_value = name_end != end_ && *name_end != ']';
+        const char *value = has_value ? name_end + 1 : name_end;
+        at_ = has_value ? std::find(value, end_, ']') : value;
+        name_ = {name, static_cast<std::size_t>(name_end - name)};
+        value_ = {value, static_cast<std::size_t>(at_ - value)};
+        return true;
+    }
+
+    std::string_view name() const { return name_; }
+    std::string_view value() const { return value_; }
+    bool fits() const {
+        return name_.size() < sizeof tvk::KeyGroup::name && value_.size() < sizeof tvk::KeyGroup::value;
+    }
+
+private:
+    const char *at_;
+    const char *end_;
+    std::string_view name_;
+    std::string_view value_;
+};
+
+// How many keys a step has; more than there may be when one is too long.
+std::size_t count_keys(std::string_view keyed_step) {
+    std::size_t count = 0;
+    for (KeyCursor key{keyed_step}; key.advance(); ++count) {
+        if (!key.fits()) {
+            return TVK_MAP_XPATH_MAX_KEYS + 1;
+        }
+    }
+    return count;
+}
+
+}  // namespace
+
 bool tvk::tvk_map_get_key_value_info(std::string_view keyed_step, KeyGroups &keys) {
     keys.count = 0;
-    const char *const end = keyed_step.data() + keyed_step.size();
-    const char *name = keyed_step.data() + keyed_step.find('[');
-    while ((name = std::find_if_not(name, end, is_separator)) != end) {
-        if (keys.count == TVK_MAP_XPATH_MAX_KEYS) {
+    for (KeyCursor key{keyed_step}; key.advance(); ++keys.count) {
+        if (keys.count == TVK_MAP_XPATH_MAX_KEYS || !key.fits()) {
             return false;
         }
-        KeyGroup &key = keys.groups[keys.count];
-        const char *name_end = std::find_if(name, end, is_separator);
-        // A name that its bracket closes has no value.
-        const bool has_value = name_end != end && *name_end != ']';
-        const char *value = has_value ? name_end + 1 : name_end;
-        const char *value_end = has_value ? std::find(value, end, ']') : value;
-        if (!copy_range(key.name, name, name_end) || !copy_range(key.value, value, value_end)) {
-            return false;
-        }
-        ++keys.count;
-        name = value_end;
+        copy(keys.groups[keys.count].name, key.name());
+        copy(keys.groups[keys.count].value, key.value());
     }
     return true;
 }
 
 bool tvk::has_usable_steps(const char *path) {
     for (Steps steps{path}; !steps.at_end(); steps.advance()) {
-        KeyGroups keys{};
-        if (steps.is_keyed() && (steps.is_open() || !tvk_map_get_key_value_info(steps.text(), keys))) {
+        if (steps.is_keyed() && (steps.is_open() || count_keys(steps.text()) > TVK_MAP_XPATH_MAX_KEYS)) {
             return false;
         }
     }

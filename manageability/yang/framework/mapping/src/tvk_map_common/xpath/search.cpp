@@ -71,10 +71,10 @@ qerrno find_entry(tvk_map_ctx ctx, Node &node, std::string_view step, bool addin
         if (entry->tag == nullptr) {
             return TVK_ERR_NOT_FOUND;
         }
-        if (std::strcmp(entry->tag, name.get()) != 0 || (adding && is_going(*entry))) {
-            continue;
-        }
-        if (const qerrno status = compare_keys(ctx, *entry, keys); status != TVK_ERR_NOT_PRESENT) {
+        // Keys tell apart more entries than names do.
+        const qerrno status = compare_keys(ctx, *entry, keys);
+        if (status != TVK_ERR_NOT_PRESENT && std::strcmp(entry->tag, name.get()) == 0 &&
+            !(adding && is_going(*entry))) {
             found = entry;
             return status;
         }
