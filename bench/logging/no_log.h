@@ -1,0 +1,14 @@
+// Included before everything else: the library's messages are then empty, and no sink wants one. What a message
+// mentions is still compiled, and never run.
+#include "tvk_diagnostics.h"
+
+#define tvk_debug_should_log(log_filter, level) 0
+#include "tvk_map_common/internal/log.h"
+
+#undef TVK_LOG_
+#define TVK_LOG_(ctx, level, handle, name, body, ...)                                     \
+    do {                                                                                  \
+        if (false) {                                                                      \
+            ::tvk::trace_line((ctx)->trace_handle, name body __VA_OPT__(, ) __VA_ARGS__); \
+        }                                                                                 \
+    } while (false)

@@ -1,0 +1,66 @@
+// The library's side: a request as a framework would make it, and the trees that the benchmarks build.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "framework.h"
+#include "harness.h"
+#include "qidl_tvk_datatree.h"
+#include "tree_holder.h"
+#include "tvk_map_types.h"
+
+namespace tvk::bench {
+
+using Node = qidl_tvk_datatree;
+
+enum class Index : uint32_t { kOff = 0, kOn = 16 };
+
+struct Variant {
+    const char *name;
+    Index index;
+    std::size_t largest;
+
+    std::vector<std::size_t> sizes() const { return sizes_up_to(largest); }
+};
+
+// With the index over children, and without it.
+inline constexpr Variant kVariants[] = {{"tvk_map", Index::kOn, kLargest},
+                                        {"tvk_map_scan", Index::kOff, kLargestQuadratic}};
+
+// A request with its tree, released in the order that both need.
+class Build {
+public:
+    explicit Build(Index index = Index::kOn, uint32_t request_type = TVK_REQUEST_EDIT_CONFIG)
+        : framework_(false), request_(framework_, request_type) {
+        request_.ctx()->index_children_from = static_cast<uint32_t>(index);
+    }
+
+    Node &root() { return tree_.root(); }
+    Node &top() { return *tree_.root().subtrees; }
+    tvk_map_ctx ctx() { return request_.ctx(); }
+
+private:
+    tool::TreeHolder tree_;
+    tool::Framework framework_;
+    tool::RequestScope request_;
+};
+
+// Exported operations take some texts as writable and do not write them.
+inline char *text(const char *constant) {
+    return const_cast<char *>(constant);
+}
+
+// Throws for a status that is no success.
+void check(qerrno status);
+
+// Adds the container around the entries, or all of an entry below it, by the handles of its nodes: nothing is looked
+// for among the entries.
+Node &add_top(Build &build);
+void add_entry(Build &build, Node &top, std::size_t entry);
+void add_entries(Build &build, std::size_t entries);
+
+// The nodes below root.
+std::size_t count_nodes(const Node &root);
+
+}  // namespace tvk::bench
