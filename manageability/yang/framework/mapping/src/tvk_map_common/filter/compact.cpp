@@ -13,14 +13,11 @@ void clear(Node &record) {
     tvk::reset(record);
 }
 
-// A gap, cleared, takes over what record holds. When that fails both are cleared.
-bool move(Node &gap, Node &record) {
-    const bool copied = qidl_tvk_datatree_duplicate(&gap, &record, tvk_gpb_alloc, nullptr) == TVK_OK;
-    if (!copied) {
-        clear(gap);
-    }
-    clear(record);
-    return copied;
+// A gap, cleared, takes over what record holds, as it stands: what is kept needs no copy, and cannot get lost for want
+// of memory.
+void move(Node &gap, Node &record) {
+    gap = record;
+    tvk::reset(record);
 }
 
 }  // namespace
@@ -35,9 +32,12 @@ uint32_t tvk_map_datatree_remove_null_subtrees(tvk_map_ctx ctx, struct qidl_tvk_
     for (Node &child : children) {
         if (!tvk::has(child, TVK_HAS_TAG)) {
             clear(child);
-        } else if (Node &slot = children[kept]; &slot == &child || move(slot, child)) {
-            ++kept;
+            continue;
         }
+        if (Node &slot = children[kept]; &slot != &child) {
+            move(slot, child);
+        }
+        ++kept;
     }
     if (kept < children.size()) {
         node->subtree_count = static_cast<std::int32_t>(kept);

@@ -169,14 +169,17 @@ IndexedChildren *indexed(tvk_map_ctx ctx, std::span<const Node> children) {
     return &known;
 }
 
-EntryTable *table_for(IndexedChildren &known, const char *tag, std::span<const KeyText> keys) {
+// Making a table of many entries takes longer than looking through them once, so it is made for the second search.
+constexpr std::size_t kManyEntries = 64;
+
+EntryTable *table_for(IndexedChildren &known, const char *tag, std::span<const KeyText> keys, std::size_t entries) {
     for (EntryTable *&table : known.tables) {
         if (table == nullptr) {
             table = make<EntryTable>();
             if (table != nullptr && !table->set_up(tag, keys)) {
                 destroy(table);
             }
-            return table;
+            return entries < kManyEntries ? table : nullptr;
         }
         if (table->is_for(tag, keys)) {
             return table;
@@ -221,7 +224,7 @@ bool tvk::find_places(tvk_map_ctx ctx, std::span<const Node> children, const cha
 const tvk::EntryTable *tvk::find_entry_table(tvk_map_ctx ctx, std::span<const Node> children, const char *tag,
                                              std::span<const KeyText> keys) {
     IndexedChildren *known = has_texts(keys) ? indexed(ctx, children) : nullptr;
-    EntryTable *table = known != nullptr ? table_for(*known, tag, keys) : nullptr;
+    EntryTable *table = known != nullptr ? table_for(*known, tag, keys, children.size()) : nullptr;
     if (table != nullptr) {
         table->take_in(children);
     }
