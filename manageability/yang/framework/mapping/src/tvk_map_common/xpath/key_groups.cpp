@@ -1,6 +1,5 @@
 #include "tvk_map_common/xpath/key_groups.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -26,18 +25,14 @@ void tvk::Steps::advance() {
     cut();
 }
 
-// Steps are short: looking at each character is quicker than calling for them.
 void tvk::Steps::cut() {
     while (*at_ == '/') {
         ++at_;
     }
-    const char *end = at_;
-    keyed_ = false;
-    for (; *end != '/' && *end != '\0'; ++end) {
-        keyed_ = keyed_ || *end == '[';
-    }
+    const char *end = strchrnul(at_, '/');
+    keyed_ = std::memchr(at_, '[', static_cast<std::size_t>(end - at_)) != nullptr;
     if (keyed_) {
-        const char *close = std::strstr(at_, "]/");
+        const char *close = std::strstr(end - 1, "]/");  // a value may hold "/"
         open_ = close == nullptr;
         end = open_ ? end + std::strlen(end) : close + 1;
     }
@@ -58,15 +53,21 @@ public:
 
     // False at the end.
     bool advance() {
-        const char *name = std::find_if_not(at_, end_, is_separator);
+        const char *name = at_;
+        while (name != end_ && is_separator(*name)) {
+            ++name;
+        }
         if (name == end_) {
             return false;
         }
-        const char *name_end = std::find_if(name, end_, is_separator);
+        const char *name_end = name;
+        while (name_end != end_ && !is_separator(*name_end)) {
+            ++name_end;
+        }
         // A name that its bracket closes has no value.
         const bool has_value = name_end != end_ && *name_end != ']';
         const char *value = has_value ? name_end + 1 : name_end;
-        at_ = has_value ? std::find(value, end_, ']') : value;
+        at_ = has_value ? find_close(value) : value;
         name_ = {name, static_cast<std::size_t>(name_end - name)};
         value_ = {value, static_cast<std::size_t>(at_ - value)};
         return true;
@@ -79,6 +80,11 @@ public:
     }
 
 private:
+    const char *find_close(const char *value) const {
+        const void *close = std::memchr(value, ']', static_cast<std::size_t>(end_ - value));
+        return close != nullptr ? static_cast<const char *>(close) : end_;
+    }
+
     const char *at_;
     const char *end_;
     std::string_view name_;
