@@ -16,6 +16,22 @@ constexpr char kTag[] = "example mapping";
 // when the walk goes from an inner list back to an outer one, which is still being answered.
 constexpr int kInstanceSlots = 8;
 
+// Where they hold the first failure of an answer. A propagation ignores what handlers return, and the response would
+// be sent with half of an entry, or an identity of no module.
+constexpr int kFailureSlot = 16;
+
+qerrno noted(tvk_map_ctx ctx, qerrno status) {
+    void *&failure = ctx->current_list_slot_first[kFailureSlot];
+    if (failure == nullptr) {
+        failure = reinterpret_cast<void *>(static_cast<uintptr_t>(status));
+    }
+    return status;
+}
+
+qerrno noted_failure(tvk_map_ctx ctx) {
+    return static_cast<qerrno>(reinterpret_cast<uintptr_t>(ctx->current_list_slot_first[kFailureSlot]));
+}
+
 struct Instances {
     Node *nodes;
     uint32_t count;
@@ -196,7 +212,7 @@ qerrno parse_list(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_lis
     // After a failure the walk goes on below a list of which no instance has begun.
     set_instance(ctx, list.level, nullptr);
     Instances instances{nullptr, 0};
-    qerrno status = find_instances(ctx, *node, list, is_own, instances);
+    qerrno status = noted(ctx, find_instances(ctx, *node, list, is_own, instances));
     if (status == TVK_OK) {
         ctx->current_list_slot_first[kInstanceSlots + list.level] = &instances;
         status = tmap_high_list_parse(ctx, node, target, info);
@@ -217,7 +233,7 @@ qerrno push_instances(tvk_map_ctx ctx, const ListShape &list) {
     const uint32_t size = tvk_map_util_itree_stack_size(ctx);
     tvk_map_util_itree_stack_push(ctx, instances->nodes, instances->count,
                                   reinterpret_cast<uintptr_t>(kBegin[list.level]));
-    return tvk_map_util_itree_stack_size(ctx) > size ? TVK_OK : TVK_ERR_NO_MEMORY;
+    return noted(ctx, tvk_map_util_itree_stack_size(ctx) > size ? TVK_OK : TVK_ERR_NO_MEMORY);
 }
 
 void clear_pending(tvk_map_ctx ctx) {
@@ -253,12 +269,13 @@ qerrno answer_value(tvk_map_ctx ctx, Node *target, const Answer &answer) {
     if (status == TVK_OK && answer.is_default && leaf != nullptr && leaf->attribute_count == 0) {
         status = tag_as_default(leaf);
     }
-    return status;
+    return noted(ctx, status);
 }
 
 qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns) {
     Node *top = target;
     qerrno status = TVK_OK;
+    ctx->current_list_slot_first[kFailureSlot] = nullptr;
     if (is_read(ctx)) {
         status = tvk_map_datatree_add_subtree(ctx, target, node->tag, ns, nullptr, nullptr, &top, 0);
     }
@@ -267,7 +284,7 @@ qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont
     }
     clear_pending(ctx);
     tvk_map_datatree_reset_trim_path_ctx(ctx);
-    return status;
+    return status != TVK_OK ? status : noted_failure(ctx);
 }
 
 }  // namespace mapping

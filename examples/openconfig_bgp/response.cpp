@@ -28,10 +28,13 @@ bool append_steps(tvk_map_ctx ctx, const ListShape &list, char (&xpath)[TVK_MAP_
     return length < static_cast<int>(sizeof steps) && tvk_strcat_s(__func__, xpath, sizeof xpath, steps) == 0;
 }
 
-// Says of which module an identity among the keys is.
+// Says of which module an identity among the keys is. An entry is added even if there is no memory for a key of it.
 qerrno qualify_key(tvk_map_ctx ctx, const Node *entry, const char *tag, const char *value_ns) {
     const Node *key = find(entry, tag);
-    if (value_ns == nullptr || key == nullptr || key->data_ns != nullptr) {
+    if (key == nullptr) {
+        return TVK_ERR_NO_MEMORY;
+    }
+    if (value_ns == nullptr || key->data_ns != nullptr) {
         return TVK_OK;
     }
     char path[TVK_MAP_MAX_PATH];

@@ -51,6 +51,10 @@ struct tvk_map_module {
 
 typedef const struct tvk_map_module *(*tvk_map_module_get_fp)(void);
 
+/*
+ * What a mapping module exports to be loaded as one: returns its table, never null. It is called once, before any
+ * handler of the table.
+ */
 #if defined(__GNUC__)
 __attribute__((visibility("default")))
 #endif

@@ -68,7 +68,7 @@ bool push(tvk_map_ctx ctx, const tvk_map_itree_item &contents) {
     }
     *item = contents;
     target->items[target->item_count++] = item;
-    new_stack.release();
+    static_cast<void>(new_stack.release());  // it is the state's now
     stack = target;
     return true;
 }

@@ -30,6 +30,9 @@ Node *make_root() {
         return nullptr;
     }
     root->tag = tvk_strdup("root", "TVK_MAP");
+    if (root->tag == nullptr) {
+        return nullptr;
+    }
     tvk::set_present(*root, TVK_HAS_TAG);
     link_to_parent(*root, nullptr);
     return root.release();

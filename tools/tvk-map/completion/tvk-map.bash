@@ -1,0 +1,63 @@
+# Completion of tvk-map for bash.
+
+_tvk_map_modules() {
+  local folder file program
+  local -a folders
+  IFS=: read -r -a folders <<<"${TVK_MAP_MODULE_PATH-}"
+  program=$(command -v -- "${COMP_WORDS[0]}") && program=$(readlink -f -- "$program") &&
+    folders+=("${program%/*}"/../lib/tvk-map "${program%/*}"/../lib/*/tvk-map)
+  for folder in "${folders[@]}"; do
+    for file in "$folder"/*.so; do
+      [ -e "$file" ] && basename "$file" .so
+    done
+  done
+}
+
+# What begins with the current word: of a list of words, or of the files and folders.
+_tvk_map_words() {
+  mapfile -t COMPREPLY < <(compgen -W "$1" -- "$current")
+}
+_tvk_map_files() {
+  compopt -o filenames 2>/dev/null
+  mapfile -t COMPREPLY < <(compgen -d -- "$current"; compgen -f -X "!*.$1" -- "$current")
+}
+
+_tvk_map() {
+  local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
+  COMPREPLY=()
+  if [ "$COMP_CWORD" -eq 1 ]; then
+    _tvk_map_words "edit get print --help --version"
+    return
+  fi
+  # Bash makes three words of --option=value.
+  if [ "$current" = = ]; then
+    current=
+  elif [ "$before" = = ]; then
+    before=${COMP_WORDS[COMP_CWORD - 2]}
+  fi
+  case $before in
+    --mapping)
+      case $current in
+        */*) _tvk_map_files so ;;
+        *) _tvk_map_words "$(_tvk_map_modules)" ;;
+      esac
+      return
+      ;;
+    --phase)
+      _tvk_map_words "mark container"
+      return
+      ;;
+    --with-defaults)
+      _tvk_map_words "report-all report-all-tagged trim explicit"
+      return
+      ;;
+  esac
+  case $command:$current in
+    edit:-?*) _tvk_map_words "--mapping --into --tree --trace --help" ;;
+    get:-?*) _tvk_map_words "--mapping --native --phase --with-defaults --tree --trace --help" ;;
+    print:-?*) _tvk_map_words "--namespaces --help" ;;
+    *) _tvk_map_files xml ;;
+  esac
+}
+
+complete -F _tvk_map tvk-map
