@@ -19,9 +19,12 @@ std::vector<xmlNode *> find_data(const XmlDocument &document) {
 
 }  // namespace
 
-void read_data(const std::string &path, TreeHolder &data) {
-    const XmlDocument document = XmlDocument::read(path);
+void decode_data(const XmlDocument &document, TreeHolder &data) {
     decode_elements(document, find_data(document), Values::kAsWritten, data.root());
+}
+
+void read_data(const std::string &path, TreeHolder &data) {
+    decode_data(XmlDocument::read(path), data);
 }
 
 }  // namespace tvk::tool

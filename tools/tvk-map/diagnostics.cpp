@@ -9,8 +9,21 @@ namespace tvk::tool {
 
 namespace {
 
+// A reason may quote a document, which has texts of any length. Cut between characters of UTF-8.
+std::string shortened(const std::string &reason) {
+    constexpr size_t kMaxReason = 1000;
+    if (reason.size() <= kMaxReason) {
+        return reason;
+    }
+    size_t end = kMaxReason;
+    while (end > 0 && (static_cast<unsigned char>(reason[end]) & 0xc0) == 0x80) {
+        --end;
+    }
+    return reason.substr(0, end) + "...";
+}
+
 std::string located(const std::string &file, long line, const std::string &reason) {
-    return line > 0 ? file + ":" + std::to_string(line) + ": " + reason : file + ": " + reason;
+    return (line > 0 ? file + ":" + std::to_string(line) : file) + ": " + shortened(reason);
 }
 
 bool colour_wanted() {

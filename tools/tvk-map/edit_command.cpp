@@ -1,10 +1,7 @@
 #include "edit_command.h"
 
-#include <optional>
-
 #include "data_file.h"
 #include "edit_request.h"
-#include "mapping_run.h"
 #include "output.h"
 #include "xml_decode.h"
 #include "xml_encode.h"
@@ -13,9 +10,14 @@ namespace tvk::tool {
 
 namespace {
 
-// Returns the message id of the request.
-std::optional<std::string> read_request(const std::string &path, TreeHolder &request) {
-    const XmlDocument document = XmlDocument::read(path);
+std::optional<RpcError> edit(const MappingModule &module, Framework &framework, RequestTrees &trees) {
+    RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
+    return walk(module, scope, trees.request, trees.native, Unmapped::kRefused);
+}
+
+}  // namespace
+
+std::optional<std::string> read_edit(const XmlDocument &document, TreeHolder &request) {
     EditPayload payload = find_edit_payload(document);
     decode_elements(document, payload.tops, Values::kAsWritten, request.root());
     for (Node &top : request.tops()) {
@@ -27,27 +29,25 @@ std::optional<std::string> read_request(const std::string &path, TreeHolder &req
     return payload.message_id;
 }
 
-std::optional<RpcError> edit(const MappingModule &module, RequestTrees &trees, bool trace) {
-    Framework framework(trace);
-    RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
-    return walk(module, scope, trees.request, trees.native, Unmapped::kRefused);
+Reply answer_edit(const MappingModule &module, Framework &framework, RequestTrees &trees,
+                  const std::optional<std::string> &message_id, bool tree) {
+    if (const std::optional<RpcError> error = edit(module, framework, trees)) {
+        return refusal(*error, message_id);
+    }
+    const Node &result = trees.native.root();
+    return encoded([&] { return tree ? tree_listing(result) : encode_config(result); }, message_id);
 }
-
-}  // namespace
 
 int run_edit(const EditOptions &options) {
     check_inputs(options.request, options.into, "only one of REQUEST and --into can be standard input");
     const MappingModule module = MappingModule::load(options.mapping);
     RequestTrees trees;
-    const std::optional<std::string> message_id = read_request(options.request, trees.request);
+    const std::optional<std::string> message_id = read_edit(XmlDocument::read(options.request), trees.request);
     if (!options.into.empty()) {
         read_data(options.into, trees.native);
     }
-    if (const std::optional<RpcError> error = edit(module, trees, options.trace)) {
-        return refuse(*error, message_id);
-    }
-    const Node &result = trees.native.root();
-    return print_result([&] { return options.tree ? tree_listing(result) : encode_config(result); }, message_id);
+    Framework framework(options.trace);
+    return print(answer_edit(module, framework, trees, message_id, options.tree));
 }
 
 }  // namespace tvk::tool

@@ -1,7 +1,11 @@
 // tvk-map edit: an edit request through a mapping, to the native tree that comes out.
 #pragma once
 
+#include <optional>
 #include <string>
+
+#include "mapping_run.h"
+#include "xml_document.h"
 
 namespace tvk::tool {
 
@@ -15,5 +19,11 @@ struct EditOptions {
 
 // Returns the exit status. Throws UsageError.
 int run_edit(const EditOptions &options);
+
+// The steps between the command's files and its output. The first decodes the request into a tree without nodes, and
+// returns its message id; it throws UsageError.
+std::optional<std::string> read_edit(const XmlDocument &document, TreeHolder &request);
+Reply answer_edit(const MappingModule &module, Framework &framework, RequestTrees &trees,
+                  const std::optional<std::string> &message_id, bool tree);
 
 }  // namespace tvk::tool

@@ -1,5 +1,6 @@
 #include "edit_request.h"
 
+#include "namespaces.h"
 #include "operation.h"
 #include "rpc_envelope.h"
 
@@ -19,6 +20,13 @@ std::optional<uint32_t> default_operation_of(const XmlDocument &document, const 
     return index_of_name(kOperationNames, text);
 }
 
+std::vector<xmlNode *> open_config(const XmlDocument &document, const xmlNode *config) {
+    if (xmlHasNsProp(config, as_xml("operation"), as_xml(kNetconfNamespace)) != nullptr) {
+        document.fail(config, "<config> carries an operation, which only the nodes in it can");
+    }
+    return document.child_elements(config);
+}
+
 // An <edit-config>, or a <copy-config> with the configuration itself as its source.
 void read_operation(const XmlDocument &document, const xmlNode *operation, EditPayload &payload) {
     const xmlNode *place = operation;
@@ -30,7 +38,7 @@ void read_operation(const XmlDocument &document, const xmlNode *operation, EditP
     if (config == nullptr) {
         document.fail(place, named(place) + " holds no <config>");
     }
-    payload.tops = document.child_elements(config);
+    payload.tops = open_config(document, config);
     if (is_envelope(operation, "edit-config")) {
         payload.default_operation = default_operation_of(document, operation);
     }
@@ -44,7 +52,7 @@ void read_rpc(const XmlDocument &document, xmlNode *element, EditPayload &payloa
     const Rpc rpc = open_rpc(document, element);
     payload.message_id = rpc.message_id;
     if (is_envelope(rpc.operation, "config")) {
-        payload.tops = document.child_elements(rpc.operation);
+        payload.tops = open_config(document, rpc.operation);
     } else if (is_edit_operation(rpc.operation)) {
         read_operation(document, rpc.operation, payload);
     } else {
@@ -62,7 +70,7 @@ EditPayload find_edit_payload(const XmlDocument &document) {
     } else if (is_edit_operation(root)) {
         read_operation(document, root, payload);
     } else if (is_envelope(root, "config")) {
-        payload.tops = document.child_elements(root);
+        payload.tops = open_config(document, root);
     } else {
         payload.tops = {root};
     }

@@ -1,7 +1,10 @@
 #include "filter_tree.h"
 
 #include <algorithm>
+#include <map>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "heap.h"
 #include "tvk_map_filter.h"
@@ -23,22 +26,29 @@ void drop_children(Node &node) {
     release(children);
 }
 
-// Gives node the children of both, or none when one of them has none. What other still has then goes with it.
-void take_children(Node &node, Node &other) {
-    if (children_of(node).empty() || children_of(other).empty()) {
-        drop_children(node);
+using Name = std::pair<std::string_view, std::string_view>;  // tag and namespace
+
+// Gives the first of the nodes the children of all, or none when one of them has none.
+void gather_children(std::span<Node *const> nodes) {
+    Node &first = *nodes.front();
+    if (std::any_of(nodes.begin(), nodes.end(), [](const Node *node) { return children_of(*node).empty(); })) {
+        drop_children(first);
         return;
     }
-    const std::span<const Node> own = children_of(node);
-    const std::span<const Node> further = children_of(other);
-    Node *all = zeroed_array<Node>(own.size() + further.size());
-    std::copy(further.begin(), further.end(), std::copy(own.begin(), own.end(), all));
-    kel_named_free(node.subtrees);
-    kel_named_free(other.subtrees);
-    node.subtrees = all;
-    node.subtree_count += other.subtree_count;
-    other.subtrees = nullptr;
-    other.subtree_count = 0;
+    size_t count = 0;
+    for (const Node *node : nodes) {
+        count += children_of(*node).size();
+    }
+    Node *all = zeroed_array<Node>(count);
+    Node *end = all;
+    for (Node *node : nodes) {
+        const std::span<const Node> children = children_of(*node);
+        end = std::copy(children.begin(), children.end(), end);
+        kel_named_free(std::exchange(node->subtrees, nullptr));
+        node->subtree_count = 0;
+    }
+    first.subtrees = all;
+    first.subtree_count = static_cast<int32_t>(count);
 }
 
 Node *find_top(std::span<Node> tops, const Node &named) {
@@ -52,7 +62,7 @@ void keep_tops(TreeHolder &tree, Keep keep) {
     const std::span<Node> tops = tree.tops();
     size_t kept = 0;
     for (Node &top : tops) {
-        if (keep(top, tops.first(kept))) {
+        if (keep(top)) {
             std::swap(tops[kept++], top);
         }
     }
@@ -80,17 +90,20 @@ void select_everything(const MappingModule &module, TreeHolder &filter) {
 }
 
 void merge_tops(TreeHolder &filter) {
-    keep_tops(filter, [](Node &top, std::span<Node> before) {
-        Node *same = find_top(before, top);
-        if (same != nullptr) {
-            take_children(*same, top);
+    std::map<Name, std::vector<Node *>> groups;
+    for (Node &top : filter.tops()) {
+        groups[{tag_of(top), namespace_of(top)}].push_back(&top);
+    }
+    for (const auto &[name, same] : groups) {
+        if (same.size() > 1) {
+            gather_children(same);
         }
-        return same == nullptr;
-    });
+    }
+    keep_tops(filter, [&](const Node &top) { return groups[{tag_of(top), namespace_of(top)}].front() == &top; });
 }
 
 void prune(RequestScope &scope, MarkPhase mark, TreeHolder &filter, TreeHolder &response) {
-    keep_tops(response, [&](Node &top, std::span<Node>) {
+    keep_tops(response, [&](Node &top) {
         Node *selection = find_top(filter.tops(), top);
         if (selection == nullptr) {
             return false;

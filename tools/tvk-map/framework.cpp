@@ -13,20 +13,22 @@ namespace tvk::tool {
 namespace {
 
 constexpr uint32_t kSessionId = 1;
-constexpr uint32_t kIndexChildrenFrom = 16;
 
 }  // namespace
 
-Framework::Framework(bool trace) {
-    context_.trace_enabled = trace ? 1 : 0;
-    if (trace) {
+Framework::Framework(bool trace, uint32_t index_children_from)
+    : trace_(trace), index_children_from_(index_children_from) {
+    context_.trace_enabled = trace_ ? 1 : 0;
+    if (trace_) {
         tvk_platform_set_debug_log(1, TVK_LOG_LEVEL_TRC, nullptr, nullptr);
         tvk_platform_set_trace(nullptr, nullptr);
     }
 }
 
 Framework::~Framework() {
-    tvk_platform_set_debug_log(0, TVK_LOG_LEVEL_ERR, nullptr, nullptr);
+    if (trace_) {
+        tvk_platform_set_debug_log(0, TVK_LOG_LEVEL_ERR, nullptr, nullptr);
+    }
 }
 
 Session::Session(Framework &framework, qidl_tvk_datatree &database)
@@ -58,7 +60,7 @@ RequestScope::RequestScope(Framework &framework, uint32_t request_type, uint8_t 
     mapping_context_.state = state_.get();
     mapping_context_.trace_enabled = framework.context()->trace_enabled;
     mapping_context_.dfs_trace = framework.context()->trace_enabled;
-    mapping_context_.index_children_from = kIndexChildrenFrom;
+    mapping_context_.index_children_from = framework.index_children_from();
 }
 
 RequestScope::~RequestScope() {

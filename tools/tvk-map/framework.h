@@ -9,18 +9,24 @@
 
 namespace tvk::tool {
 
+// What mapping contexts ask for unless someone wants to know the difference.
+inline constexpr uint32_t kIndexChildrenFrom = 16;
+
 // Lives as long as the command: the framework context, and the log and trace of the process.
 class Framework {
 public:
     // With trace, the debug log and the trace lines of all requests go to standard error.
-    explicit Framework(bool trace);
+    explicit Framework(bool trace, uint32_t index_children_from = kIndexChildrenFrom);
     ~Framework();
     Framework(const Framework &) = delete;
     Framework &operator=(const Framework &) = delete;
 
     tvk_framework_ctx context() { return &context_; }
+    uint32_t index_children_from() const { return index_children_from_; }
 
 private:
+    bool trace_;
+    uint32_t index_children_from_;
     tvk_framework_context context_{};
 };
 

@@ -1,13 +1,9 @@
 #include "get_command.h"
 
-#include <optional>
 #include <utility>
 
 #include "data_file.h"
 #include "diagnostics.h"
-#include "filter_tree.h"
-#include "get_request.h"
-#include "mapping_run.h"
 #include "output.h"
 #include "tvk_map_filter.h"
 #include "with_defaults.h"
@@ -32,34 +28,8 @@ uint8_t mode_of(const std::string &name) {
     return *mode;
 }
 
-GetParameters read_filter(const std::string &path, const MappingModule &module, TreeHolder &filter) {
-    const XmlDocument document = XmlDocument::read(path);
-    GetPayload payload = find_get_payload(document);
-    if (payload.filter) {
-        decode_elements(document, *payload.filter, Values::kTrimmed, filter.root());
-    } else {
-        select_everything(module, filter);
-    }
-    return std::move(payload.parameters);
-}
-
-GetParameters read_request(const GetOptions &options, const MappingModule &module, TreeHolder &filter) {
-    GetParameters parameters;
-    if (options.filter) {
-        parameters = read_filter(*options.filter, module, filter);
-    } else {
-        select_everything(module, filter);
-    }
-    merge_tops(filter);
-    if (options.with_defaults) {
-        parameters.with_defaults = mode_of(*options.with_defaults);
-    }
-    return parameters;
-}
-
-std::optional<RpcError> get(const MappingModule &module, const GetParameters &parameters, MarkPhase mark, bool trace,
-                            RequestTrees &trees) {
-    Framework framework(trace);
+std::optional<RpcError> get(const MappingModule &module, Framework &framework, const GetParameters &parameters,
+                            MarkPhase mark, RequestTrees &trees) {
     Session session(framework, trees.native.root());
     RequestScope scope(framework, parameters.type, parameters.with_defaults);
     std::optional<RpcError> error = walk(module, scope, trees.request, trees.response, Unmapped::kPassedOver);
@@ -70,7 +40,42 @@ std::optional<RpcError> get(const MappingModule &module, const GetParameters &pa
     return error;
 }
 
+GetParameters read_request(const GetOptions &options, const MappingModule &module, TreeHolder &filter) {
+    GetParameters parameters;
+    if (options.filter) {
+        parameters = read_get(XmlDocument::read(*options.filter), module, filter);
+    } else {
+        select_everything(module, filter);
+        merge_tops(filter);
+    }
+    if (options.with_defaults) {
+        parameters.with_defaults = mode_of(*options.with_defaults);
+    }
+    return parameters;
+}
+
 }  // namespace
+
+GetParameters read_get(const XmlDocument &document, const MappingModule &module, TreeHolder &filter) {
+    GetPayload payload = find_get_payload(document);
+    if (payload.filter) {
+        decode_elements(document, *payload.filter, Values::kTrimmed, filter.root());
+    } else {
+        select_everything(module, filter);
+    }
+    merge_tops(filter);
+    return std::move(payload.parameters);
+}
+
+Reply answer_get(const MappingModule &module, Framework &framework, RequestTrees &trees,
+                 const GetParameters &parameters, MarkPhase mark, bool tree) {
+    if (const std::optional<RpcError> error = get(module, framework, parameters, mark, trees)) {
+        return refusal(*error, parameters.message_id);
+    }
+    const Node &result = trees.response.root();
+    return encoded([&] { return tree ? tree_listing(result) : encode_data_reply(result, parameters.message_id); },
+                   parameters.message_id);
+}
 
 int run_get(const GetOptions &options) {
     check_inputs(options.filter.value_or(""), options.native, "only one of FILTER and --native can be standard input");
@@ -79,13 +84,8 @@ int run_get(const GetOptions &options) {
     RequestTrees trees;
     const GetParameters parameters = read_request(options, module, trees.request);
     read_data(options.native, trees.native);
-    if (const std::optional<RpcError> error = get(module, parameters, mark, options.trace, trees)) {
-        return refuse(*error, parameters.message_id);
-    }
-    const Node &result = trees.response.root();
-    return print_result(
-        [&] { return options.tree ? tree_listing(result) : encode_data_reply(result, parameters.message_id); },
-        parameters.message_id);
+    Framework framework(options.trace);
+    return print(answer_get(module, framework, trees, parameters, mark, options.tree));
 }
 
 }  // namespace tvk::tool

@@ -4,6 +4,11 @@
 #include <optional>
 #include <string>
 
+#include "filter_tree.h"
+#include "get_request.h"
+#include "mapping_run.h"
+#include "xml_document.h"
+
 namespace tvk::tool {
 
 struct GetOptions {
@@ -18,5 +23,11 @@ struct GetOptions {
 
 // Returns the exit status. Throws UsageError.
 int run_get(const GetOptions &options);
+
+// The steps between the command's files and its output. The first decodes what is asked for into a filter without
+// nodes; it throws UsageError.
+GetParameters read_get(const XmlDocument &document, const MappingModule &module, TreeHolder &filter);
+Reply answer_get(const MappingModule &module, Framework &framework, RequestTrees &trees,
+                 const GetParameters &parameters, MarkPhase mark, bool tree);
 
 }  // namespace tvk::tool

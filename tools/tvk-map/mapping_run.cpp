@@ -32,23 +32,24 @@ std::optional<RpcError> walk(const MappingModule &module, RequestScope &scope, T
     return std::nullopt;
 }
 
-int refuse(const RpcError &error, const std::optional<std::string> &message_id) {
-    write_out(encode_rpc_error(error, message_id));
-    return kExitMappingFailed;
+Reply refusal(const RpcError &error, const std::optional<std::string> &message_id) {
+    return {kExitMappingFailed, encode_rpc_error(error, message_id)};
 }
 
-int print_result(const std::function<std::string()> &encode, const std::optional<std::string> &message_id) {
-    std::string text;
+Reply encoded(const std::function<std::string()> &encode, const std::optional<std::string> &message_id) {
     try {
-        text = encode();
+        return {kExitSuccess, encode()};
     } catch (const EncodeError &error) {
         RpcError unwritable;
         unwritable.tag = "operation-failed";
         unwritable.message = std::string("The mapping's result cannot be written as XML: ") + error.what() + ".";
-        return refuse(unwritable, message_id);
+        return refusal(unwritable, message_id);
     }
-    write_out(text);
-    return kExitSuccess;
+}
+
+int print(const Reply &reply) {
+    write_out(reply.text);
+    return reply.status;
 }
 
 }  // namespace tvk::tool

@@ -36,10 +36,18 @@ enum class Unmapped { kRefused, kPassedOver };
 std::optional<RpcError> walk(const MappingModule &module, RequestScope &scope, TreeHolder &request, TreeHolder &target,
                              Unmapped unmapped);
 
-// Prints the error as a reply. Returns the exit status.
-int refuse(const RpcError &error, const std::optional<std::string> &message_id);
+// What a command prints on standard output, and its exit status.
+struct Reply {
+    int status;
+    std::string text;
+};
 
-// Prints what encode returns, or, when it throws EncodeError, that as an error. Returns the exit status.
-int print_result(const std::function<std::string()> &encode, const std::optional<std::string> &message_id);
+Reply refusal(const RpcError &error, const std::optional<std::string> &message_id);
+
+// What encode returns, or, when it throws EncodeError, that as an error.
+Reply encoded(const std::function<std::string()> &encode, const std::optional<std::string> &message_id);
+
+// Returns the exit status. Throws UsageError.
+int print(const Reply &reply);
 
 }  // namespace tvk::tool

@@ -13,6 +13,9 @@ namespace tvk::tool {
 
 namespace {
 
+// Every node has a copy of its own, while in the document it may stand but once.
+constexpr size_t kMaxNamespace = 1000;
+
 void set_presence(Node &node, uint16_t bit) {
     node.presence = static_cast<uint16_t>(node.presence | bit);
 }
@@ -69,7 +72,7 @@ public:
         node.tag = copy_text(as_text(element->name));
         set_presence(node, TVK_HAS_TAG);
         if (element->ns != nullptr && element->ns->href != nullptr) {
-            node.ns = copy_text(as_text(element->ns->href));
+            node.ns = copy_text(checked_namespace(element, as_text(element->ns->href)));
             set_presence(node, TVK_HAS_NS);
         }
         if (element->properties != nullptr) {
@@ -84,6 +87,14 @@ public:
     }
 
 private:
+    const char *checked_namespace(const xmlNode *element, const char *ns) const {
+        if (std::strlen(ns) > kMaxNamespace) {
+            document_.fail(element, std::string("a namespace of <") + as_text(element->name) + "> is longer than " +
+                                        std::to_string(kMaxNamespace) + " characters");
+        }
+        return ns;
+    }
+
     Content content_of(const xmlNode *element) const {
         Content content;
         for (const xmlNode *child = element->children; child != nullptr; child = child->next) {
@@ -136,7 +147,7 @@ private:
         }
         if (const char *colon = std::strchr(text, ':'); colon != nullptr) {
             if (const char *ns = identity_namespace(element, std::string(text, colon), colon + 1)) {
-                node.data_ns = copy_text(ns);
+                node.data_ns = copy_text(checked_namespace(element, ns));
                 set_presence(node, TVK_HAS_DATA_NS);
                 text = colon + 1;
             }
@@ -205,12 +216,12 @@ private:
         set_presence(node, TVK_HAS_OPERATION);
     }
 
-    static void add_attribute(const xmlAttr &attribute, const std::string &text, Node &node) {
+    void add_attribute(const xmlAttr &attribute, const std::string &text, Node &node) const {
         if (node.attributes == nullptr) {  // not before there is one to own: a release goes by the count
             node.attributes = zeroed_array<qidl_tvk_name_value>(count_other(&attribute));
             set_presence(node, TVK_HAS_ATTRIBUTES);
         }
-        const std::string ns = namespace_of(attribute.ns);
+        const std::string ns = checked_namespace(attribute.parent, namespace_of(attribute.ns));
         const std::string name = as_text(attribute.name);
         qidl_tvk_name_value &entry = node.attributes[node.attribute_count++];
         entry.name = copy_text((ns.empty() ? name : "{" + ns + "}" + name).c_str());

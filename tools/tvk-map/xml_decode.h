@@ -21,6 +21,7 @@ enum class Values { kAsWritten, kTrimmed };
  *     as values says, text beside child elements is an error. Comments and processing instructions are passed over.
  *   - A value "p:name" whose prefix is declared where it stands is an identity: data is the name, data_ns the
  *     namespace.
+ *   - A namespace has at most 1,000 characters.
  *   - nc:operation becomes the operation; yang:insert, yang:key and yang:value the insert record. Other attributes go
  *     to attributes, by name, or as "{namespace}name" when they have a namespace.
  *

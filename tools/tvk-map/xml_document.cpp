@@ -5,12 +5,12 @@
 #include <libxml/xmlerror.h>
 
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <utility>
 
 #include "diagnostics.h"
+#include "document_bytes.h"
 
 namespace tvk::tool {
 
@@ -39,12 +39,6 @@ std::string read_bytes(const std::string &path, const std::string &name) {
     }
     if (std::ferror(file.get()) != 0) {
         throw UsageError(name, 0, std::string("cannot be read: ") + std::strerror(errno));
-    }
-    if (bytes.empty()) {
-        throw UsageError(name, 0, "is empty; an XML document was expected");
-    }
-    if (bytes.size() > INT_MAX) {
-        throw UsageError(name, 0, "is larger than 2 GiB, which the XML parser does not read");
     }
     return bytes;
 }
@@ -103,7 +97,11 @@ std::optional<std::string> attribute_of(const xmlNode *element, const char *name
 
 XmlDocument XmlDocument::read(const std::string &path) {
     const std::string name = path == "-" ? kStandardInput : path;
-    const std::string bytes = read_bytes(path, name);
+    return parse(read_bytes(path, name), name);
+}
+
+XmlDocument XmlDocument::parse(const std::string &bytes, const std::string &name) {
+    check_bytes(bytes, name);
 
     struct ReleaseParser {
         void operator()(xmlParserCtxt *parser) const {
@@ -122,6 +120,9 @@ XmlDocument XmlDocument::read(const std::string &path) {
     parser->sax->serror = note_parser_error;
     parser->sax->internalSubset = refuse_document_type;
     const bool parsed = xmlParseDocument(parser.get()) == 0 && parser->wellFormed != 0;
+    if (parsed && parser->input->cur != parser->input->end) {
+        fault.note(xmlSAX2GetLineNumber(parser.get()), "not well-formed XML: a zero character");
+    }
     if (!parsed || !fault.reason.empty()) {
         throw UsageError(name, fault.line, fault.reason.empty() ? "not well-formed XML" : fault.reason);
     }

@@ -34,12 +34,14 @@ std::optional<std::string> attribute_of(const xmlNode *element, const char *name
 
 /*
  * A parsed file. Nothing outside it is read: no network, no external or internal entities; a document type
- * declaration is refused, and libxml2's own limits on depth (256 levels) and on the size of a text hold.
+ * declaration is refused, and libxml2's own limits on depth (256 levels) and names (50,000 characters) hold.
  */
 class XmlDocument {
 public:
     // path "-" is standard input. Throws UsageError for what cannot be read or is not well formed.
     static XmlDocument read(const std::string &path);
+    // bytes as a file would hold them; the name is for messages.
+    static XmlDocument parse(const std::string &bytes, const std::string &name);
 
     const std::string &name() const { return name_; }
     xmlNode *root() const { return xmlDocGetRootElement(document_.get()); }

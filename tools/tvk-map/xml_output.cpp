@@ -20,7 +20,7 @@ void check(int written) {
 
 // The length of the XML character that text begins with; 0 when it begins with none.
 size_t leading_character(std::string_view text) {
-    const auto first = static_cast<unsigned char>(text.front());
+    const int first = static_cast<unsigned char>(text.front());
     if (first < 0x80) {
         return xmlIsCharQ(first) ? 1 : 0;
     }
@@ -30,8 +30,7 @@ size_t leading_character(std::string_view text) {
     return code >= 0 && length == shortest && xmlIsCharQ(code) ? static_cast<size_t>(length) : 0;
 }
 
-size_t find_unwritable(std::string_view text) {
-    size_t at = 0;
+size_t find_unwritable(std::string_view text, size_t at = 0) {
     while (at < text.size()) {
         const size_t length = leading_character(text.substr(at));
         if (length == 0) {
@@ -46,7 +45,7 @@ size_t find_unwritable(std::string_view text) {
 
 std::string writable(const std::string &text) {
     std::string clean = text;
-    for (size_t at = 0; (at = find_unwritable(clean)) != std::string::npos;) {
+    for (size_t at = 0; (at = find_unwritable(clean, at)) != std::string::npos;) {
         clean[at] = '?';
     }
     return clean;

@@ -1,0 +1,50 @@
+// A mapping of anything in its namespace: containers as deep as the request has them, entries with twelve keys, and
+// leaves, which all go to the top of the target.
+#include <cstring>
+
+#include "tvk_map.h"
+#include "tvk_map_module.h"
+
+namespace {
+
+using Node = struct qidl_tvk_datatree;
+
+constexpr char kNs[] = "urn:example:deep";
+
+qerrno map_child(tvk_map_ctx ctx, const Node *node, Node *target);
+
+constexpr tmap_key_entry kKeys[] = {
+    {"k1", nullptr, nullptr}, {"k2", nullptr, nullptr},  {"k3", nullptr, nullptr},  {"k4", nullptr, nullptr},
+    {"k5", nullptr, nullptr}, {"k6", nullptr, nullptr},  {"k7", nullptr, nullptr},  {"k8", nullptr, nullptr},
+    {"k9", nullptr, nullptr}, {"k10", nullptr, nullptr}, {"k11", nullptr, nullptr}, {"k12", nullptr, nullptr},
+};
+constexpr tmap_node_list_info kEntry = {nullptr, map_child, nullptr, kKeys, 0, 12, "/top/entry", nullptr};
+constexpr tmap_node_cont_info kContainer = {nullptr, map_child, nullptr, 0, nullptr, nullptr};
+
+qerrno map_leaf(tvk_map_ctx ctx, const Node *leaf, Node *target) {
+    return tvk_map_datatree_add_subtree(ctx, target, leaf->tag, kNs, leaf->data, leaf, nullptr, 1);
+}
+
+qerrno map_child(tvk_map_ctx ctx, const Node *node, Node *target) {
+    if (ctx->state->delete_walk_active == 1) {
+        return TVK_OK;  // node is the container above, which is deleted or read as a whole
+    }
+    if (std::strcmp(node->tag, "entry") == 0) {
+        return tmap_high_list_parse(ctx, node, target, &kEntry);
+    }
+    return (node->presence & TVK_HAS_SUBTREES) != 0 ? tmap_high_container_parse(ctx, node, target, &kContainer)
+                                                    : tmap_high_leaf_parse(ctx, node, target, node->tag, 0, map_leaf);
+}
+
+qerrno map_top(tvk_map_ctx ctx, const Node *node, Node *target) {
+    return tmap_high_container_parse(ctx, node, target, &kContainer);
+}
+
+constexpr tvk_map_module_container kTops[] = {{"top", kNs, map_top}};
+constexpr tvk_map_module kModule = {TVK_MAP_MODULE_VERSION, "deep_mapping", 1, kTops};
+
+}  // namespace
+
+const struct tvk_map_module *tvk_map_module_get(void) {
+    return &kModule;
+}

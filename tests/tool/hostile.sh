@@ -1,0 +1,176 @@
+#!/bin/bash
+# Documents that nobody means well: hostile.sh TVK-MAP DEEP-MAPPING
+# Each is answered, or refused with file, line and reason; in bounded memory, and with nothing read beside it.
+# DEEP-MAPPING is the module of deep_mapping.cpp. Ends with the first expectation that fails.
+set -eu
+if [ $# -ne 2 ]; then
+    echo "usage: $0 TVK-MAP DEEP-MAPPING" >&2
+    exit 2
+fi
+tool=$(realpath "$1")
+deep=$(realpath "$2")
+folder=$(mktemp -d) || exit 2
+trap 'rm -rf "$folder"' EXIT
+cd "$folder" || exit 2
+
+marker=not-to-be-read-$$
+echo "$marker" >secret.txt
+echo '<config/>' >nothing.xml
+oc=http://openconfig.net/yang/interfaces
+nc=urn:ietf:params:xml:ns:netconf:base:1.0
+
+# An address sanitizer reserves more than any limit, so with one the memory is not bounded.
+limit=1000000 # KiB
+bounds="in memory bounded to $limit KiB"
+(ulimit -v $limit && "$tool" --version) >out 2>err || { limit=unlimited && bounds="in memory without bounds"; }
+
+fail() {
+    echo "FAILED: $1: $2" >&2
+    head -c 400 out | sed 's/^/  stdout: /' >&2
+    head -c 400 err | sed 's/^/  stderr: /' >&2
+    exit 1
+}
+
+# expect NAME STATUS STREAM PATTERN ARGUMENT...: runs the tool. The time is a guard against hanging, no more.
+expect() {
+    local name=$1 status=$2 stream=$3 pattern=$4
+    shift 4
+    local got=0
+    (ulimit -v $limit && exec timeout 300 "$tool" "$@") >out 2>err </dev/null || got=$?
+    [ "$got" -eq "$status" ] || fail "$name" "exit status $got, expected $status ($1)"
+    grep -Eq -- "$pattern" "$stream" || fail "$name" "no line on std$stream matches: $pattern ($1)"
+    ! grep -q "$marker" out err || fail "$name" "another file was read ($1)"
+}
+
+# NAME STATUS STREAM PATTERN, and the document on standard input.
+edit() { cat >document.xml && expect "$@" edit --mapping openconfig_interfaces document.xml; }
+edit_deep() { cat >document.xml && expect "$@" edit --mapping "$deep" document.xml; }
+read_deep() { cat >document.xml && expect "$@" get --mapping "$deep" --native nothing.xml document.xml; }
+list() { cat >document.xml && expect "$@" print document.xml; }
+
+# refused NAME LINE PATTERN: whatever the document is for.
+refused() {
+    cat >document.xml
+    local name=$1 pattern="^tvk-map: document\.xml:$2: $3"
+    expect "$name" 2 err "$pattern" edit --mapping openconfig_interfaces document.xml
+    expect "$name" 2 err "$pattern" edit --mapping openconfig_interfaces --into document.xml nothing.xml
+    expect "$name" 2 err "$pattern" get --mapping openconfig_interfaces --native nothing.xml document.xml
+    expect "$name" 2 err "$pattern" get --mapping openconfig_interfaces --native document.xml
+    expect "$name" 2 err "$pattern" print document.xml
+}
+
+# repeat COUNT TEXT
+repeat() { yes -- "$2" | head -n "$1" | tr -d '\n'; }
+# interfaces TEXT: an OpenConfig request around it
+interfaces() { echo "<config><interfaces xmlns='$oc'>$1</interfaces></config>"; }
+# interface TEXT: one entry with it as a description
+interface() { interfaces "<interface><name>e</name><config><name>e</name>$1</config></interface>"; }
+
+# Entities and other files.
+refused "entity expansion" 1 "a document type declaration is not accepted" \
+    <<<'<!DOCTYPE a [<!ENTITY a "xxxxxxxxxx"><!ENTITY b "&a;&a;&a;&a;"><!ENTITY c "&b;&b;&b;&b;">]><a>&c;&c;</a>'
+refused "external entity" 2 "a document type declaration is not accepted" \
+    <<<$'<?xml version="1.0"?>\n<!DOCTYPE a [<!ENTITY e SYSTEM "secret.txt">]><a>&e;</a>'
+refused "parameter entity" 1 "a document type declaration is not accepted" \
+    <<<'<!DOCTYPE a [<!ENTITY % e SYSTEM "secret.txt"> %e;]><a/>'
+refused "external subset" 1 "a document type declaration is not accepted" \
+    <<<"<!DOCTYPE a SYSTEM 'file://$folder/secret.txt'><a/>"
+refused "undeclared entity" 1 "not well-formed XML: Entity 'e' not defined" <<<"<a>&e;</a>"
+list "inclusion" 0 out "include href=secret\.txt" \
+    <<<'<a xmlns:xi="http://www.w3.org/2001/XInclude"><xi:include href="secret.txt" parse="text"/></a>'
+list "style sheet and schema" 0 out "schemaLocation=urn:a secret\.txt" \
+    <<<'<?xml-stylesheet href="secret.txt"?><a xmlns:x="urn:x" x:schemaLocation="urn:a secret.txt"/>'
+
+# Depth, width and length.
+{ repeat 100000 '<a>' && repeat 100000 '</a>'; } | refused "100,000 levels" 1 "not well-formed XML: .*depth"
+{ echo "<interfaces xmlns='$oc'>" && repeat 1000000 '<interface/>' && echo '</interfaces>'; } |
+    edit "1,000,000 children" 1 out "<error-tag>data-missing</error-tag>"
+expect "1,000,000 children" 0 out "^    interface *$" print document.xml
+{ echo '<filter>' && repeat 100000 "<top xmlns='urn:example:deep'><a/></top>" && echo '</filter>'; } |
+    read_deep "100,000 filters of one name" 0 out "<data/>"
+{ echo '<filter>' && seq -f "<a%.0f/>" 100000 && echo '</filter>'; } |
+    read_deep "100,000 filters of as many names" 0 out "<data/>"
+{ echo '<a><b>' && head -c 100000000 /dev/zero | tr '\0' x && echo '</b></a>'; } |
+    list "100 MB of text" 0 out "^x{200}"
+{ echo "<top xmlns='urn:example:deep'>" && head -c 100000000 /dev/zero | tr '\0' ' ' && echo '<b>1</b></top>'; } |
+    edit_deep "100 MB of white space" 0 out ">1</b>"
+{ echo '<a b="' && head -c 4000000 /dev/zero | tr '\0' x && echo '"/>'; } |
+    list "20 MB of an attribute" 0 out "b= ?x{200}"
+{ echo '<a>' && echo "<$(repeat 60000 n)/></a>"; } | refused "60,000 letters of a name" 2 ".*[Nn]ame too long"
+{ echo $'<a>\n<b' && seq -f ' a%.0f="<>"' 100000 && echo '/></a>'; } |
+    refused "100,000 attributes" 2 "a tag with more than 1000 attributes"
+{ echo '<a><!-- <b' && seq -f " a%.0f=''" 2000 && echo -n '--><b' && seq -f " a%.0f='>'" 1000 && echo '/></a>'; } |
+    list "1,000 attributes" 0 out "a1000=>"
+{ echo -n '<a xmlns="' && head -c 1000000 /dev/zero | tr '\0' n && echo '">' && repeat 20000 '<b/>' && echo '</a>'; } |
+    refused "a namespace of 1 MB for 20,000 nodes" 1 "a namespace of <a> is longer than 1000 characters"
+list "1,000,000 pieces of text" 0 out "^a : x{100}" < <(echo -n '<a>' && repeat 1000000 '<![CDATA[x]]>' && echo '</a>')
+
+# Bytes and encodings.
+printf '<a>\n\xff\xfe</a>' | refused "no UTF-8" 2 "not well-formed XML: Input is not proper UTF-8"
+printf '<a>\xc0\x80</a>' | refused "zero in two bytes" 1 "not well-formed XML: Input is not proper UTF-8"
+printf '<a>\xed\xa0\x80</a>' | refused "half of a surrogate" 1 "not well-formed XML: "
+printf '<a>\n1\0</a>' | refused "zero byte in a text" 2 "not well-formed XML: a zero byte"
+printf '<a/>\n\0<b/>' | refused "zero byte behind the end" 2 "not well-formed XML: a zero byte"
+printf '<a\0/>' | refused "zero byte in a name" 1 "not well-formed XML: a zero byte"
+printf '\xff\xfe<\0a\0/\0>\0\0\0<\0b\0/\0>\0' |
+    refused "zero character in UTF-16" 1 "not well-formed XML: a zero character"
+refused "reference to zero" 1 "not well-formed XML: .*invalid xmlChar value 0" <<<'<a>&#0;</a>'
+refused "control character" 1 "not well-formed XML: .*Char value 1" <<<$'<a>\x01</a>'
+refused "unknown encoding" 1 "not well-formed XML: Unsupported encoding martian" \
+    <<<'<?xml version="1.0" encoding="martian"?><a/>'
+list "UTF-16" 0 out "^a : x$" < <(printf '\xff\xfe<\0a\0>\0x\0<\0/\0a\0>\0')
+
+# Names and prefixes.
+refused "attribute twice" 2 "not well-formed XML: Attribute b redefined" <<<$'<a>\n<c b="1" b="2"/></a>'
+refused "attribute twice by two prefixes" 1 "not well-formed XML: Namespaced Attribute b in 'urn:a' redefined" \
+    <<<'<a xmlns:p="urn:a" xmlns:q="urn:a" p:b="1" q:b="2"/>'
+refused "undeclared prefix of an element" 2 "not well-formed XML: Namespace prefix p on b is not defined" \
+    <<<$'<a>\n<p:b/></a>'
+refused "undeclared prefix of an attribute" 1 "not well-formed XML: Namespace prefix p for b on a is not defined" \
+    <<<'<a p:b="1"/>'
+interface "<type>p:ethernetCsmacd</type>" |
+    edit "undeclared prefix of an identity" 1 out "<error-tag>invalid-value</error-tag>"
+interface "<type xmlns:p='urn:p'>p:ethernetCsmacd</type>" |
+    edit "prefix of another module" 1 out "<error-tag>invalid-value</error-tag>"
+
+{ echo -n '<a xmlns:y="urn:ietf:params:xml:ns:yang:1" y:insert="' && repeat 100000 'é' && echo '"/>'; } |
+    refused "100,000 letters where a word was expected" 1 'insert position "(é){400,500}\.\.\.$'
+
+# Operations.
+operation() { echo "xmlns:nc='$nc' nc:operation='$1'"; }
+interfaces "<interface><name $(operation delete)>e</name></interface>" |
+    edit "operation on a key" 1 out "<error-tag>operation-not-supported</error-tag>"
+interface "<mtu $(operation replace)>1500</mtu>" | edit "replace of a leaf" 0 out ">1500</mtu>"
+interfaces "<interface><name>e</name><config $(operation delete)><mtu>1</mtu></config></interface>" |
+    edit "delete with content" 1 out "<error-tag>invalid-value</error-tag>"
+edit "operation on <config>" 2 err "document\.xml:1: <config> carries an operation, which only the nodes in it can" \
+    <<<"<config $(operation delete)/>"
+
+# The limits of the library.
+top() { echo "<top xmlns='urn:example:deep' xmlns:y='urn:ietf:params:xml:ns:yang:1'>$1</top>"; }
+levels() { top "$(repeat "$1" '<c>')$2$(repeat "$1" '</c>')"; }
+levels 60 '<leaf>1</leaf>' | edit_deep "60 levels of containers" 0 out ">1</leaf>"
+levels 60 '<entry/>' | edit_deep "60 levels, and an error" 1 out "<error-tag>data-missing</error-tag>"
+levels 60 '<leaf/>' | read_deep "60 levels of a filter" 0 out "<data/>"
+keys=$(for key in {1..12}; do echo "<k$key>v$key</k$key>"; done)
+entry() { top "<entry>$1<leaf>1</leaf></entry>"; }
+entry "$keys" | edit_deep "12 keys" 0 out ">v12</k12>"
+entry "$keys" | read_deep "12 keys in a filter" 0 out "<data/>"
+entry "${keys/v12/}" | edit_deep "the last of 12 keys is empty" 1 out "<error-tag>missing-element</error-tag>"
+entry "${keys/v5/$(repeat 2000 v)}<entry/>" |
+    edit_deep "a key that no error path has room for" 1 out "<error-tag>data-missing</error-tag>"
+inserted() { top "<leaf y:insert='after' y:key=\"$1\">1</leaf>"; }
+inserted "$(repeat 8 "[k='v']")" | edit_deep "8 insert keys" 0 out "(\[key:k='v'\]){8}"
+inserted "$(repeat 8 "[k='v']")" | list "8 insert keys" 0 out "insert=after\) \(key\) (\(k=v\)){5}$"
+inserted "[k='$(repeat 5000 v)']" | list "an insert key of 5,000 characters" 0 out "insert=after"
+
+# What stands between elements.
+refused "mixed content" 2 "<b> mixes text with elements, which no data node does" <<<$'<a>\n<b>text<c/></b></a>'
+refused "mixed content behind a comment" 1 "<a> mixes text" <<<'<a><b/><!-- -->text</a>'
+note='<!-- <a> --><?x <a>?>'
+leaf="<leaf>$note<!-- -->1$note<![CDATA[2]]>$note</leaf>"
+edit_deep "comments and instructions everywhere" 0 out ">12</leaf>" \
+    <<<"$note<config>$note$(top "$note<c>$note$leaf$note</c>$note")$note</config>$note"
+refused "text behind the end" 2 "not well-formed XML: Extra content at the end of the document" <<<$'<a/>\ntext'
+
+echo "all hostile documents as expected, $bounds"
