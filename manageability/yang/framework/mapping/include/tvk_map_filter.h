@@ -225,8 +225,8 @@ TVK_MAP_API void print_stack(tvk_map_ctx ctx, const tvk_map_cnt_hier_stack_t *le
  * Carries the verdicts below root out: children that are not kept are released and their array is compacted in
  * place, in order; below TVK_NODE_KIND_KN the same again; below TVK_NODE_KIND_KA nothing is touched. Root itself
  * stays, and with it all below when it is TVK_NODE_KIND_KA. Always returns 0.
- * When memory runs out a node that cannot be visited loses all its children, and a kept child that cannot be moved is
- * lost: too little may stay, never what was not kept.
+ * When memory runs out a node that cannot be visited loses all its children: too little may stay, never what was not
+ * kept.
  */
 TVK_MAP_API uint32_t tvk_map_dfs_filter_sweep(tvk_map_ctx ctx, struct qidl_tvk_datatree *root);
 

@@ -111,7 +111,8 @@ TVK_MAP_API qerrno tvk_map_search_list(tvk_map_ctx ctx, const struct qidl_tvk_da
  * entry holds until its list grows; it stays unwritten, with 0, where path adding leaves the path out (the get
  * filter, path recording, an excluded node). Returns 0; TVK_ERR_INVALID for a null argument other than ns, or nothing
  * found and ns null; TVK_ERR_NO_MEMORY; what adding the key leaf returned; TVK_ERR_NOT_FOUND when the trim path could
- * not be kept (the entry is there, and stored). A failed addition may leave an entry without its key leaf.
+ * not be kept (the entry is there, and stored). A failed addition may leave an entry without its key leaf. Without
+ * memory for the search alone an entry that is there is not found, and another one of the same key is added.
  */
 TVK_MAP_API qerrno tvk_map_search_or_add_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root,
                                               const struct qidl_tvk_datatree **entry, char *list_path, char *key_value,
