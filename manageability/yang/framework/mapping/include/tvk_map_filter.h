@@ -237,7 +237,7 @@ TVK_MAP_API uint32_t tvk_map_dfs_process_sweep(tvk_map_ctx ctx, struct kel_queue
 /*
  * Closes the gaps in the children of node: a child without TVK_HAS_TAG is a gap, and what it owns is released. The
  * order stays, the array keeps its size, its tail is cleared, and TVK_HAS_SUBTREES stays set even when no child is
- * left. Pointers to children are void. Always returns 0. A child that can not be moved for lack of memory is lost.
+ * left. Pointers to children are void. Always returns 0.
  */
 TVK_MAP_API uint32_t tvk_map_datatree_remove_null_subtrees(tvk_map_ctx ctx, struct qidl_tvk_datatree *node);
 
