@@ -374,6 +374,27 @@ TEST_F(Index, FirstOfSeveralEntries) {
     }
 }
 
+// More parents than are remembered come up while one list is gone through.
+TEST_F(Index, ManyParentsDuringOneSearch) {
+    MappingContext mapping;
+    mapping.context.index_children_from = 1;
+    std::vector<tvk::test::Node> entries(
+        4000, node("list").op(TVK_OPERATION_REMOVE)(node("box"), leaf("id", "1"), leaf("name", "a")));
+    Tree tree = root()(node("box", kNs[0]).children(entries));
+    tvk_map_node_operation record{};
+    record.root = tree.get();
+    record.kind = TVK_XPATH_LEAF;
+    std::string(kNs[0]).copy(record.ns, sizeof record.ns - 1);
+    std::string("/box/list[id=1]/name").copy(record.xpath, sizeof record.xpath - 1);
+    record.op = TVK_XPATH_READ;
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_STATUS(TVK_OK, tvk_map_tree_xpath_operations(mapping.ctx, &record));
+    }
+    record.op = TVK_XPATH_ADD;  // passes over all that are removed
+    EXPECT_STATUS(TVK_OK, tvk_map_tree_xpath_operations(mapping.ctx, &record));
+    EXPECT_EQ(4001, tree->subtrees->subtree_count);
+}
+
 INSTANTIATE_TEST_SUITE_P(Seeds, Equivalence, ::testing::ValuesIn([] {
                              std::vector<Setting> runs;
                              for (unsigned seed = 1; seed <= 24; ++seed) {

@@ -7,7 +7,8 @@
 namespace tvk {
 
 // The children that may be the entry with these keys, in order. Those left out are of another tag, or have other
-// values for the keys, and every child in front of those still to come has a tag.
+// values for the keys, and every child in front of those still to come has a tag. While they are gone through nothing
+// else is looked up by an index, which could push out this one.
 template <typename AnyNode>
 class EntryCandidates {
 public:

@@ -38,10 +38,11 @@ qerrno find_child(tvk_map_ctx ctx, Node &node, const char *name, Node *&found) {
     return TVK_OK;
 }
 
-qerrno compare_keys(tvk_map_ctx ctx, Node &entry, const tvk::KeyGroups &keys) {
+// The entry's children are looked through without an index: making one could push out that of the list.
+qerrno compare_keys(Node &entry, const tvk::KeyGroups &keys) {
     for (const tvk::KeyGroup &key : keys.all()) {
         Node *leaf = nullptr;
-        if (const qerrno status = find_child(ctx, entry, key.name, leaf); status != TVK_OK) {
+        if (const qerrno status = find_child(nullptr, entry, key.name, leaf); status != TVK_OK) {
             return status;
         }
         if (!tvk::has(*leaf, TVK_HAS_DATA) || !tvk::same_text(leaf->data, key.value)) {
@@ -72,7 +73,7 @@ qerrno find_entry(tvk_map_ctx ctx, Node &node, std::string_view step, bool addin
             return TVK_ERR_NOT_FOUND;
         }
         // Keys tell apart more entries than names do.
-        const qerrno status = compare_keys(ctx, *entry, keys);
+        const qerrno status = compare_keys(*entry, keys);
         if (status != TVK_ERR_NOT_PRESENT && std::strcmp(entry->tag, name.get()) == 0 &&
             !(adding && is_going(*entry))) {
             found = entry;
