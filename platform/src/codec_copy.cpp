@@ -1,7 +1,7 @@
-// The deep copy of a tree, in one pass, without recursion and without memory of its own.
+// The deep copy of a tree, in one pass in document order, without recursion and without memory of its own.
 //
-// A record whose children are still to be copied waits in a list that is linked through the framework words of the
-// copy; they get their value when it is taken out. At every moment the copy is a tree that can be released.
+// The records from the root down to the one whose children are being copied are linked through the framework words of
+// the copy; they get their value when all children are there. At every moment the copy is a tree that can be released.
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -22,33 +22,34 @@ struct Allocator {
     }
 };
 
-class PendingList {
+// The records whose children are being copied, innermost first. How far it has come is told by the count of the copy.
+class Ancestors {
 public:
     void push(Record &copy, const Record &source) {
-        copy.framework_words[0] = std::bit_cast<std::uint64_t>(&source);
-        copy.framework_words[1] = std::bit_cast<std::uint64_t>(first_);
-        first_ = &copy;
+        copy.framework_words[0] = std::bit_cast<std::uint64_t>(source_);
+        copy.framework_words[1] = std::bit_cast<std::uint64_t>(copy_);
+        copy_ = &copy;
+        source_ = &source;
     }
 
-    const Record *pop(Record **copy) {
-        if (first_ == nullptr) {
-            return nullptr;
-        }
-        *copy = first_;
-        const auto *source = std::bit_cast<const Record *>(first_->framework_words[0]);
-        first_ = std::bit_cast<Record *>(first_->framework_words[1]);
-        std::memcpy((*copy)->framework_words, source->framework_words, sizeof source->framework_words);
-        return source;
+    void pop() {
+        Record &done = *copy_;
+        const Record &from = *source_;
+        source_ = std::bit_cast<const Record *>(done.framework_words[0]);
+        copy_ = std::bit_cast<Record *>(done.framework_words[1]);
+        std::memcpy(done.framework_words, from.framework_words, sizeof from.framework_words);
     }
+
+    bool empty() const { return copy_ == nullptr; }
+    Record &copy() const { return *copy_; }
+    const Record &source() const { return *source_; }
 
 private:
-    Record *first_ = nullptr;
+    Record *copy_ = nullptr;
+    const Record *source_ = nullptr;
 };
 
-bool copy_text(char *&copy, const char *source, const Allocator &allocator) {
-    if (source == nullptr) {
-        return true;
-    }
+bool copy_some_text(char *&copy, const char *source, const Allocator &allocator) {
     const std::size_t size = std::strlen(source) + 1;
     copy = static_cast<char *>(allocator.allocate(size, allocator.arg));
     if (copy == nullptr) {
@@ -58,12 +59,14 @@ bool copy_text(char *&copy, const char *source, const Allocator &allocator) {
     return true;
 }
 
+// Half of the texts of a record are not set: that costs no call.
+inline bool copy_text(char *&copy, const char *source, const Allocator &allocator) {
+    return source == nullptr || copy_some_text(copy, source, allocator);
+}
+
 // The count follows the entries that are there, so that a part of the copy can be released.
-bool copy_pairs(qidl_tvk_name_value *&copy, std::int32_t &copy_count, const qidl_tvk_name_value *source,
-                std::int32_t count, const Allocator &allocator) {
-    if (source == nullptr || count <= 0) {
-        return true;
-    }
+bool copy_some_pairs(qidl_tvk_name_value *&copy, std::int32_t &copy_count, const qidl_tvk_name_value *source,
+                     std::int32_t count, const Allocator &allocator) {
     copy_count = 0;
     copy = allocator.array<qidl_tvk_name_value>(count);
     if (copy == nullptr) {
@@ -81,8 +84,14 @@ bool copy_pairs(qidl_tvk_name_value *&copy, std::int32_t &copy_count, const qidl
     return true;
 }
 
-bool copy_insert(qidl_tvk_edit_insert &copy, const qidl_tvk_edit_insert &source, const Allocator &allocator) {
-    copy = source;
+// Hardly any record has pairs: that it has none is settled without a call.
+inline bool copy_pairs(qidl_tvk_name_value *&copy, std::int32_t &copy_count, const qidl_tvk_name_value *source,
+                       std::int32_t count, const Allocator &allocator) {
+    return source == nullptr || count <= 0 || copy_some_pairs(copy, copy_count, source, count, allocator);
+}
+
+// What stands in the copy's pointers is the source's.
+bool own_insert(qidl_tvk_edit_insert &copy, const qidl_tvk_edit_insert &source, const Allocator &allocator) {
     copy.keys = nullptr;
     copy.keys_str = nullptr;
     copy.value = nullptr;
@@ -102,44 +111,42 @@ bool copy_record(Record &copy, const Record &source, const Allocator &allocator)
     if (source.attribute_count > 0) {
         copy.attributes = nullptr;
     }
-    return copy_insert(copy.edit_insert, source.edit_insert, allocator) && copy_text(copy.tag, source.tag, allocator) &&
+    return own_insert(copy.edit_insert, source.edit_insert, allocator) && copy_text(copy.tag, source.tag, allocator) &&
            copy_text(copy.data, source.data, allocator) && copy_text(copy.ns, source.ns, allocator) &&
            copy_text(copy.data_ns, source.data_ns, allocator) &&
            copy_pairs(copy.attributes, copy.attribute_count, source.attributes, source.attribute_count, allocator);
 }
 
-bool copy_children(Record &copy, const Record &source, const Allocator &allocator, PendingList &pending) {
+bool start_children(Record &copy, const Record &source, const Allocator &allocator, Ancestors &ancestors) {
+    if (source.subtrees == nullptr || source.subtree_count <= 0) {
+        return true;
+    }
     copy.subtree_count = 0;
     copy.subtrees = allocator.array<Record>(source.subtree_count);
     if (copy.subtrees == nullptr) {
         return false;
     }
-    while (copy.subtree_count < source.subtree_count) {
-        Record &child = copy.subtrees[copy.subtree_count];
-        const Record &from = source.subtrees[copy.subtree_count];
-        ++copy.subtree_count;
-        if (!copy_record(child, from, allocator)) {
-            return false;
-        }
-        if (from.subtrees != nullptr && from.subtree_count > 0) {
-            pending.push(child, from);
-        }
-    }
+    ancestors.push(copy, source);
     return true;
 }
 
+bool copy_next_child(const Allocator &allocator, Ancestors &ancestors) {
+    Record &parent = ancestors.copy();
+    const Record &from = ancestors.source().subtrees[parent.subtree_count];
+    Record &child = parent.subtrees[parent.subtree_count];
+    ++parent.subtree_count;
+    return copy_record(child, from, allocator) && start_children(child, from, allocator, ancestors);
+}
+
 bool copy_tree(Record &copy, const Record &source, const Allocator &allocator) {
-    if (!copy_record(copy, source, allocator)) {
-        return false;
-    }
-    PendingList pending;
-    if (source.subtrees != nullptr && source.subtree_count > 0) {
-        pending.push(copy, source);
-    }
-    Record *parent = nullptr;
-    bool complete = true;
-    while (const Record *from = pending.pop(&parent)) {  // also after a failure, for the framework words
-        complete = complete && copy_children(*parent, *from, allocator, pending);
+    Ancestors ancestors;
+    bool complete = copy_record(copy, source, allocator) && start_children(copy, source, allocator, ancestors);
+    while (!ancestors.empty()) {  // also after a failure, for the framework words
+        if (complete && ancestors.copy().subtree_count < ancestors.source().subtree_count) {
+            complete = copy_next_child(allocator, ancestors);
+        } else {
+            ancestors.pop();
+        }
     }
     return complete;
 }
@@ -159,5 +166,6 @@ qerrno qidl_tvk_edit_ins_duplicate(struct qidl_tvk_edit_insert *destination, con
     if (destination == nullptr || source == nullptr || allocate == nullptr) {
         return TVK_ERR_INVALID;
     }
-    return copy_insert(*destination, *source, {allocate, arg}) ? TVK_OK : TVK_ERR_NO_MEMORY;
+    *destination = *source;
+    return own_insert(*destination, *source, {allocate, arg}) ? TVK_OK : TVK_ERR_NO_MEMORY;
 }

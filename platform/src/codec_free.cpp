@@ -70,11 +70,13 @@ private:
     }
 
     void release_pairs(qidl_tvk_name_value *&pairs, std::int32_t &count) {
-        for (std::int32_t i = 0; pairs != nullptr && i < count; ++i) {
-            release_block(pairs[i].name);
-            release_block(pairs[i].value);
+        if (pairs != nullptr) {
+            for (std::int32_t i = 0; i < count; ++i) {
+                release_block(pairs[i].name);
+                release_block(pairs[i].value);
+            }
+            release_block(pairs);
         }
-        release_block(pairs);
         count = 0;
     }
 
