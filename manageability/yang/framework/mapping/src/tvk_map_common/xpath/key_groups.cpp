@@ -8,6 +8,12 @@ bool is_separator(char c) {
     return c == '[' || c == ']' || c == '=';
 }
 
+// The bracket that closes a keyed step of which separator is the first "/"; null when there is none. A value may hold
+// "/", so the step may go on behind it.
+const char *find_close(const char *separator) {
+    return std::strstr(separator - 1, "]/");
+}
+
 void copy(char *destination, std::string_view text) {
     std::memcpy(destination, text.data(), text.size());
     destination[text.size()] = '\0';
@@ -32,7 +38,7 @@ void tvk::Steps::cut() {
     const char *end = strchrnul(at_, '/');
     keyed_ = std::memchr(at_, '[', static_cast<std::size_t>(end - at_)) != nullptr;
     if (keyed_) {
-        const char *close = std::strstr(end - 1, "]/");  // a value may hold "/"
+        const char *close = find_close(end);
         open_ = close == nullptr;
         end = open_ ? end + std::strlen(end) : close + 1;
     }
@@ -67,7 +73,7 @@ public:
         // A name that its bracket closes has no value.
         const bool has_value = name_end != end_ && *name_end != ']';
         const char *value = has_value ? name_end + 1 : name_end;
-        at_ = has_value ? find_close(value) : value;
+        at_ = has_value ? value_end(value) : value;
         name_ = {name, static_cast<std::size_t>(name_end - name)};
         value_ = {value, static_cast<std::size_t>(at_ - value)};
         return true;
@@ -80,7 +86,7 @@ public:
     }
 
 private:
-    const char *find_close(const char *value) const {
+    const char *value_end(const char *value) const {
         const void *close = std::memchr(value, ']', static_cast<std::size_t>(end_ - value));
         return close != nullptr ? static_cast<const char *>(close) : end_;
     }
@@ -116,11 +122,15 @@ bool tvk::tvk_map_get_key_value_info(std::string_view keyed_step, KeyGroups &key
     return true;
 }
 
+// Only keyed steps can be unusable, so the search is for their brackets: most of a path is never cut.
 bool tvk::has_usable_steps(const char *path) {
-    for (Steps steps{path}; !steps.at_end(); steps.advance()) {
-        if (steps.is_keyed() && (steps.is_open() || count_keys(steps.text()) > TVK_MAP_XPATH_MAX_KEYS)) {
+    const char *open = std::strchr(path, '[');
+    while (open != nullptr) {
+        const char *close = find_close(strchrnul(open, '/'));
+        if (close == nullptr || count_keys({open, close + 1}) > TVK_MAP_XPATH_MAX_KEYS) {
             return false;
         }
+        open = std::strchr(close, '[');
     }
     return true;
 }

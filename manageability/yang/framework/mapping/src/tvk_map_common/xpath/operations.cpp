@@ -40,9 +40,10 @@ qerrno add(tvk_map_ctx ctx, tvk_map_node_operation &record) {
         TVK_ERR(ctx, "Node already present in the path %s\n", record.xpath);
         return TVK_ERR_PRESENT;
     }
-    // The leading "/" is counted whether the path has one or not, so what is left may be another path.
+    // The leading "/" is counted whether the path has one or not: without one, what is left is another path.
     const char *remaining = record.xpath + search.stop_offset + 1;
-    if (tvk::Steps{remaining}.at_end() || !tvk::has_usable_steps(remaining)) {
+    const bool is_usable = record.xpath[0] == '/' || tvk::has_usable_steps(remaining);
+    if (!is_usable || tvk::Steps{remaining}.at_end()) {
         record.result = nullptr;
         return TVK_ERR_INVALID;
     }
