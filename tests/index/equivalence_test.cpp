@@ -2,6 +2,7 @@
 // carry out the same random operations on equal trees, and only one of them has opted in.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <random>
 #include <utility>
 
@@ -393,6 +394,89 @@ TEST_F(Index, ManyParentsDuringOneSearch) {
     record.op = TVK_XPATH_ADD;  // passes over all that are removed
     EXPECT_STATUS(TVK_OK, tvk_map_tree_xpath_operations(mapping.ctx, &record));
     EXPECT_EQ(4001, tree->subtrees->subtree_count);
+}
+
+// Adding entries to a list of one tree, in a request that is not like others.
+struct Additions {
+    Node top;
+    std::function<void(MappingContext &, Record &)> prepare = [](MappingContext &, Record &) {};
+    std::string path = "box/list";
+    std::string key = "id";
+    const char *ns = kNs[0];
+};
+
+// What comes of it. The first search makes the index, the second one comes as the request was prepared.
+std::string add_entries(Additions list, std::uint32_t index_from) {
+    LogCapture log(TVK_LOG_LEVEL_ERR);
+    const Tree tree = list.top;
+    MappingContext mapping;
+    mapping.context.index_children_from = index_from;
+    std::string ns = list.ns != nullptr ? list.ns : "";
+    std::string result;
+    for (std::string value : {"8", "9"}) {
+        const Record *entry = nullptr;
+        const qerrno status =
+            tvk_map_search_or_add_list(mapping.ctx, tree.get(), &entry, list.path.data(), value.data(), list.key.data(),
+                                       list.ns != nullptr ? ns.data() : nullptr);
+        result += std::to_string(status) + " " + (entry != nullptr ? place_of(*tree, entry) : "nothing") + "\n";
+        tvk_map_free_trim_path_list_ctx(mapping.ctx);
+        list.prepare(mapping, *tree->subtrees);
+    }
+    const char *error_xpath = mapping.state->error_xpath;
+    return result + (error_xpath != nullptr ? error_xpath : "") + joined(messages(log)) + show(tree);
+}
+
+// A search that ends without an entry adds one. What adding its path would meet is met with an index, too.
+TEST_F(Index, AddsWhereThePathLeads) {
+    const auto box = [](const Node &entry = node("list").index(1)(leaf("id", "1"))) {
+        return node("box", kNs[0])(entry);
+    };
+    const auto with_flags = [](std::uint32_t flags) {
+        return [flags](MappingContext &mapping, Record &) { mapping.state->build_flags = flags; };
+    };
+    const auto pending = [](MappingContext &mapping, Record &top) {
+        mapping.state->pending_trim_path = tvk_strdup("box", "test");
+        mapping.state->pending_list_node = &top.subtrees[0];
+    };
+    const auto output_entry = [&](MappingContext &mapping, Record &top) {
+        pending(mapping, top);
+        tvk_add_to_output_list_ctx(mapping.ctx);
+    };
+    const auto recorded = [](MappingContext &mapping, Record &) {
+        mapping.state->path_record_mode = TVK_PATH_RECORD_KEEP_LAST;
+    };
+    const Tree filter = node("box")(node("item"));
+    const auto filtered = [&](MappingContext &mapping, Record &) {
+        mapping.state->build_flags = TVK_BUILD_FILTERED;
+        mapping.state->datatree = filter.get();
+    };
+    char interface_name[] = "bundle.0";
+    const auto placed = [&](MappingContext &mapping, Record &) {
+        mapping.context.intf_config_flag = 1;
+        mapping.context.intf_name = interface_name;
+    };
+    const Node configuration = node("interface-configuration", kNs[0])
+                                   .index(1)(leaf("interface-name", interface_name), node("interface-virtual"));
+    const Additions kCases[] = {
+        {root()(box())},
+        {root()(box()(node("list")))},
+        {root()(box()(node("list").index(2), node("list")(leaf("id", "2"))))},
+        {root()(box()(node("list")(leaf("id", "2"))))},
+        {root()(box().index(1), box().index(2))},
+        {root()(box().without(TVK_HAS_NS), box())},
+        {root()(box().op(TVK_OPERATION_REMOVE)), with_flags(TVK_BUILD_REPLACE_MERGING)},
+        {root()(box()), with_flags(TVK_BUILD_ERROR_NODE)},
+        {root()(box()), pending},
+        {root()(box()), output_entry},
+        {root()(box()), recorded},
+        {root()(box()), filtered},
+        {.top = root()(box(node("list").index(1)(leaf("config/id", "1")))), .key = "config/id"},
+        {.top = root()(node("list").index(1)(leaf("id", "1"))), .path = "list", .ns = nullptr},
+        {root()(configuration), placed, "interface-configuration", "interface-name"},
+    };
+    for (const Additions &list : kCases) {
+        EXPECT_EQ(add_entries(list, 0), add_entries(list, 1)) << show(list.top) << list.path;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, Equivalence, ::testing::ValuesIn([] {

@@ -85,6 +85,7 @@ bool tvk::EntryTable::take_in(const Node &child, std::size_t position) {
     if (!any_tag_ && std::strcmp(child.tag, names_.get()) != 0) {
         return true;
     }
+    all_numbered_ = all_numbered_ && child.subtree_index != 0;
     std::uint32_t hash = 0;
     const char *name = names_.get();
     for (std::size_t i = 0; i < key_count_; ++i) {
@@ -120,4 +121,5 @@ bool tvk::EntryTable::reads(const char *tag) const {
 void tvk::EntryTable::clear() {
     slots_.clear();
     frontier_ = 0;
+    all_numbered_ = true;
 }

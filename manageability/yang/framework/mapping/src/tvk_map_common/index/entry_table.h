@@ -33,6 +33,8 @@ public:
     // Moves the frontier over what has come, or been given its keys, since the last time.
     void take_in(std::span<const Node> children);
     std::size_t frontier() const { return frontier_; }
+    // Whether each of the entries in front of the frontier was appended as an instance of its own.
+    bool all_numbered() const { return all_numbered_; }
 
     // The entries whose keys have these values, in order, or others of equal hash.
     const EntrySlot *first(std::span<const KeyText> keys) const;
@@ -49,6 +51,7 @@ private:
     NamedString names_;  // the tag, empty for any, and the key names, each terminated
     std::size_t key_count_ = 0;
     bool any_tag_ = false;
+    bool all_numbered_ = true;
     ProbeTable<EntrySlot> slots_;
     std::size_t frontier_ = 0;
 };

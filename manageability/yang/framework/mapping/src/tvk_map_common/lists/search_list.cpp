@@ -5,9 +5,7 @@
 #include "tvk_map_common/index/candidates.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
-#include "tvk_map_common/internal/node.h"
-#include "tvk_map_common/internal/owned.h"
-#include "tvk_map_common/internal/path.h"
+#include "tvk_map_common/lists/list_search.h"
 #include "tvk_map_datatree.h"
 #include "tvk_map_lists.h"
 
@@ -24,18 +22,13 @@ qerrno tvk_map_get_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **node, 
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    for (tvk::Components components{path}; components.current() != nullptr; components.advance()) {
-        const Node *child = tvk::first_of_tag(ctx, **node, components.current());
-        if (child == nullptr || child->tag == nullptr || (ns != nullptr && !same_text(child->ns, ns))) {
-            break;
-        }
-        if (components.is_last()) {
-            return TVK_OK;  // at the parent of the entries
-        }
-        *node = child;
+    tvk::Components components{path};
+    bool is_plain = false;
+    if (!tvk::walk_to_list(ctx, *node, components, ns, is_plain)) {
+        tvk_oc_error_path(ctx);
+        return TVK_ERR_INVALID;
     }
-    tvk_oc_error_path(ctx);
-    return TVK_ERR_INVALID;
+    return TVK_OK;
 }
 
 qerrno tvk_map_iterate_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **node, char *key_name, char *key_value,
@@ -47,11 +40,15 @@ qerrno tvk_map_iterate_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **no
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    const std::unique_ptr<char, decltype(&std::free)> copy{strdup(list_path), &std::free};
-    if (copy == nullptr) {
-        return TVK_ERR_NOT_FOUND;
+    // Only a path that goes on behind its last component has to be cut, and copied for that.
+    std::unique_ptr<char, decltype(&std::free)> copy{nullptr, &std::free};
+    if (list_path[0] != '\0' && list_path[std::strlen(list_path) - 1] == '/') {
+        copy.reset(strdup(list_path));
+        if (copy == nullptr) {
+            return TVK_ERR_NOT_FOUND;
+        }
     }
-    const char *const entry_name = tvk::last_component(copy.get());
+    const char *const entry_name = tvk::last_component(copy != nullptr ? copy.get() : list_path);
     if (tvk::lost_children(**node)) {
         TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
         TVK_ERR(ctx, "Failed to get subtrees!");
@@ -72,27 +69,8 @@ qerrno tvk_map_iterate_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **no
 
 namespace {
 
-struct ListKey {
-    char *list_path;
-    char *value;
-    char *name;
-    char *ns;
-};
-
-// Null when the entry is not there; path_copied tells a miss from a path that could not be copied.
-const Node *search(tvk_map_ctx ctx, const Node *root, const ListKey &key, bool &path_copied) {
-    const tvk::NamedString copy = tvk::copy_text(key.list_path, "TVK_MAP");
-    path_copied = copy != nullptr;
-    const Node *node = root;
-    if (!path_copied || tvk_map_get_list(ctx, &node, copy.get(), key.ns) != TVK_OK ||
-        tvk_map_iterate_list(ctx, &node, key.name, key.value, key.list_path, nullptr) != TVK_OK) {
-        return nullptr;
-    }
-    return node;
-}
-
-// key_path has room for the path of the key leaf.
-qerrno add_entry(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey &key, char *key_path,
+// The entry and its key by one path each. key_path has room for the path of the key leaf.
+qerrno add_paths(tvk_map_ctx ctx, Node *root, const Node **entry, const tvk::ListKey &key, char *key_path,
                  std::size_t size) {
     Node *added = nullptr;
     const qerrno entry_status =
@@ -112,6 +90,18 @@ qerrno add_entry(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey 
     return tvk_map_datatree_add_path_flagged(ctx, root, key_path, key.ns, key.value, nullptr, nullptr, 0, 0);
 }
 
+// The same, where the search has shown that the paths lead there.
+qerrno add_directly(tvk_map_ctx ctx, Node &parent, const char *name, const Node **entry, const tvk::ListKey &key) {
+    Node *added = nullptr;
+    const qerrno status =
+        tvk_map_datatree_add_subtree_flagged(ctx, &parent, name, key.ns, nullptr, nullptr, &added, 1, 0);
+    if (status != TVK_OK) {
+        return status;
+    }
+    *entry = added;
+    return tvk_map_datatree_add_subtree_flagged(ctx, added, key.name, key.ns, key.value, nullptr, nullptr, 0, 0);
+}
+
 }  // namespace
 
 qerrno tvk_map_search_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root,
@@ -124,12 +114,12 @@ qerrno tvk_map_search_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    bool path_copied = false;
-    const Node *found = search(ctx, root, {list_path, key_value, key_name, ns}, path_copied);
-    if (found == nullptr) {
-        return path_copied ? TVK_ERR_INVALID : TVK_ERR_NOT_FOUND;
+    const tvk::ListKey key{list_path, key_value, key_name, ns};
+    const tvk::ListSearch search{ctx, root, key};
+    if (search.entry() == nullptr) {
+        return search.was_made() ? TVK_ERR_INVALID : TVK_ERR_NOT_FOUND;
     }
-    *entry = found;
+    *entry = search.entry();
     return TVK_OK;
 }
 
@@ -144,12 +134,13 @@ qerrno tvk_map_search_or_add_list(tvk_map_ctx ctx, const struct qidl_tvk_datatre
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    const ListKey key{list_path, key_value, key_name, ns};
-    bool path_copied = false;
-    const Node *found = search(ctx, root, key, path_copied);
+    const tvk::ListKey key{list_path, key_value, key_name, ns};
+    const tvk::ListSearch search{ctx, root, key};
     qerrno status = TVK_OK;
-    if (found != nullptr && (ns == nullptr || same_text(found->ns, ns))) {
+    if (const Node *found = search.entry(); found != nullptr && (ns == nullptr || same_text(found->ns, ns))) {
         *entry = found;
+    } else if (Node *parent = search.place_for_entry(); parent != nullptr) {
+        status = add_directly(ctx, *parent, search.entry_name(), entry, key);
     } else {
         const std::size_t size = std::strlen(list_path) + std::strlen(key_name) + 2;
         const tvk::NamedString key_path = tvk::allocate_text(size, "TVK MAP search list");
@@ -157,7 +148,7 @@ qerrno tvk_map_search_or_add_list(tvk_map_ctx ctx, const struct qidl_tvk_datatre
             TVK_ERR(ctx, "Failed to allocate for key path!");
             return TVK_ERR_NO_MEMORY;
         }
-        status = add_entry(ctx, const_cast<Node *>(root), entry, key, key_path.get(), size);
+        status = add_paths(ctx, const_cast<Node *>(root), entry, key, key_path.get(), size);
     }
     if (status == TVK_OK) {
         status = tvk_map_copy_trim_path_list_ctx(ctx, list_path);

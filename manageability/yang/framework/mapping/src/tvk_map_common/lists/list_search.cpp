@@ -1,0 +1,77 @@
+#include "tvk_map_common/lists/list_search.h"
+
+#include "tvk_map_common/index/candidates.h"
+#include "tvk_map_common/internal/log.h"
+#include "tvk_map_common/internal/request.h"
+#include "tvk_map_lists.h"
+
+namespace {
+
+using tvk::Node;
+
+// Some platforms leave out nodes of such a name.
+bool may_be_left_out(const char *name) {
+    return name[0] == 'v';
+}
+
+// Adding a path goes on below the last numbered child where a search takes the first.
+bool is_entered_by_additions(const Node &child, const char *ns) {
+    return child.subtree_index == 0 && tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_NS) &&
+           tvk::same_text(child.ns, ns);
+}
+
+// Whether a path that is added now goes where it says, without being filtered, trimmed, recorded or logged.
+bool adds_what_it_says(tvk_map_ctx ctx) {
+    constexpr std::uint32_t kElsewhere = TVK_BUILD_FILTERED | TVK_BUILD_REPLACE_MERGING | TVK_BUILD_ERROR_NODE;
+    const tvk_map_request_state &state = *ctx->state;
+    return (state.build_flags & kElsewhere) == 0 && state.pending_trim_path == nullptr &&
+           state.output_list_count == 0 && state.path_record_mode == TVK_PATH_RECORD_OFF &&
+           ctx->intf_config_flag != 1 && !tvk::is_tracing(ctx);
+}
+
+}  // namespace
+
+bool tvk::walk_to_list(tvk_map_ctx ctx, const Node *&node, Components &components, const char *ns, bool &is_plain) {
+    is_plain = ns != nullptr;
+    for (; components.current() != nullptr; components.advance()) {
+        const Node *child = first_of_tag(ctx, *node, components.current());
+        if (child == nullptr || child->tag == nullptr || (ns != nullptr && !same_text(child->ns, ns))) {
+            return false;
+        }
+        is_plain = is_plain && !may_be_left_out(components.current());
+        if (components.is_last()) {
+            return true;
+        }
+        is_plain = is_plain && is_entered_by_additions(*child, ns);
+        node = child;
+    }
+    return false;
+}
+
+tvk::ListSearch::ListSearch(tvk_map_ctx ctx, const Node *root, const ListKey &key)
+    : ctx_(ctx), key_(key), path_(copy_text(key.list_path, "TVK_MAP")), parent_(root) {
+    if (path_ == nullptr) {
+        return;
+    }
+    if (!walk_to_list(ctx, parent_, components_.emplace(path_.get()), key.ns, is_plain_)) {
+        is_plain_ = false;
+        tvk_oc_error_path(ctx);
+        return;
+    }
+    const Node *entry = parent_;
+    if (tvk_map_iterate_list(ctx, &entry, key.name, key.value, key.list_path, nullptr) == TVK_OK) {
+        entry_ = entry;
+    }
+}
+
+tvk::Node *tvk::ListSearch::place_for_entry() const {
+    if (!is_plain_ || !keeps_index(ctx_) || !adds_what_it_says(ctx_) || std::strchr(key_.name, '/') != nullptr ||
+        key_.name[0] == '\0') {
+        return nullptr;
+    }
+    const std::span<const Node> siblings = children(*parent_);
+    const KeyText wanted{key_.name, key_.value};
+    const EntryTable *entries = find_entry_table(ctx_, siblings, entry_name(), {&wanted, 1});
+    const bool gets_the_key = entries != nullptr && entries->frontier() == siblings.size() && entries->all_numbered();
+    return gets_the_key ? const_cast<Node *>(parent_) : nullptr;
+}

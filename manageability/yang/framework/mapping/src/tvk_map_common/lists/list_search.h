@@ -1,0 +1,51 @@
+// A search for a list entry by its key.
+#ifndef TVK_MAP_LISTS_LIST_SEARCH_H
+#define TVK_MAP_LISTS_LIST_SEARCH_H
+
+#include <optional>
+
+#include "tvk_map_common/internal/node.h"
+#include "tvk_map_common/internal/owned.h"
+#include "tvk_map_common/internal/path.h"
+#include "tvk_map_types.h"
+
+namespace tvk {
+
+struct ListKey {
+    char *list_path;
+    char *value;
+    char *name;
+    char *ns;
+};
+
+// Goes from node down to the parent of the last component's entries; false when it does not come there. Node is then
+// the last one reached. is_plain says whether adding the path would have gone the same way.
+bool walk_to_list(tvk_map_ctx ctx, const Node *&node, Components &components, const char *ns, bool &is_plain);
+
+class ListSearch {
+public:
+    ListSearch(tvk_map_ctx ctx, const Node *root, const ListKey &key);
+
+    // False when the path could not be copied; nothing was searched then.
+    bool was_made() const { return path_ != nullptr; }
+    // Null when it is not there.
+    const Node *entry() const { return entry_; }
+
+    // Where a new entry is to be appended, and its key leaf added to it, when adding the list's path and then the
+    // key's would do no more than that; else null. An index has to know that no sibling would get the key instead.
+    Node *place_for_entry() const;
+    const char *entry_name() const { return components_->current(); }
+
+private:
+    tvk_map_ctx ctx_;
+    const ListKey &key_;
+    NamedString path_;
+    std::optional<Components> components_;
+    const Node *parent_;
+    const Node *entry_ = nullptr;
+    bool is_plain_ = false;
+};
+
+}  // namespace tvk
+
+#endif
