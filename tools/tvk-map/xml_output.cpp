@@ -3,8 +3,6 @@
 #include <libxml/chvalid.h>
 
 #include <cstdio>
-#include <new>
-#include <string_view>
 
 #include "xml_document.h"
 
@@ -12,104 +10,186 @@ namespace tvk::tool {
 
 namespace {
 
-void check(int written) {
-    if (written < 0) {
-        throw std::bad_alloc();
-    }
-}
+struct Character {
+    size_t length;  // in bytes; 0 when the text begins with none that XML can hold
+    unsigned code;
+};
 
-// The length of the XML character that text begins with; 0 when it begins with none.
-size_t leading_character(std::string_view text) {
-    const int first = static_cast<unsigned char>(text.front());
+Character leading_character(std::string_view text) {
+    const unsigned first = static_cast<unsigned char>(text.front());
     if (first < 0x80) {
-        return xmlIsCharQ(first) ? 1 : 0;
+        return {xmlIsCharQ(first) ? 1u : 0u, first};
     }
     int length = static_cast<int>(text.size() < 4 ? text.size() : 4);
     const int code = xmlGetUTF8Char(reinterpret_cast<const unsigned char *>(text.data()), &length);
     const int shortest = code < 0x80 ? 1 : code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
-    return code >= 0 && length == shortest && xmlIsCharQ(code) ? static_cast<size_t>(length) : 0;
+    const bool is_character = code >= 0 && length == shortest && xmlIsCharQ(code);
+    return {is_character ? static_cast<size_t>(length) : 0, static_cast<unsigned>(code)};
 }
 
-size_t find_unwritable(std::string_view text, size_t at = 0) {
-    while (at < text.size()) {
-        const size_t length = leading_character(text.substr(at));
-        if (length == 0) {
-            return at;
-        }
-        at += length;
+// Whether a byte is written as it is, in texts and attributes alike.
+bool is_plain(unsigned char byte) {
+    return byte >= ' ' && byte < 0x80 && byte != '<' && byte != '>' && byte != '&' && byte != '"';
+}
+
+size_t length_of_plain(std::string_view text) {
+    size_t length = 0;
+    while (length < text.size() && is_plain(static_cast<unsigned char>(text[length]))) {
+        ++length;
     }
-    return std::string_view::npos;
+    return length;
+}
+
+std::string numbered(unsigned code) {
+    char reference[16];
+    std::snprintf(reference, sizeof reference, code < 0x80 ? "&#%u;" : "&#x%X;", code);
+    return reference;
+}
+
+// A reader takes line breaks and tabs of an attribute for blanks, so these are references there, as is what is not
+// ASCII.
+void append_character(std::string &out, std::string_view bytes, unsigned code, bool is_attribute) {
+    switch (code) {
+        case '<':
+            out += "&lt;";
+            break;
+        case '>':
+            out += "&gt;";
+            break;
+        case '&':
+            out += "&amp;";
+            break;
+        case '"':
+            out += "&quot;";
+            break;
+        default:
+            out += is_attribute || code == '\r' ? numbered(code) : bytes;
+    }
+}
+
+// Returns what of text, if anything, begins with a byte that XML cannot hold.
+std::string_view append_escaped(std::string &out, std::string_view text, bool is_attribute) {
+    for (;;) {
+        const size_t plain = length_of_plain(text);
+        out += text.substr(0, plain);
+        text.remove_prefix(plain);
+        if (text.empty()) {
+            return text;
+        }
+        const Character character = leading_character(text);
+        if (character.length == 0) {
+            return text;
+        }
+        append_character(out, text.substr(0, character.length), character.code, is_attribute);
+        text.remove_prefix(character.length);
+    }
 }
 
 }  // namespace
 
 std::string writable(const std::string &text) {
     std::string clean = text;
-    for (size_t at = 0; (at = find_unwritable(clean, at)) != std::string::npos;) {
-        clean[at] = '?';
+    for (size_t at = 0; at < clean.size();) {
+        const size_t length = leading_character(std::string_view(clean).substr(at)).length;
+        if (length == 0) {
+            clean[at] = '?';
+        }
+        at += length == 0 ? 1 : length;
     }
     return clean;
 }
 
-XmlOutput::XmlOutput() : buffer_(xmlBufferCreate()) {
-    if (buffer_) {
-        xmlBufferSetAllocationScheme(buffer_.get(), XML_BUFFER_ALLOC_DOUBLEIT);
-        writer_.reset(xmlNewTextWriterMemory(buffer_.get(), 0));
-    }
-    if (!writer_) {
-        throw std::bad_alloc();
-    }
-    check(xmlTextWriterSetIndent(writer_.get(), 1));
-    check(xmlTextWriterSetIndentString(writer_.get(), as_xml("  ")));
-}
-
 void XmlOutput::start(const char *name) {
-    element_ = name;
-    check(xmlTextWriterStartElement(writer_.get(), as_xml(name)));
+    if (!open_.empty()) {
+        begin_content(Content::kElements);
+    }
+    indent();
+    document_ += '<';
+    document_ += name;
+    open_.push_back(name);
+    content_ = Content::kNone;
 }
 
 void XmlOutput::end() {
-    check(xmlTextWriterEndElement(writer_.get()));
+    const char *name = open_.back();
+    open_.pop_back();
+    if (content_ == Content::kNone) {
+        end_tag("/>\n");
+    } else {
+        if (content_ == Content::kElements) {
+            indent();
+        }
+        document_ += "</";
+        document_ += name;
+        document_ += ">\n";
+    }
+    content_ = Content::kElements;
 }
 
-void XmlOutput::attribute(const char *name, const char *value) {
-    check_text("an attribute", value);
-    check(xmlTextWriterWriteAttribute(writer_.get(), as_xml(name), as_xml(value)));
+void XmlOutput::attribute(const char *name, std::string_view value) {
+    append_attribute(document_, name, value);
 }
 
-void XmlOutput::attribute(const char *prefix, const char *name, const char *ns, const char *value) {
-    check_text("an attribute", ns);
-    check_text("an attribute", value);
-    check(xmlTextWriterWriteAttributeNS(writer_.get(), as_xml(prefix), as_xml(name), as_xml(ns), as_xml(value)));
+void XmlOutput::attribute(const char *prefix, const char *name, const char *ns, std::string_view value) {
+    // Declared behind the attributes, the last one first.
+    std::string declaration;
+    append_attribute(declaration, (std::string("xmlns:") + prefix).c_str(), ns);
+    append_attribute(document_, (std::string(prefix) + ":" + name).c_str(), value);
+    declarations_.insert(0, declaration);
 }
 
-void XmlOutput::text(const char *value) {
-    check_text("the value", value);
-    check(xmlTextWriterWriteString(writer_.get(), as_xml(value)));
+void XmlOutput::text(std::string_view value) {
+    begin_content(Content::kText);
+    append(document_, "the value", value, false);
 }
 
-void XmlOutput::leaf(const char *name, const char *value) {
+void XmlOutput::leaf(const char *name, std::string_view value) {
     start(name);
     text(value);
     end();
 }
 
 std::string XmlOutput::finish() {
-    check(xmlTextWriterEndDocument(writer_.get()));
-    writer_.reset();
-    const xmlChar *content = xmlBufferContent(buffer_.get());
-    return std::string(as_text(content), static_cast<size_t>(xmlBufferLength(buffer_.get())));
+    while (!open_.empty()) {
+        end();
+    }
+    return std::move(document_);
 }
 
-void XmlOutput::check_text(const char *what, const char *value) const {
-    const size_t at = find_unwritable(value);
-    if (at == std::string_view::npos) {
+void XmlOutput::begin_content(Content content) {
+    if (content_ == Content::kNone) {
+        end_tag(content == Content::kElements ? ">\n" : ">");
+    }
+    content_ = content;
+}
+
+void XmlOutput::end_tag(const char *end) {
+    document_ += declarations_;
+    document_ += end;
+    declarations_.clear();
+}
+
+void XmlOutput::indent() {
+    document_.append(2 * open_.size(), ' ');
+}
+
+void XmlOutput::append_attribute(std::string &out, const char *name, std::string_view value) const {
+    out += ' ';
+    out += name;
+    out += "=\"";
+    append(out, "an attribute", value, true);
+    out += '"';
+}
+
+void XmlOutput::append(std::string &out, const char *what, std::string_view value, bool is_attribute) const {
+    const std::string_view rest = append_escaped(out, value, is_attribute);
+    if (rest.empty()) {
         return;
     }
     char byte[8];
-    std::snprintf(byte, sizeof byte, "0x%02x", static_cast<unsigned>(static_cast<unsigned char>(value[at])));
-    throw EncodeError(std::string(what) + " of '" + element_ + "' holds a character that XML cannot express (byte " +
-                      byte + ")");
+    std::snprintf(byte, sizeof byte, "0x%02x", static_cast<unsigned>(static_cast<unsigned char>(rest.front())));
+    throw EncodeError(std::string(what) + " of '" + open_.back() +
+                      "' holds a character that XML cannot express (byte " + byte + ")");
 }
 
 }  // namespace tvk::tool

@@ -1,11 +1,10 @@
 // Writing indented XML into memory.
 #pragma once
 
-#include <libxml/xmlwriter.h>
-
-#include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace tvk::tool {
 
@@ -19,37 +18,36 @@ public:
 std::string writable(const std::string &text);
 
 /*
- * Names must be valid XML names. Texts are checked: one that XML cannot hold is an EncodeError that names the
- * element. Running out of memory is std::bad_alloc.
+ * Names must be valid XML names, that of an element must hold until the element ends. Attributes come before the
+ * content. Texts are checked: one that XML cannot hold is an EncodeError that names the element. Running out of memory
+ * is std::bad_alloc.
  */
 class XmlOutput {
 public:
-    XmlOutput();
-
     void start(const char *name);
     void end();
-    void attribute(const char *name, const char *value);
-    void attribute(const char *prefix, const char *name, const char *ns, const char *value);
-    void text(const char *value);
+    void attribute(const char *name, std::string_view value);
+    void attribute(const char *prefix, const char *name, const char *ns, std::string_view value);
+    void text(std::string_view value);
     // <name>value</name>
-    void leaf(const char *name, const char *value);
+    void leaf(const char *name, std::string_view value);
 
     // Closes what is open and hands over the document.
     std::string finish();
 
 private:
-    struct ReleaseBuffer {
-        void operator()(xmlBuffer *buffer) const { xmlBufferFree(buffer); }
-    };
-    struct ReleaseWriter {
-        void operator()(xmlTextWriter *writer) const { xmlFreeTextWriter(writer); }
-    };
+    enum class Content { kNone, kText, kElements };
 
-    void check_text(const char *what, const char *value) const;
+    void begin_content(Content content);
+    void end_tag(const char *end);
+    void indent();
+    void append_attribute(std::string &out, const char *name, std::string_view value) const;
+    void append(std::string &out, const char *what, std::string_view value, bool is_attribute) const;
 
-    std::unique_ptr<xmlBuffer, ReleaseBuffer> buffer_;
-    std::unique_ptr<xmlTextWriter, ReleaseWriter> writer_;
-    std::string element_;  // started last
+    std::string document_;
+    std::vector<const char *> open_;
+    Content content_ = Content::kNone;  // so far, of the innermost element that is open
+    std::string declarations_;          // of namespaces, for the end of the tag that is open
 };
 
 }  // namespace tvk::tool
