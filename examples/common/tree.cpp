@@ -10,37 +10,6 @@ namespace mapping {
 
 namespace {
 
-// Looking for an entry whose list is not there yet counts as a failure for the error path, though it is then added.
-void forget_error_path(tvk_map_ctx ctx) {
-    kel_named_free(ctx->state->error_xpath);
-    kel_named_free(ctx->state->error_xpath_ns);
-    ctx->state->error_xpath = nullptr;
-    ctx->state->error_xpath_ns = nullptr;
-}
-
-// Entries that were read from a file have no number, and one of those would be given the key of the next new entry.
-// They are the first ones, and get theirs all at once.
-void number_entries(tvk_map_ctx ctx, Node *root, const char *list_path) {
-    const Node *first = find(root, list_path);
-    if (first == nullptr || (first->presence & TVK_HAS_SUBTREE_INDEX) != 0) {
-        return;
-    }
-    char parent_path[TVK_MAP_MAX_PATH];
-    std::snprintf(parent_path, sizeof parent_path, "%s", list_path);
-    char *separator = std::strrchr(parent_path, '/');
-    *(separator != nullptr ? separator : parent_path) = '\0';
-    const Node *parent = find(root, parent_path);
-    tvk_map_forget_children(ctx, parent);
-    int32_t place = 0;
-    for (Node &entry : children_of(parent)) {
-        ++place;
-        if (equal(entry.tag, first->tag)) {
-            entry.subtree_index = place;
-            entry.presence = static_cast<uint16_t>(entry.presence | TVK_HAS_SUBTREE_INDEX);
-        }
-    }
-}
-
 void drop_children(tvk_map_ctx ctx, Node *node, int32_t kept) {
     tvk_map_forget_children(ctx, node);
     for (int32_t i = kept; i < node->subtree_count; ++i) {
@@ -78,19 +47,19 @@ Node *find(Node *node, const char *path) {
     return const_cast<Node *>(find(static_cast<const Node *>(node), path));
 }
 
-qerrno enter_entry(tvk_map_ctx ctx, Node *root, const char *list_path, const char *key_name, const char *key_value,
-                   const char *ns) {
-    tvk_map_datatree_reset_trim_path_ctx(ctx);
-    number_entries(ctx, root, list_path);
-    const bool failed_before = ctx->state->error_xpath != nullptr;
-    const Node *entry = nullptr;
-    const qerrno status =
-        tvk_map_search_or_add_list(ctx, root, &entry, text(list_path), text(key_value), text(key_name), text(ns));
+qerrno enter_entry(tvk_map_ctx ctx, Node *parent, const List &list, const char *key_value) {
+    ctx->state->pending_list_node = nullptr;  // the list may grow, which moves its entries
+    Node *container = nullptr;
+    Node *entry = nullptr;
+    qerrno status = tvk_map_datatree_add_subtree(ctx, parent, list.container, list.ns, nullptr, nullptr, &container, 0);
     if (status == TVK_OK) {
-        ctx->state->pending_list_node = const_cast<Node *>(entry);
-        if (!failed_before) {
-            forget_error_path(ctx);
-        }
+        status = tvk_map_datatree_add_list_node(ctx, container, list.name, list.ns, list.key, key_value, &entry);
+    }
+    if (status == TVK_OK && children_of(entry).count == 0) {
+        status = tvk_map_datatree_add_subtree(ctx, entry, list.key, list.ns, key_value, nullptr, nullptr, 0);
+    }
+    if (status == TVK_OK) {
+        ctx->state->pending_list_node = entry;
     }
     return status;
 }

@@ -32,10 +32,17 @@ NodeRange children_of(const Node *node);
 const Node *find(const Node *node, const char *path);
 Node *find(Node *node, const char *path);
 
-// Makes the entry key_name = key_value of the list at list_path, below root, the current one; adds it if need be. The
-// current entry is the request's pending one: paths that hold list_path are added below it from there.
-qerrno enter_entry(tvk_map_ctx ctx, Node *root, const char *list_path, const char *key_name, const char *key_value,
-                   const char *ns);
+// A list of the native tree, in a container of its own.
+struct List {
+    const char *container;
+    const char *name;
+    const char *key;
+    const char *ns;
+};
+
+// Makes the entry of that key, below parent, the current one; adds it, and the container around it, if need be. The
+// current entry is the request's pending list node, without a trim path: paths lead on from the entry.
+qerrno enter_entry(tvk_map_ctx ctx, Node *parent, const List &list, const char *key_value);
 
 inline Node *current_entry(tvk_map_ctx ctx) {
     return ctx->state->pending_list_node;

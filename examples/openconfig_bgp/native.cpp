@@ -38,6 +38,50 @@ const Node *key_leaf(tvk_map_ctx ctx, const char *path, const char *tag) {
     return key != nullptr && key->data != nullptr ? key : nullptr;
 }
 
+constexpr char kInstances[] = "bgp/instances";
+constexpr char kInstance[] = "bgp/instances/instance";
+
+// Looking for an entry whose list is not there yet counts as a failure for the error path, though it is then added.
+void forget_error_path(tvk_map_ctx ctx) {
+    kel_named_free(ctx->state->error_xpath);
+    kel_named_free(ctx->state->error_xpath_ns);
+    ctx->state->error_xpath = nullptr;
+    ctx->state->error_xpath_ns = nullptr;
+}
+
+// Entries that were read from a file have no number, and one of those would be given the key of the next new entry.
+// They are the first ones, and get theirs all at once.
+void number_instances(tvk_map_ctx ctx, const Node *root) {
+    const NodeRange instances = children_of(find(root, kInstances));
+    if (instances.count == 0 || (instances.first->presence & TVK_HAS_SUBTREE_INDEX) != 0) {
+        return;
+    }
+    tvk_map_forget_children(ctx, find(root, kInstances));
+    int32_t place = 0;
+    for (Node &entry : instances) {
+        entry.subtree_index = ++place;
+        entry.presence = static_cast<uint16_t>(entry.presence | TVK_HAS_SUBTREE_INDEX);
+    }
+}
+
+// Paths lead on from the entry itself, so the trim path goes.
+qerrno find_or_add_instance(tvk_map_ctx ctx, Node *root, const char *name) {
+    tvk_map_datatree_reset_trim_path_ctx(ctx);
+    number_instances(ctx, root);
+    const bool failed_before = ctx->state->error_xpath != nullptr;
+    const Node *entry = nullptr;
+    const qerrno status = tvk_map_search_or_add_list(ctx, root, &entry, text(kInstance), text(name),
+                                                     text("instance-name"), text(kNativeNs));
+    tvk_map_free_trim_path_list_ctx(ctx);
+    if (status == TVK_OK) {
+        ctx->state->pending_list_node = const_cast<Node *>(entry);
+        if (!failed_before) {
+            forget_error_path(ctx);
+        }
+    }
+    return status;
+}
+
 qerrno enter_instance(tvk_map_ctx ctx, const Node *node, Node *target) {
     const Node *name = key_leaf(ctx, kInstancePath, "name");
     if (name == nullptr) {
@@ -46,9 +90,7 @@ qerrno enter_instance(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (!is_plain_name(name->data)) {
         return refuse(ctx, name, TVK_ERR_INVALID);
     }
-    const qerrno status = enter_entry(ctx, target, "bgp/instances/instance", "instance-name", name->data, kNativeNs);
-    tvk_map_free_trim_path_list_ctx(ctx);
-    return status;
+    return find_or_add_instance(ctx, target, name->data);
 }
 
 qerrno enter_peer(tvk_map_ctx ctx, const Node *node, Node *target) {
@@ -87,20 +129,8 @@ qerrno enter_family(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (name == nullptr) {
         return refuse(ctx, identity, TVK_ERR_INVALID);
     }
-    Node *families = nullptr;
-    Node *family = nullptr;
-    qerrno status =
-        tvk_map_datatree_add_subtree(ctx, current_entry(ctx), "families", kNativeNs, nullptr, nullptr, &families, 0);
-    if (status == TVK_OK) {
-        status = tvk_map_datatree_add_list_node(ctx, families, "family", kNativeNs, "name", name, &family);
-    }
-    const NodeRange leaves = children_of(family);
-    if (status == TVK_OK && tvk_map_is_node_in_subtrees(ctx, leaves.first, static_cast<uint32_t>(leaves.count), "name",
-                                                        name, 1, nullptr) == 0) {
-        status = tvk_map_datatree_add_subtree(ctx, family, "name", kNativeNs, name, nullptr, nullptr, 0);
-    }
-    ctx->state->pending_list_node = family;
-    return status;
+    constexpr List kFamilyList = {"families", "family", "name", kNativeNs};
+    return enter_entry(ctx, current_entry(ctx), kFamilyList, name);
 }
 
 }  // namespace

@@ -30,22 +30,19 @@ constexpr ValuePair kTypes[] = {
     {"ethernetCsmacd", "ethernet"}, {"ieee8023adLag", "bundle"}, {"softwareLoopback", "loopback"}, {nullptr, nullptr}};
 
 // The size for all protocols is the entry with the owner interface.
-qerrno edit_mtu(tvk_map_ctx ctx, const Node *leaf, Node *target) {
+qerrno edit_mtu(tvk_map_ctx ctx, const Node *leaf, Node *) {
+    constexpr List kMtus = {"mtus", "mtu", "owner", kNativeNs};
     Node *interface_entry = current_entry(ctx);
-    char *name = nullptr;
-    qerrno status = tvk_map_get_node_info(ctx, kInterfacePath, "name", &name);
-    if (status == TVK_OK) {
-        status = enter_list(ctx, interface_entry, "mtus/mtu", "owner", "interface");
-    }
+    qerrno status = enter_entry(ctx, interface_entry, kMtus, "interface");
     if (status == TVK_OK) {
         status = settle_entry(ctx, leaf, 1);
     }
     if (status == TVK_OK) {
         status =
-            tvk_map_datatree_add_path(ctx, interface_entry, "mtus/mtu/mtu", kNativeNs, leaf->data, nullptr, nullptr, 0);
+            tvk_map_datatree_add_subtree(ctx, current_entry(ctx), "mtu", kNativeNs, leaf->data, nullptr, nullptr, 0);
     }
-    const qerrno back = enter_interface(ctx, target, name);
-    return status == TVK_OK || status == TVK_SKIP_NODE ? back : status;
+    ctx->state->pending_list_node = interface_entry;  // where it was: only its children have moved
+    return status == TVK_SKIP_NODE ? TVK_OK : status;
 }
 
 const char *read_mtu(tvk_map_ctx, const Node *native) {
@@ -141,14 +138,11 @@ qerrno handle_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (tvk_map_get_node_info(ctx, kInterfacePath, "name", &name) != TVK_OK || name == nullptr) {
         return refuse(ctx, node, TVK_ERR_LIST_KEY);
     }
-    const qerrno status = enter_interface(ctx, target, name);
-    if (status != TVK_OK) {
-        return status;
-    }
     if (tvk_map_is_request_delete(node) != 0) {
         remove_subinterfaces(ctx, node, target, name);
     }
-    return settle_entry(ctx, node, kInterfaceKeyCount);
+    const qerrno status = enter_interface(ctx, target, name);
+    return status == TVK_OK ? settle_entry(ctx, node, kInterfaceKeyCount) : status;
 }
 
 constexpr struct tmap_child_entry kInterfaceChildren[] = {

@@ -1,45 +1,38 @@
 #include "native.h"
 
-#include <cstdio>
-
 namespace interfaces {
 
 namespace {
 
-bool is_current(tvk_map_ctx ctx, const char *list_path, const char *key_name, const char *key_value) {
+constexpr List kInterfaces = {kNativeInterfaces, "interface-configuration", "interface-name", kNativeNs};
+
+bool is_current(tvk_map_ctx ctx, const char *name) {
+    const Node *entry = current_entry(ctx);
     const Node *key = nullptr;
-    return current_entry(ctx) != nullptr && equal(ctx->state->pending_trim_path, list_path) &&
-           tvk_map_datatree_get_subtree(current_entry(ctx), &key, key_name, key_value, nullptr) == TVK_OK;
+    return entry != nullptr && equal(entry->tag, kInterfaces.name) &&
+           tvk_map_datatree_get_subtree(entry, &key, kInterfaces.key, name, nullptr) == TVK_OK;
 }
 
 }  // namespace
 
-qerrno enter_list(tvk_map_ctx ctx, Node *root, const char *list_path, const char *key_name, const char *key_value) {
-    return enter_entry(ctx, root, list_path, key_name, key_value, kNativeNs);
-}
-
 qerrno enter_interface(tvk_map_ctx ctx, Node *target, const char *name) {
-    if (is_current(ctx, kNativeInterface, "interface-name", name)) {
+    if (is_current(ctx, name)) {
         return TVK_OK;
     }
-    const qerrno status = enter_list(ctx, target, kNativeInterface, "interface-name", name);
-    if (status != TVK_OK) {
-        return status;
-    }
-    return tvk_map_datatree_add_path(ctx, target, "interface-configurations/interface-configuration/active", kNativeNs,
-                                     "act", nullptr, nullptr, 0);
+    const qerrno status = enter_entry(ctx, target, kInterfaces, name);
+    return status == TVK_OK
+               ? tvk_map_datatree_add_subtree(ctx, current_entry(ctx), "active", kNativeNs, "act", nullptr, nullptr, 0)
+               : status;
 }
 
 }  // namespace interfaces
 
 qerrno mapping::add_value(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *path, const char *value) {
-    const bool taken_back = take_back_removal(find(current_node(ctx, target), path));
-    const char *list_path = ctx->state->pending_trim_path;
-    char whole_path[TVK_MAP_MAX_PATH];
-    std::snprintf(whole_path, sizeof whole_path, "%s/%s", list_path != nullptr ? list_path : "", path);
+    Node *entry = current_node(ctx, target);
+    const bool taken_back = take_back_removal(find(entry, path));
     Node *native = nullptr;
     const qerrno status =
-        tvk_map_datatree_add_path(ctx, target, whole_path, interfaces::kNativeNs, value, nullptr, &native, 0);
+        tvk_map_datatree_add_path(ctx, entry, path, interfaces::kNativeNs, value, nullptr, &native, 0);
     if (status != TVK_OK || native == nullptr) {
         return status;
     }

@@ -42,7 +42,8 @@ bool is_virtual(const Node *entry);
 qerrno edit_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target);
 const char *read_enabled(tvk_map_ctx ctx, const Node *native);
 
-// Marks all native subinterfaces of the interface that stand in target with the operation of node, a delete.
+// Marks all native subinterfaces of the interface that stand in target with the operation of node, a delete. No entry
+// is the current one then.
 void remove_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target, const char *interface_name);
 
 }  // namespace interfaces

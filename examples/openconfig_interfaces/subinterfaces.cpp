@@ -62,14 +62,13 @@ constexpr ListShape kSubinterfaceList = {1,
 
 struct Family {
     const char *hierarchy_path;  // of the OpenConfig list
-    const char *list;            // native, below the interface
-    const char *container;       // of that
+    List list;                   // native, below the interface
 };
 
 constexpr Family kIpv4 = {"/interfaces/interface/subinterfaces/subinterface/ipv4/addresses/address",
-                          "ipv4-addresses/address", "ipv4-addresses"};
+                          {"ipv4-addresses", "address", "ip", kNativeNs}};
 constexpr Family kIpv6 = {"/interfaces/interface/subinterfaces/subinterface/ipv6/addresses/address",
-                          "ipv6-addresses/address", "ipv6-addresses"};
+                          {"ipv6-addresses", "address", "ip", kNativeNs}};
 
 const char *address_key(const Node *address, const char *, Scratch &) {
     const Node *ip = find(address, "ip");
@@ -78,7 +77,7 @@ const char *address_key(const Node *address, const char *, Scratch &) {
 
 template <const Family &kFamily>
 NodeRange address_candidates(tvk_map_ctx, const Node *interface_entry) {
-    return children_of(find(interface_entry, kFamily.container));
+    return children_of(find(interface_entry, kFamily.list.container));
 }
 
 constexpr ListShape kIpv4List = {2,
@@ -106,7 +105,7 @@ struct Addresses {
             return refuse(ctx, node, TVK_ERR_LIST_KEY);
         }
         const qerrno status = enter_subinterface(ctx, node, target);
-        return status == TVK_OK ? enter_list(ctx, current_entry(ctx), kFamily.list, "ip", ip) : status;
+        return status == TVK_OK ? enter_entry(ctx, current_entry(ctx), kFamily.list, ip) : status;
     }
 
     static qerrno handle_address(tvk_map_ctx ctx, const Node *node, Node *target) {
@@ -123,7 +122,7 @@ struct Addresses {
 
     static qerrno in_addresses(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target) {
         const qerrno status = in_subinterface(ctx, node, child_count, target);
-        return status == TVK_OK && !is_read(ctx) ? settle_container(ctx, node, target, kFamily.container) : status;
+        return status == TVK_OK && !is_read(ctx) ? settle_container(ctx, node, target, kFamily.list.container) : status;
     }
 
     static constexpr LeafContainer kConfig = {kAddressRules, 2, &kList, "config", kIpNs, in_address};
@@ -227,6 +226,7 @@ constexpr struct tmap_node_cont_info kSubinterfaces = {
 }  // namespace
 
 void remove_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target, const char *interface_name) {
+    ctx->state->pending_list_node = nullptr;  // an address, it may be, of one of those
     for (Node &entry : native_interfaces(target)) {
         Scratch scratch;
         if (subinterface_key(&entry, interface_name, scratch) != nullptr) {
