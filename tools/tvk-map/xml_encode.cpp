@@ -106,7 +106,13 @@ void write_value(XmlOutput &output, const Node &node) {
     output.text((std::string("id:") + value).c_str());
 }
 
-void start_node(XmlOutput &output, const Node &node, const char *outer_ns) {
+// What the nodes of a tree carry beside their content.
+struct TreeMarks {
+    bool operations = false;
+    bool inserts = false;
+};
+
+void start_node(XmlOutput &output, const Node &node, const char *outer_ns, TreeMarks &marks) {
     const char *tag = tag_of(node);
     if (!is_name(tag)) {
         throw EncodeError(quoted(tag) + " is no name for an element");
@@ -117,9 +123,11 @@ void start_node(XmlOutput &output, const Node &node, const char *outer_ns) {
     }
     if (has_operation(node)) {
         write_operation(output, node);
+        marks.operations = true;
     }
     if (has_insert(node)) {
         write_insert(output, node);
+        marks.inserts = true;
     }
     write_attributes(output, node);
     write_value(output, node);
@@ -132,35 +140,15 @@ struct Level {
     size_t next;
 };
 
-// What the nodes of a tree carry beside their content.
-struct TreeMarks {
-    bool operations = false;
-    bool inserts = false;
-};
-
-TreeMarks find_marks(const Node &root) {
+TreeMarks write_children(XmlOutput &output, const Node &root, const char *outer_ns) {
     TreeMarks marks;
-    std::vector<const Node *> pending{&root};
-    while (!pending.empty() && !(marks.operations && marks.inserts)) {
-        const Node &node = *pending.back();
-        pending.pop_back();
-        for (const Node &child : children_of(node)) {
-            marks.operations = marks.operations || has_operation(child);
-            marks.inserts = marks.inserts || has_insert(child);
-            pending.push_back(&child);
-        }
-    }
-    return marks;
-}
-
-void write_children(XmlOutput &output, const Node &root, const char *outer_ns) {
     std::vector<Level> open{{&root, outer_ns, 0}};
     while (!open.empty()) {
         Level &level = open.back();
         const std::span<const Node> children = children_of(*level.node);
         if (level.next < children.size()) {
             const Node &child = children[level.next++];
-            start_node(output, child, level.ns);
+            start_node(output, child, level.ns, marks);
             open.push_back({&child, namespace_of(child), 0});
             continue;
         }
@@ -169,19 +157,22 @@ void write_children(XmlOutput &output, const Node &root, const char *outer_ns) {
             output.end();
         }
     }
+    return marks;
 }
 
 }  // namespace
 
 void write_data(XmlOutput &output, const Node &root) {
-    const TreeMarks marks = find_marks(root);
-    if (marks.operations) {
-        output.attribute("xmlns:nc", kNetconfNamespace);
-    }
+    // What is to be declared here shows in the nodes. To ask them all before would be a second pass over a tree that
+    // may be larger than the caches.
+    const size_t place = output.end_of_attributes();
+    const TreeMarks marks = write_children(output, root, kNetconfNamespace);
     if (marks.inserts) {
-        output.attribute("xmlns:yang", kYangNamespace);
+        output.insert_attribute(place, "xmlns:yang", kYangNamespace);
     }
-    write_children(output, root, kNetconfNamespace);
+    if (marks.operations) {
+        output.insert_attribute(place, "xmlns:nc", kNetconfNamespace);
+    }
 }
 
 std::string encode_config(const Node &root) {

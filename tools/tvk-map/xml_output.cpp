@@ -138,6 +138,12 @@ void XmlOutput::attribute(const char *prefix, const char *name, const char *ns, 
     declarations_.insert(0, declaration);
 }
 
+void XmlOutput::insert_attribute(size_t place, const char *name, std::string_view value) {
+    std::string text;
+    append_attribute(text, name, value);
+    document_.insert(place, text);
+}
+
 void XmlOutput::text(std::string_view value) {
     begin_content(Content::kText);
     append(document_, "the value", value, false);

@@ -28,6 +28,9 @@ public:
     void end();
     void attribute(const char *name, std::string_view value);
     void attribute(const char *prefix, const char *name, const char *ns, std::string_view value);
+    // An attribute for the element started last, once its content is written: end_of_attributes is asked before.
+    size_t end_of_attributes() const { return document_.size(); }
+    void insert_attribute(size_t place, const char *name, std::string_view value);
     void text(std::string_view value);
     // <name>value</name>
     void leaf(const char *name, std::string_view value);
