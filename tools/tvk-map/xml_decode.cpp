@@ -68,7 +68,7 @@ class Decoder {
 public:
     Decoder(const XmlDocument &document, Values values) : document_(document), values_(values) {}
 
-    void decode(const xmlNode *element, Node &node) const {
+    void decode(xmlNode *element, Node &node) const {
         node.tag = copy_text(as_text(element->name));
         set_presence(node, TVK_HAS_TAG);
         if (element->ns != nullptr && element->ns->href != nullptr) {
@@ -109,17 +109,22 @@ private:
         return content;
     }
 
-    // Recursion ends with libxml2's limit on the depth of a document.
-    void decode_children(const xmlNode *element, const Content &content, Node &node) const {
+    // Recursion ends with libxml2's limit on the depth of a document. Children are released one by one, while they are
+    // still in the caches: of a large document that saves fetching all of it a second time.
+    void decode_children(xmlNode *element, const Content &content, Node &node) const {
         if (!content.text_is_white) {
             document_.fail(element,
                            std::string("<") + node.tag + "> mixes text with elements, which no data node does");
         }
         node.subtrees = zeroed_array<Node>(content.element_count);
         set_presence(node, TVK_HAS_SUBTREES);
-        for (const xmlNode *child = element->children; child != nullptr; child = child->next) {
+        xmlNode *next = nullptr;
+        for (xmlNode *child = element->children; child != nullptr; child = next) {
+            next = child->next;
             if (child->type == XML_ELEMENT_NODE) {
                 decode(child, node.subtrees[node.subtree_count++]);
+                xmlUnlinkNode(child);
+                xmlFreeNode(child);
             }
         }
     }
@@ -246,7 +251,7 @@ void decode_elements(const XmlDocument &document, const std::vector<xmlNode *> &
     root.subtrees = zeroed_array<Node>(elements.size());
     set_presence(root, TVK_HAS_SUBTREES);
     const Decoder decoder(document, values);
-    for (const xmlNode *element : elements) {
+    for (xmlNode *element : elements) {
         decoder.decode(element, root.subtrees[root.subtree_count++]);
     }
 }
