@@ -62,6 +62,7 @@ edit 0 add-beside --into native-before-edit.xml
 edit 0 replace-entry --into native-before-edit.xml
 edit 0 replace-container --into native-before-edit.xml
 edit 0 delete-entry --into native-before-edit.xml
+edit 0 add-then-delete
 edit 0 delete-parts --into native-before-edit.xml
 edit 1 wrong-leafref
 edit 1 empty-key
