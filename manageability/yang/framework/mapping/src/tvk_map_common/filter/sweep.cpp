@@ -1,26 +1,14 @@
 // The sweep: what the marking phases did not keep goes.
+#include <algorithm>
+
+#include "tvk_map_common/filter/compact.h"
 #include "tvk_map_common/filter/filter_node.h"
 #include "tvk_map_common/filter/work_stack.h"
-#include "tvk_map_common/index/children_index.h"
-#include "tvk_map_common/internal/owned.h"
 #include "tvk_map_filter.h"
 
 using tvk::Node;
 
 namespace {
-
-// Empties the children that are not kept; true when there was one.
-bool clear_dropped(Node &node) {
-    bool cleared = false;
-    for (Node &child : tvk::children(node)) {
-        if (!tvk::is_kept(child)) {
-            tvk::free_contents(child);
-            tvk::reset(child);
-            cleared = true;
-        }
-    }
-    return cleared;
-}
 
 // What cannot be swept for want of memory goes whole: an answer may lack something, it may not show too much. Children
 // that the node does not claim to have show nothing; they stay its own.
@@ -46,8 +34,9 @@ uint32_t tvk_map_dfs_process_sweep(tvk_map_ctx ctx, struct kel_queue *stack, con
     if (tvk::keeps_all(node)) {
         return 1;
     }
-    if (clear_dropped(node)) {
-        tvk_map_datatree_remove_null_subtrees(ctx, &node);
+    // A child without a tag is as good as none, but only where there are gaps to be closed.
+    if (!std::ranges::all_of(tvk::children(node), tvk::is_kept)) {
+        tvk::compact(ctx, node, [](const Node &child) { return tvk::is_kept(child) && tvk::has(child, TVK_HAS_TAG); });
     }
     for (Node &child : tvk::children(node)) {
         if (tvk::verdict(child) == TVK_NODE_KIND_KN &&
