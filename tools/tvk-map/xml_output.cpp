@@ -23,7 +23,8 @@ Character leading_character(std::string_view text) {
     int length = static_cast<int>(text.size() < 4 ? text.size() : 4);
     const int code = xmlGetUTF8Char(reinterpret_cast<const unsigned char *>(text.data()), &length);
     const int shortest = code < 0x80 ? 1 : code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
-    const bool is_character = code >= 0 && length == shortest && xmlIsCharQ(code);
+    const bool leads = first >= 0xc0;  // libxml2 takes a byte that goes on for one that begins
+    const bool is_character = leads && code >= 0 && length == shortest && xmlIsCharQ(code);
     return {is_character ? static_cast<size_t>(length) : 0, static_cast<unsigned>(code)};
 }
 
