@@ -3,6 +3,7 @@
 #include <cstring>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "heap.h"
 #include "insert_record.h"
@@ -109,8 +110,16 @@ private:
         return content;
     }
 
-    // Recursion ends with libxml2's limit on the depth of a document. Children are released one by one, while they are
-    // still in the caches: of a large document that saves fetching all of it a second time.
+    static void release(xmlNode *element) {
+        if (element != nullptr) {
+            xmlUnlinkNode(element);
+            xmlFreeNode(element);
+        }
+    }
+
+    // Recursion ends with libxml2's limit on the depth of a document. Children are released while they are still in
+    // the caches: of a large document that saves fetching all of it a second time. Each waits for the next one, and the
+    // last for its parent, as behind line 65534 libxml2 asks the nodes beside an element for its line.
     void decode_children(xmlNode *element, const Content &content, Node &node) const {
         if (!content.text_is_white) {
             document_.fail(element,
@@ -118,13 +127,11 @@ private:
         }
         node.subtrees = zeroed_array<Node>(content.element_count);
         set_presence(node, TVK_HAS_SUBTREES);
-        xmlNode *next = nullptr;
-        for (xmlNode *child = element->children; child != nullptr; child = next) {
-            next = child->next;
+        xmlNode *decoded = nullptr;
+        for (xmlNode *child = element->children; child != nullptr; child = child->next) {
             if (child->type == XML_ELEMENT_NODE) {
                 decode(child, node.subtrees[node.subtree_count++]);
-                xmlUnlinkNode(child);
-                xmlFreeNode(child);
+                release(std::exchange(decoded, child));
             }
         }
     }

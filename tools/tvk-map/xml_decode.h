@@ -24,7 +24,7 @@ enum class Values { kAsWritten, kTrimmed };
  *   - A namespace has at most 1,000 characters.
  *   - nc:operation becomes the operation; yang:insert, yang:key and yang:value the insert record. Other attributes go
  *     to attributes, by name, or as "{namespace}name" when they have a namespace.
- * Child elements that are decoded are gone from the document.
+ * Child elements that are decoded may be gone from the document.
  *
  * Throws UsageError with file and line; root then holds what was decoded so far.
  */
