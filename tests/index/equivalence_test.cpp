@@ -408,6 +408,7 @@ struct Additions {
 // What comes of it. The first search makes the index, the second one comes as the request was prepared.
 std::string add_entries(Additions list, std::uint32_t index_from) {
     LogCapture log(TVK_LOG_LEVEL_ERR);
+    tvk_platform_set_router_type(0);
     const Tree tree = list.top;
     MappingContext mapping;
     mapping.context.index_children_from = index_from;
@@ -455,6 +456,7 @@ TEST_F(Index, AddsWhereThePathLeads) {
         mapping.context.intf_config_flag = 1;
         mapping.context.intf_name = interface_name;
     };
+    const auto excluded = [](MappingContext &, Record &) { tvk_platform_set_router_type(7); };
     const Node configuration = node("interface-configuration", kNs[0])
                                    .index(1)(leaf("interface-name", interface_name), node("interface-virtual"));
     const Additions kCases[] = {
@@ -464,6 +466,9 @@ TEST_F(Index, AddsWhereThePathLeads) {
         {root()(box()(node("list")(leaf("id", "2"))))},
         {root()(box().index(1), box().index(2))},
         {root()(box().without(TVK_HAS_NS), box())},
+        {root()(box().without(TVK_HAS_TAG), box())},
+        {.top = root()(box(node("list").index(1)(leaf("", "1")))), .key = ""},
+        {root()(node("vrrp", kNs[0])(node("list").index(1)(leaf("id", "1")))), excluded, "vrrp/list"},
         {root()(box().op(TVK_OPERATION_REMOVE)), with_flags(TVK_BUILD_REPLACE_MERGING)},
         {root()(box()), with_flags(TVK_BUILD_ERROR_NODE)},
         {root()(box()), pending},

@@ -1,7 +1,7 @@
 // The one place where a node comes to stand in a tree.
 #include <functional>
 
-#include "platform_info.h"
+#include "tvk_map_common/datatree/left_out.h"
 #include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
@@ -36,11 +36,6 @@ struct Addition {
         }
     }
 };
-
-bool platform_excludes(const char *tag) {
-    return tag[0] == 'v' && std::strcmp(tag, "vrrp") == 0 &&
-           (platform_get_router_type() == 7 || platform_get_router_type() == 18 || platform_get_router_type() == 8);
-}
 
 qerrno leave_out(tvk_map_ctx ctx, const char *tag) {
     qerrno status = TVK_OK;
@@ -285,7 +280,7 @@ qerrno tvk_map_datatree_add_subtree_flagged(tvk_map_ctx ctx, struct qidl_tvk_dat
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    if (platform_excludes(tag)) {
+    if (tvk::platform_excludes(tag)) {
         return leave_out(ctx, tag);
     }
     const Addition add{ctx, *parent, tag, ns, data, template_node, out, append != 0, flags};

@@ -169,7 +169,8 @@ IndexedChildren *indexed(tvk_map_ctx ctx, std::span<const Node> children) {
     return &known;
 }
 
-// Making a table of many entries takes longer than looking through them once, so it is made for the second search.
+// Making a table of many entries takes longer than looking through them once, so it is made for the second search. The
+// one that finds no entry and the addition that follows count as two.
 constexpr std::size_t kManyEntries = 64;
 
 EntryTable *table_for(IndexedChildren &known, const char *tag, std::span<const KeyText> keys, std::size_t entries) {

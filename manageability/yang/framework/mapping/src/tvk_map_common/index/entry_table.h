@@ -33,7 +33,7 @@ public:
     // Moves the frontier over what has come, or been given its keys, since the last time.
     void take_in(std::span<const Node> children);
     std::size_t frontier() const { return frontier_; }
-    // Whether each of the entries in front of the frontier was appended as an instance of its own.
+    // False once an entry was seen that was not appended as an instance of its own.
     bool all_numbered() const { return all_numbered_; }
 
     // The entries whose keys have these values, in order, or others of equal hash.

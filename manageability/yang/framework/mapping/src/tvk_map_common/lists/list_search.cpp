@@ -1,5 +1,6 @@
 #include "tvk_map_common/lists/list_search.h"
 
+#include "tvk_map_common/datatree/left_out.h"
 #include "tvk_map_common/index/candidates.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/request.h"
@@ -9,15 +10,9 @@ namespace {
 
 using tvk::Node;
 
-// Some platforms leave out nodes of such a name.
-bool may_be_left_out(const char *name) {
-    return name[0] == 'v';
-}
-
 // Adding a path goes on below the last numbered child where a search takes the first.
-bool is_entered_by_additions(const Node &child, const char *ns) {
-    return child.subtree_index == 0 && tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_NS) &&
-           tvk::same_text(child.ns, ns);
+bool is_entered_by_additions(const Node &child) {
+    return child.subtree_index == 0 && tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_NS);
 }
 
 // Whether a path that is added now goes where it says, without being filtered, trimmed, recorded or logged.
@@ -38,11 +33,11 @@ bool tvk::walk_to_list(tvk_map_ctx ctx, const Node *&node, Components &component
         if (child == nullptr || child->tag == nullptr || (ns != nullptr && !same_text(child->ns, ns))) {
             return false;
         }
-        is_plain = is_plain && !may_be_left_out(components.current());
+        is_plain = is_plain && !platform_excludes(components.current());
         if (components.is_last()) {
             return true;
         }
-        is_plain = is_plain && is_entered_by_additions(*child, ns);
+        is_plain = is_plain && is_entered_by_additions(*child);
         node = child;
     }
     return false;
