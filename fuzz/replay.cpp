@@ -1,57 +1,45 @@
-// Runs a fuzz target on files, and on all files of folders. What is wrong ends the process.
-#include <algorithm>
-#include <cstdio>
+// replay FOLDER COUNT: runs a fuzz target on the files of a folder, printing what each comes to, and then on so many
+// random inputs. What is wrong ends the process.
+#include <cstdlib>
 #include <filesystem>
-#include <string>
-#include <vector>
+#include <iostream>
+#include <random>
+#include <set>
 
-#include "common/file.h"
 #include "common/target.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-std::vector<fs::path> files_of(const fs::path &place) {
-    std::vector<fs::path> files;
-    if (!fs::is_directory(place)) {
-        return {place};
-    }
-    for (const fs::directory_entry &entry : fs::directory_iterator(place)) {
-        files.push_back(entry.path());
-    }
-    std::sort(files.begin(), files.end());
-    return files;
+void replay(const std::string &bytes) {
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
 }
 
-bool replay(const fs::path &path) {
-    const std::optional<std::string> bytes = tvk::fuzz::read_file(path);
-    if (!bytes) {
-        return false;
+// Bytes of a hand-written kind more often than others: choices, and texts that end soon.
+std::string random_input(unsigned seed) {
+    constexpr char kUsual[] = "0123012301230123456789@BCDFH/a\n";
+    std::mt19937 random(seed);
+    std::string bytes(100 + random() % 400, '\0');
+    for (char &byte : bytes) {
+        byte = random() % 8 != 0 ? kUsual[random() % (sizeof kUsual - 1)] : static_cast<char>(random());
     }
-    std::printf("%s\n", path.c_str());
-    std::fflush(stdout);
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes->data()), bytes->size());
-    return true;
+    return bytes;
 }
 
 }  // namespace
 
 int main(int argc, char **argv) {
-    std::size_t replayed = 0;
-    for (int i = 1; i < argc; ++i) {
-        for (const fs::path &file : files_of(argv[i])) {
-            if (!replay(file)) {
-                std::fprintf(stderr, "%s cannot be read\n", file.c_str());
-                return 2;
-            }
-            ++replayed;
-        }
+    tvk::fuzz::require(argc == 3, "usage: replay FOLDER COUNT");
+    const std::filesystem::directory_iterator folder(argv[1]), end;
+    const std::set<std::filesystem::path> files(folder, end);
+    tvk::fuzz::require(!files.empty(), "nothing to replay");
+    tvk::fuzz::print_notes(true);
+    for (const std::filesystem::path &file : files) {
+        std::cout << "== " << file.filename().string() << std::endl;
+        replay(tvk::fuzz::read_file(file));
     }
-    if (replayed == 0) {
-        std::fprintf(stderr, "nothing was replayed\n");
-        return 2;
+    tvk::fuzz::print_notes(false);
+    for (unsigned seed = 0; seed < static_cast<unsigned>(std::atoi(argv[2])); ++seed) {
+        std::cerr << "random input " << seed << std::endl;
+        replay(random_input(seed));
     }
-    std::printf("%zu inputs replayed\n", replayed);
-    return 0;
 }

@@ -15,6 +15,8 @@ namespace {
 
 using namespace tvk::fuzz;
 
+constexpr char kAlphanumeric[] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+
 // A text in a block of its own and exactly of its size, so that a read behind it is noticed.
 class ExactText {
 public:
@@ -25,21 +27,19 @@ private:
     std::vector<char> bytes_;
 };
 
-bool is_alphanumeric(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
 // Asks the C library, which knows addresses without a zone.
 bool is_address(const std::string &text) {
     const std::size_t percent = text.find('%');
     const std::string zone = percent == std::string::npos ? "z" : text.substr(percent + 1);
     in_addr address{};
-    return !zone.empty() && std::all_of(zone.begin(), zone.end(), is_alphanumeric) &&
+    return !zone.empty() && zone.find_first_not_of(kAlphanumeric) == std::string::npos &&
            inet_pton(AF_INET, text.substr(0, percent).c_str(), &address) == 1;
 }
 
 void check_address(const std::string &text) {
     require(is_address(text) == (tvk_map_is_valid_ipv4_addr(ExactText(text).get()) == 1), "address: " + text);
+    require(tvk_map_is_valid_ipv4_addr(nullptr) == 0 && tvk_map_get_ip_address_info(nullptr) == nullptr, "null");
+    note(is_address(text) ? "an address" : "no address");
     ExactText prefix(text);
     const char *length = tvk_map_get_ip_address_len_info(prefix.get());
     require((length != nullptr) == (text.find('/') != std::string::npos), "prefix length: " + text);
@@ -59,8 +59,10 @@ void check_tokens(const std::string &text, int max_index) {
     const std::uint32_t wanted = max_index > 0 ? static_cast<std::uint32_t>(max_index) + 1 : 1;
     require(cut_short == 0 ? count == wanted + 1 : count <= wanted, "number of tokens: " + text);
     for (std::uint32_t i = 1; i < count; ++i) {
+        note(std::string("  ") + tokens[i]);
         require(*tokens[i] != '\0' && std::strchr(tokens[i], '/') == nullptr, "token: " + text);
     }
+    require(tvk_map_str_to_array(nullptr, nullptr, 1, nullptr) == 1, "null");
     ExactText again(text);
     char *last = nullptr;
     tvk_map_get_last_token_from_path(nullptr, again.get(), &last);
@@ -71,6 +73,7 @@ void check_conversions(const std::string &text, int index) {
     char *converted = nullptr;
     const qerrno status = tvk_map_data_conv(index, ExactText(text).get(), &converted);
     require((status == TVK_OK) == (index == 0 || index == 1), "conversion by number " + std::to_string(index));
+    note(converted != nullptr ? converted : "no conversion");
     require(converted == nullptr || std::strspn(converted, "0123456789") == std::strlen(converted),
             "conversion of " + text);
     kel_named_free(converted);
@@ -81,6 +84,7 @@ void check_round_trip(const std::string &text, bgp::Convert there, bgp::Convert 
     bgp::Scratch first;
     bgp::Scratch second;
     const char *converted = there(ExactText(text).get(), first);
+    note(converted != nullptr ? converted : "none");
     if (converted == nullptr) {
         return;
     }
@@ -98,6 +102,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const int index = static_cast<int>(input.below(7)) - 2;
     const std::string text = input.text('\n');
     const std::string other = input.text('\n');
+    note(text.substr(0, 50));
     check_address(text);
     check_tokens(text, index);
     check_conversions(text, index);
@@ -111,7 +116,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(tvk_map_trim_strcmpbeg(ExactText(text + other).get(), ExactText(text).get()) == 1, "prefix: " + text);
     tvk_map_trim_strcmpbeg(ExactText(text).get(), ExactText(other).get());
     require(tvk_map_does_it_have(ExactText(other + text).get(), ExactText(text).get()) == 1, "part: " + text);
-    tvk_map_is_private_model(ExactText(text).get());
-    tvk_map_set_bitmap(static_cast<std::uint32_t>(index), index);
+    note(tvk_map_is_private_model(ExactText(text).get()) == 1 ? "private" : "not private");
+    note("bitmap " + std::to_string(tvk_map_set_bitmap(1, index * 33)));
     return 0;
 }

@@ -2,24 +2,18 @@
 
 #include <new>
 
+#include "allocation_failures.h"
 #include "diagnostics.h"
-#include "file.h"
 #include "xml_document.h"
 
 namespace tvk::fuzz {
 
 namespace {
 
-std::string contents_of(const std::string &path) {
-    const std::optional<std::string> contents = read_file(path);
-    require(contents.has_value(), path + " cannot be read");
-    return *contents;
-}
-
 Example load(const char *name) {
     const std::string folder = std::string(TVK_EXAMPLES_FOLDER "/") + name;
-    return {name, tool::MappingModule::load(name), contents_of(folder + "/native-before-edit.xml"),
-            contents_of(folder + "/native-device.xml")};
+    return {tool::MappingModule::load(name), read_file(folder + "/native-before-edit.xml"),
+            read_file(folder + "/native-device.xml")};
 }
 
 }  // namespace
@@ -48,12 +42,15 @@ void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::R
         tool::Framework scanning(false, 0);
         tool::Framework indexing(false, 1);
         if (failing_allocation != 0) {
-            const AllocationFailure failure(failing_allocation);
-            answer(indexing);
+            test::AllocationFailure failure(failing_allocation, false);
+            failure.during([&] { return answer(indexing); });
             return;
         }
-        require_equal(answer(scanning).text, answer(indexing).text, "with an index");
-    } catch (const tool::UsageError &) {
+        const std::string text = answer(scanning).text;
+        require_equal(text, answer(indexing).text, "with an index");
+        note(text.find("<rpc-error>") != std::string::npos ? text : "answered");
+    } catch (const tool::UsageError &error) {
+        note(std::string("refused: ") + error.what());
     } catch (const std::bad_alloc &) {
         require(failing_allocation != 0, "out of memory");
     }

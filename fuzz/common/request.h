@@ -15,7 +15,6 @@
 namespace tvk::fuzz {
 
 struct Example {
-    const char *name;
     tool::MappingModule module;
     std::string native_before_edit;
     std::string native_device;

@@ -1,26 +1,31 @@
 #include "target.h"
 
-#include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <iterator>
 
-#include "tvk_diagnostics.h"
 #include "tvk_platform_control.h"
 
 namespace tvk::fuzz {
 
 namespace {
 
-void drop_line(void *, const char *) {}
+constexpr std::size_t kLongestNote = 1500;
 
-void report_block(void *, const void *, std::size_t size, const char *tag) {
-    std::fprintf(stderr, "a block of %zu bytes is live: %s\n", size, tag != nullptr ? tag : "(no tag)");
-}
+bool notes_are_wanted = false;
 
 }  // namespace
 
+std::string read_file(const std::string &path) {
+    std::ifstream file(path, std::ios::binary);
+    require(file.is_open(), path + " cannot be read");
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 void require(bool condition, const std::string &what) {
     if (!condition) {
-        std::fprintf(stderr, "%s\n", what.c_str());
+        std::cerr << what << std::endl;
         std::abort();
     }
 }
@@ -29,25 +34,23 @@ void require_equal(const std::string &expected, const std::string &actual, const
     require(expected == actual, what + "\nexpected:\n" + expected + "\nactual:\n" + actual);
 }
 
+void note(const std::string &line) {
+    if (notes_are_wanted) {
+        std::cout << line.substr(0, kLongestNote) << std::endl;
+    }
+}
+
+void print_notes(bool wanted) {
+    notes_are_wanted = wanted;
+}
+
 Surroundings::Surroundings() {
-    tvk_platform_set_debug_log(1, TVK_LOG_LEVEL_TRC, drop_line, nullptr);
-    tvk_platform_set_trace(drop_line, nullptr);
     tvk_platform_set_accounting(1);
 }
 
 Surroundings::~Surroundings() {
-    tvk_platform_visit_live_blocks(report_block, nullptr);
-    require(tvk_platform_live_blocks(nullptr) == 0, "blocks are live at the end of the input");
+    require_equal("", test::live_blocks(), "blocks that are live at the end of the input");
     tvk_platform_set_accounting(0);
-    tvk_platform_set_debug_log(0, TVK_LOG_LEVEL_ERR, nullptr, nullptr);
-}
-
-AllocationFailure::AllocationFailure(std::uint64_t nth) {
-    tvk_platform_fail_allocation(nth, 0);
-}
-
-AllocationFailure::~AllocationFailure() {
-    tvk_platform_fail_allocation(0, 0);
 }
 
 }  // namespace tvk::fuzz

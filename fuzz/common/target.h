@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "framework.h"
+#include "context.h"
 #include "qidl_tvk_datatree.h"
 
 // One input, by libFuzzer or by the replay of a corpus. Deterministic; leaves nothing behind.
@@ -16,9 +16,15 @@ namespace tvk::fuzz {
 
 using Record = qidl_tvk_datatree;
 
+std::string read_file(const std::string &path);
+
 // Ends the process, so that the input counts as a finding, when condition is false.
 void require(bool condition, const std::string &what);
 void require_equal(const std::string &expected, const std::string &actual, const std::string &what);
+
+// What an input comes to, for the record that a replay is compared with.
+void note(const std::string &line);
+void print_notes(bool wanted);
 
 // The surroundings of one input: every message is formatted, and in the end no block may be live on the named heap.
 class Surroundings {
@@ -27,15 +33,8 @@ public:
     ~Surroundings();
     Surroundings(const Surroundings &) = delete;
     Surroundings &operator=(const Surroundings &) = delete;
-};
 
-// The nth allocation while it lives fails; none with 0.
-class AllocationFailure {
-public:
-    explicit AllocationFailure(std::uint64_t nth);
-    ~AllocationFailure();
-    AllocationFailure(const AllocationFailure &) = delete;
-    AllocationFailure &operator=(const AllocationFailure &) = delete;
+    test::LogCapture log;
 };
 
 }  // namespace tvk::fuzz

@@ -3,6 +3,7 @@
 #define TVK_TEST_OPERATION_H
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@
 
 namespace tvk::test {
 
-inline constexpr char kNs[] = "http://openconfig.net/yang/bgp";  // the one that some operations bring along
+inline constexpr const char *kNs = kSketchedNs;  // the one that some operations bring along
 
 template <class... Children>
 Node top(const Children &...children) {
@@ -42,7 +43,7 @@ public:
     Tree tree;
     Tree request =
         node("ifs", kNs)(node("if")(tvk::test::leaf("k", "1").key(), node("config")(tvk::test::leaf("k", "2"))));
-    Tree filter = node("top", kNs)(node("a")(node("b")));
+    Tree filter = node("top", kNs)(node("a").type(TVK_NODE_TYPE_CONTAINER)(node("b").type(1)));
     MappingContext mapping;
     const tvk_map_ctx ctx = mapping.ctx;
     tvk_map_request_state &state = *mapping.state;
@@ -64,29 +65,19 @@ public:
     std::int32_t count = 0;
 };
 
-// What it answers, and the world then; without a text, the one from before.
-struct Outcome {
-    Outcome(qerrno answer, std::string world = {}) : status(answer), text(std::move(world)) {}
-
-    qerrno status;
-    std::string text;
-};
-
 struct Operation {
     const char *name;
     Node tree;
     std::function<qerrno(World &)> call;
-    std::vector<Outcome> outcomes;            // when memory runs out; none: it never asks for any
-    qerrno answers;                           // else
     std::function<void(World &)> beforehand;  // what must have happened, memory at hand
 };
 
-// Fails each allocation of the operation in turn, and expects just its outcomes, each of them at least once. With an
-// index, whose own allocations do not matter, some may not come up, and what would be without failure may.
-void sweep(const Operation &operation, std::uint32_t index_children_from);
-
-// Expects the operation to do the same without any memory; without an index, to ask for none.
-void expect_no_allocation(const Operation &operation, std::uint32_t index_children_from);
+// What an operation answers, and the world then: with all memory, and with each allocation failing in turn.
+struct Outcomes {
+    std::string whole;
+    std::set<std::string> without_memory;
+};
+Outcomes sweep(const Operation &operation, std::uint32_t index_children_from);
 
 }  // namespace tvk::test
 

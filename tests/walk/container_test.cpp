@@ -188,17 +188,6 @@ TEST_F(ContainerTest, EndsAtTheFirstFailureAndCopesWithGrowth) {
     EXPECT_EQ(1u + 3 + 8, calls.size());
 }
 
-TEST_F(ContainerTest, CopesWithNulls) {
-    Tree tree = top(TVK_OPERATION_REPLACE)(node("config"), node({}));
-    EXPECT_STATUS(TVK_ERR_NOT_FOUND, WalkTest::parse(ctx, tree, tmap_node_cont_info{}));
-    EXPECT_STATUS(TVK_ERR_INVALID, tmap_high_container_parse(ctx, tree.get(), target.get(), nullptr));
-    EXPECT_EQ(nullptr, state->error_xpath);
-    EXPECT_STATUS(TVK_ERR_INVALID, tmap_high_container_parse(ctx, tree.get(), nullptr, &kTop));
-    EXPECT_STREQ("", state->error_xpath);
-    EXPECT_DEATH(tmap_high_container_parse(nullptr, nullptr, nullptr, nullptr),
-                 "mapping/src/tvk_map_process_request:[0-9]+: qerrno tmap_high_container_parse\\(.*NULL != ctx");
-}
-
 TEST_F(WalkTest, MarksLeavesOutsidePropagationAndKeyWork) {
     const struct {
         std::uint32_t type, propagating, keys;
