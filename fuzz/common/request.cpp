@@ -48,7 +48,7 @@ void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::R
         }
         const std::string text = answer(scanning).text;
         require_equal(text, answer(indexing).text, "with an index");
-        note(text.find("<rpc-error>") != std::string::npos ? text : "answered");
+        note(text);
     } catch (const tool::UsageError &error) {
         note(std::string("refused: ") + error.what());
     } catch (const std::bad_alloc &) {
