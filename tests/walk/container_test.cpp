@@ -177,7 +177,7 @@ TEST_F(ContainerTest, ReadsWholeWhatOnlyComparesValues) {
 
 TEST_F(ContainerTest, EndsAtTheFirstFailureAndCopesWithGrowth) {
     Tree tree = top()(node("state"), node("config"), node("a"));
-    on("state", [&tree](tvk_map_ctx own, qidl_tvk_datatree &) { return grow(own, tree); });
+    on("state", [&tree](tvk_map_ctx own, qidl_tvk_datatree &) { return grow(own, *tree); });
     answer("config", TVK_ERR_UNSUPPORTED);
     EXPECT_STATUS(TVK_ERR_UNSUPPORTED, parse(tree));
     EXPECT_EQ(each({"top(top N=3)", "state(state)", "config(config)"}, " at /top"), calls);

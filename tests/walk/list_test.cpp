@@ -132,6 +132,9 @@ TEST_F(ListTest, RefusesBadKeyLeavesAndForeignChildren) {
     info = {nullptr, nullptr, nullptr, nullptr, 7, 1, "/list", nullptr};
     EXPECT_STATUS(TVK_ERR_LIST_KEY, parse(foreign));
     EXPECT_STATUS(TVK_ERR_INVALID, tmap_high_list_parse(ctx, foreign.get(), target.get(), nullptr));
+    EXPECT_STATUS(TVK_ERR_INVALID, tmap_high_list_parse(ctx, foreign.get(), nullptr, &info));
+    Tree lost = list().claims(2);
+    EXPECT_STATUS(TVK_ERR_NOT_FOUND, parse(lost));
     expect_walk_is_over(*state);
 }
 
@@ -146,6 +149,7 @@ TEST_F(ListTest, DeletesByKeysAlone) {
             EXPECT_EQ(0, entry.subtree_count);
             EXPECT_STATUS(TVK_OK, tvk_map_get_node_info(own, "/list", key.c_str(), &value));
             EXPECT_STREQ("a", value);
+            grow(own, entry);  // what is added meanwhile goes
             return TVK_ERR_NO_MEMORY;
         });
         answer("state", TVK_ERR_UNSUPPORTED);  // the result of the last entry counts
