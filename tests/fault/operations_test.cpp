@@ -163,6 +163,8 @@ void add_asking(Table &rows) {
         top(node("k")(node("x"))));
     rows.row(ANSWER(tvk_map_dfs_process_mark, w.ctx, &w.stack, &w.element(w.tree.get())), top(node("a")));
     rows.row(ANSWER(tvk_map_dfs_process_sweep, w.ctx, &w.stack, &w.element(w.tree.get())),
+             top().kind(TVK_NODE_KIND_KA));
+    rows.row(ANSWER(tvk_map_dfs_process_sweep, w.ctx, &w.stack, &w.element(w.tree.get())),
              top(node("a").kind(TVK_NODE_KIND_KN)(leaf("b", "1").kind(TVK_NODE_KIND_KA))));
 }
 
