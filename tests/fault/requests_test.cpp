@@ -202,19 +202,6 @@ TEST_F(RequestOutOfMemory, AnEditLosesNothingOrFails) {
     }
 }
 
-// What a propagation meets does not count for the status, so a removal may be lost; nothing else may.
-TEST_F(RequestOutOfMemory, AReplacedContainerLeavesATreeToGoOnWith) {
-    for_each_allocation_failure([&](AllocationFailure &failure) {
-        qerrno status = TVK_OK;
-        const Tree target =
-            edit(failure, "openconfig_interfaces",
-                 node("interfaces", kInterfacesNs)(node("interface")(
-                     leaf("name", "eth2"), node("config").op(TVK_OPERATION_REPLACE)(leaf("description", "new")))),
-                 status);
-        EXPECT_EQ(status == TVK_OK, show(target).find("description = new") != std::string::npos) << show(target);
-    });
-}
-
 // A path that the filter cannot be asked about is left out, and what cannot be visited is swept.
 TEST_F(RequestOutOfMemory, AGetAnswersLessAndNeverMore) {
     const struct {

@@ -4,13 +4,12 @@
 
 #include <algorithm>
 #include <functional>
-#include <set>
 
-#include "allocation_failures.h"
 #include "context.h"
 #include "kel_memory.h"
 #include "tree.h"
 #include "tvk_map_filter.h"
+#include "tvk_platform_control.h"
 #include "tvk_string.h"
 
 using namespace tvk::test;
@@ -101,53 +100,45 @@ TEST_F(Limits, DepthDoesNotRecurse) {
     EXPECT_EQ(100001, depth(response)) << "the last filter node keeps all below";
 }
 
-TEST_F(Limits, ContainerPhaseEndsWithItsLevelTable) {
-    for (const int levels : {49, 50, 60}) {
-        const Tree filter = chain(levels), response = chain(levels);
-        tvk_map_dfs_filter_con(ctx, filter.get(), response.get());
-        tvk_map_dfs_filter_sweep(ctx, response.get());
-        EXPECT_EQ(49, depth(response)) << levels << " levels";
-    }
+class FilterPaths : public MappingTest {};
+
+std::string visits;  // tags and levels, as visited
+
+std::uint32_t visit(tvk_map_ctx ctx, kel_queue *stack, const tvk_map_dfs_elem *element) {
+    visits += element->node->tag + std::to_string(element->level) + " ";
+    return tvk_map_dfs_process_con_node(ctx, stack, element);
 }
 
-std::set<std::string> leaf_paths(const qidl_tvk_datatree &tree, const std::string &above = "") {
-    const std::string path = above + "/" + tree.tag;
-    std::set<std::string> paths;
-    for (int i = 0; i < tree.subtree_count; ++i) {
-        paths.merge(leaf_paths(tree.subtrees[i], path));
-    }
-    return tree.data != nullptr ? std::set{path + "=" + tree.data} : paths;
+TEST_F(FilterPaths, TemplateWalkTakesTheLastChildFirstAndStopsAtContentMatch) {
+    const Tree tree = node("t")(node("a")(leaf("x", "1").type(6), node("y")), node("b")(node("z").type(1)));
+    visits.clear();
+    EXPECT_EQ(1u, tvk_map_dfs_template(ctx, tree.get(), tvk_map_dfs_sweep_stack_push, visit));
+    EXPECT_EQ("t1 b2 z3 a2 y3 x3 ", visits);
+    EXPECT_EQ(1u, tvk_map_con_fil_check_con_node(ctx, tree.get()));
+    find(tree, "a/x")->schema_info.flags = 0;
+    EXPECT_EQ(0u, tvk_map_con_fil_check_con_node(ctx, tree.get()));
+    find(tree, "a")->schema_info.node_type = 6;
+    find(tree, "a")->schema_info.flags = TVK_SCHEMA_INFO_HAS_NODE_TYPE;
+    visits.clear();
+    EXPECT_EQ(1u, tvk_map_dfs_template(ctx, tree.get(), tvk_map_dfs_sweep_stack_push, visit));
+    EXPECT_EQ("t1 b2 z3 a2 ", visits) << "what is left on the stack is released";
 }
 
-TEST_F(Limits, WhenMemoryRunsOutLessIsKeptAndNeverMore) {
-    const Node entry = node("unit").type(4)(leaf("name", "A").key().type(1), node("c").type(3)(node("x").type(1)));
-    const auto unit = [](const char *name) {
-        return node("unit")(leaf("name", name), node("c")(leaf("x", name), leaf("y", "2")));
-    };
-    using Phase = std::uint32_t (*)(tvk_map_ctx, qidl_tvk_datatree *, qidl_tvk_datatree *);
-    for (const Phase phase : {tvk_map_dfs_filter_mark, tvk_map_dfs_filter_con}) {
-        std::set<std::string> all;
-        for_each_allocation_failure([&](AllocationFailure &failure) {
-            const Tree filter = node("top")(node("list").type(3)(entry));
-            const Tree response = node("top")(node("list")(unit("A"), unit("B")), leaf("z", "1"));
-            failure.during([&] { return phase(ctx, filter.get(), response.get()); });
-            tvk_map_dfs_filter_sweep(ctx, response.get());
-            const std::set<std::string> kept = leaf_paths(*response);
-            all = failure.is_injected() ? all : kept;
-            EXPECT_TRUE(std::includes(all.begin(), all.end(), kept.begin(), kept.end())) << show(response);
-        });
-        EXPECT_TRUE(all.contains("/top/list/unit/c/x=A"));
-        EXPECT_FALSE(all.contains("/top/list/unit/c/y=2"));
-    }
-    for_each_allocation_failure([&](AllocationFailure &failure) {
-        const Tree response = node("top")(
-            leaf("z", "1"),
-            node("list").kind(2)(leaf("a", "1"), node("b").kind(2)(leaf("c", "1"), leaf("d", "1").kind(3))));
-        failure.during([&] { return tvk_map_dfs_filter_sweep(ctx, response.get()); });
-        const std::set<std::string> kept = leaf_paths(*response);
-        EXPECT_TRUE(kept.empty() ? failure.is_injected() : kept == std::set<std::string>{"/top/list/b/d=1"})
-            << show(response);
-    });
+TEST_F(FilterPaths, PairsOfOtherNamesAreForcedByExactlyOne) {
+    const Tree source = node("a");
+    const Tree target = node("b");
+    const Tree nameless = root();
+    kel_queue stack;
+    EXPECT_EQ(1u, tvk_map_dfs_stack_init(&stack));
+    EXPECT_EQ(0u, tvk_map_dfs_mark_stack_push(ctx, &stack, source.get(), target.get(), 1, 2));
+    EXPECT_EQ(0u, tvk_map_dfs_con_stack_push(ctx, &stack, nameless.get(), nameless.get(), 1, 7, 0));
+    EXPECT_EQ(0u, tvk_map_dfs_mark_stack_push(ctx, &stack, source.get(), nullptr, 1, 1));
+    EXPECT_NE(0, kel_queue_empty(&stack));
+    EXPECT_EQ(1u, tvk_map_dfs_mark_stack_push(ctx, &stack, source.get(), source.get(), 1, 0));
+    EXPECT_EQ(1u, tvk_map_dfs_con_stack_push(ctx, &stack, nameless.get(), target.get(), 3, 7, 1));
+    EXPECT_EQ(2u, tvk_platform_live_blocks("TVK DFS Mark ELEM"));
+    EXPECT_EQ(80u, tvk_platform_live_bytes("TVK DFS Mark ELEM"));
+    tvk_map_dfs_stack_free(&stack);
 }
 
 }  // namespace

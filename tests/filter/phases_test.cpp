@@ -23,18 +23,6 @@ Node key(const std::string &tag) {
     return node(tag).key().type(1);
 }
 
-TEST_F(Phases, AtMostTenKeysAreRecorded) {
-    std::vector<Node> leaves(12, key("k", "1"));
-    leaves[0] = node("first");
-    leaves[2] = key("k");
-    const Tree entry = node("e").children(leaves);
-    tvk_map_key_info keys;
-    EXPECT_EQ(9u, tvk_map_datatree_get_keys(entry.get(), &keys));
-    EXPECT_EQ(10u, keys.key_count);
-    EXPECT_EQ(10u, keys.key_index[9]);
-    EXPECT_EQ(0u, keys.key_has_value[1]);
-}
-
 // A list of one entry below the root, in the filter, in the response and in what is expected.
 template <class... Children>
 Node filter_of(const Children &...children) {
@@ -135,19 +123,6 @@ TEST_F(Phases, Container) {
     }
 }
 
-TEST_F(Phases, ChildrenThatAreMissingMarkNothing) {
-    const Node given = node("top")(node("x").type(1));
-    const Tree lost = node("top").with(TVK_HAS_SUBTREES), whole = given;
-    lost->subtree_count = 2;
-    state->walk_flags = TVK_WALK_CONTENT_MATCH_IN_REQUEST;
-    tvk_map_dfs_filter_mark(ctx, lost.get(), whole.get());
-    tvk_map_dfs_filter_con(ctx, lost.get(), whole.get());
-    EXPECT_TREE(given, whole);
-    tvk_map_dfs_filter_con(ctx, whole.get(), lost.get());
-    EXPECT_EQ(0, lost->presence & TVK_HAS_NODE_KIND);
-    lost->subtree_count = 0;
-}
-
 TEST_F(Phases, ContainerTracesItsTableAndNamesItself) {
     const Tree source = node("top")(node("unit").type(4)(key("name", "A"), key("id")));
     const Tree target = node("top")(node("unit")(leaf("name", "A"), leaf("id", "1")));
@@ -186,19 +161,6 @@ TEST_F(Phases, WalksUpEndWithTheLevelTable) {
     print_stack(ctx, levels, 1000, nullptr);
     EXPECT_EQ(1u + TVK_MAP_MAX_FILTER_LEVELS + 1u, logs().size());
     EXPECT_DEATH(print_stack(nullptr, levels, 0, ""), "void print_stack\\(tvk_map_ctx.*NULL != ctx");
-}
-
-TEST_F(Phases, Sweep) {
-    const Node x = leaf("x", "1").kind(kAll), whole = node("ka").kind(kAll)(node("z"));
-    const auto swept = [this](const Node &expected, const Node &given) {
-        const Tree tree = given;
-        EXPECT_EQ(0u, tvk_map_dfs_filter_sweep(ctx, tree.get()));
-        EXPECT_TREE(expected, tree);
-    };
-    swept(node("t")(whole, node("kn").kind(kNode)(x)),
-          node("t")(node("0").kind(0), whole, node("kn").kind(kNode)(x, leaf("y", "2")), node("5").kind(5)));
-    swept(node("t").with(TVK_HAS_SUBTREES), node("t")(Node(whole).without(TVK_HAS_NODE_KIND)));  // without its bit
-    swept(node("t")(x), node("t")(node("a"), leaf("k", "1").kind(kAll).without(TVK_HAS_TAG), x));
 }
 
 TEST_F(Phases, CompactionMovesWithoutMemoryAndKeepsTheFrameworksBits) {

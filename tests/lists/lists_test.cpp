@@ -1,16 +1,16 @@
 #include <gtest/gtest.h>
 
-#include "allocation_failures.h"
 #include "context.h"
 #include "status.h"
 #include "tree.h"
 #include "tvk_map_lists.h"
-#include "tvk_platform_control.h"
 #include "tvk_string.h"
 
 using namespace tvk::test;
 
 namespace {
+
+char kNs[] = "urn:new";
 
 // Writable texts, as the operations take them; null when there is none.
 struct Argument {
@@ -79,48 +79,6 @@ TEST_F(FindList, TheWayToAListStopsAtItsParent) {
     }
 }
 
-TEST_F(FindList, AnEntryByItsKey) {
-    const struct {
-        const char *path, *key, *ns, *found;
-    } rows[] = {{"/l/", "1", "n", "l"},
-                {"l", "2", "n", "l[2]"},  // the namespace is asked of the way there, not of the entry
-                {"l", "3", nullptr, nullptr},
-                {"l", "4", nullptr, nullptr},
-                {"a/v", "1", nullptr, nullptr}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.key);
-        Argument path = row.path, key = row.key, name = "k", ns = row.ns;
-        const qidl_tvk_datatree *entry = nullptr;
-        EXPECT_STATUS(row.found != nullptr ? TVK_OK : TVK_ERR_INVALID,
-                      tvk_map_search_list(ctx, tree.get(), &entry, path.get(), key.get(), name.get(), ns.get()));
-        EXPECT_EQ(row.found != nullptr ? find(tree, row.found) : nullptr, entry);
-        EXPECT_EQ(row.path, path.text) << "the path is not cut";
-    }
-}
-
-TEST_F(FindList, AValueAlongAPath) {
-    const Tree top = node("r").data("0")(node("a")(leaf("x", "1")), node("a")(leaf("x", "2"), leaf("x", "3")),
-                                         node("b")(node({}), leaf("x", "5")));
-    const struct {
-        const char *why, *path, *value;
-        qerrno status;
-    } rows[] = {{"the node itself", "r", "0", TVK_OK},
-                {"only as the first component", "a/r", "0", TVK_ERR_NOT_FOUND},
-                {"below the last sibling of the tag", "a/x", "2", TVK_OK},
-                {"not below another one", "a/x", "1", TVK_ERR_NOT_FOUND},
-                {"what is not there is passed over", "r/q/a/x", "3", TVK_OK},
-                {"behind a child without a tag", "b/x", "5", TVK_ERR_NOT_FOUND},
-                {"no value", "a/x", nullptr, TVK_ERR_NOT_FOUND},
-                {"no path", "/", "0", TVK_ERR_NOT_FOUND}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.why);
-        EXPECT_STATUS(row.status, tvk_map_get_subtree_from_key(ctx, top.get(), row.path, row.value, top.get()));
-    }
-    EXPECT_EQ(Lines{"ERR: Tag name is not available!"}, logs());
-    tvk_platform_fail_tag("TVK MAP sub key");
-    EXPECT_STATUS(TVK_ERR_NO_MEMORY, tvk_map_get_subtree_from_key(ctx, top.get(), "r", "0", nullptr));
-}
-
 class SearchOrAdd : public MappingTest {
 protected:
     static qerrno search_or_add(MappingContext &at, const Tree &tree, Argument path, Argument value,
@@ -128,23 +86,8 @@ protected:
         Argument name = "k", ns = "n";
         return tvk_map_search_or_add_list(at.ctx, tree.get(), found, path.get(), value.get(), name.get(), ns.get());
     }
-    static Node keyed(const std::string &value, int index) { return node("l", "n").index(index)(leaf("k", value)); }
     const qidl_tvk_datatree *entry = nullptr;
 };
-
-TEST_F(SearchOrAdd, AddsWhatIsNotThere) {
-    const Node nameless = node("l")(leaf("k", "2"));  // of the key, and not of the namespace
-    Tree tree = root()(keyed("1", 1), nameless);
-    for (const auto &[value, position] : {std::pair("2", 2), std::pair("3", 3), std::pair("1", 0), std::pair("3", 3)}) {
-        clear_logs();
-        EXPECT_STATUS(TVK_OK, search_or_add(mapping, tree, "l", value, &entry));
-        EXPECT_EQ(&tree->subtrees[position], entry);
-        EXPECT_STREQ("l", state->pending_trim_path);
-        EXPECT_STATUS(TVK_OK, tvk_map_free_trim_path_list_ctx(ctx));
-    }
-    EXPECT_TREE(root()(keyed("1", 1), nameless, keyed("2", 3), keyed("3", 4)), tree);
-    EXPECT_EQ((Lines{"TRC: Start", "TRC: Start", "TRC: End"}), logs());
-}
 
 TEST_F(SearchOrAdd, TheFirstTrimPathStaysUntilReset) {
     Tree tree = root();
@@ -169,24 +112,6 @@ TEST_F(SearchOrAdd, TheFirstTrimPathStaysUntilReset) {
     EXPECT_STATUS(TVK_OK, tvk_map_datatree_reset_trim_path_ctx(ctx));
     EXPECT_EQ("TRC: trim path free failed", logs().back());
     EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_datatree_reset_trim_path_ctx(nullptr));
-}
-
-TEST_F(SearchOrAdd, SaysWhatAFailureLeft) {
-    for_each_allocation_failure([this](AllocationFailure &failure) {
-        MappingContext fresh;
-        Tree tree = root()(keyed("1", 1));
-        const qerrno status = failure.during([&] { return search_or_add(fresh, tree, "l", "2", &entry); });
-        const bool is_whole = show(tree) == show(root()(keyed("1", 1), keyed("2", 2)));
-        EXPECT_EQ(status == TVK_OK, fresh.state->pending_trim_path != nullptr);
-        EXPECT_EQ(status != TVK_ERR_NO_MEMORY, is_whole) << status;
-        EXPECT_TREE(keyed("1", 1), tree->subtrees[0]);
-    });
-    Tree tree = root();
-    clear_logs();
-    tvk_platform_fail_tag("TVK MAP search list");
-    EXPECT_STATUS(TVK_ERR_NO_MEMORY, search_or_add(mapping, tree, "l", "1", &entry));
-    EXPECT_EQ((Lines{"TRC: Start", "ERR: Failed to allocate for key path!"}), logs()) << "no \"End\"";
-    EXPECT_TREE(root(), tree);
 }
 
 class ErrorPath : public MappingTest {
@@ -236,25 +161,58 @@ TEST_F(ErrorPath, NamesLevelsAndKeys) {
     }
 }
 
-TEST_F(ErrorPath, TheFirstThatSucceedsStays) {
-    const Tree nameless = node("x");
-    EXPECT_STATUS(TVK_ERR_NO_MEMORY, record(mapping, {{1, &nameless}}));
-    for (const Tree *level : {&top, &config}) {
-        EXPECT_STATUS(TVK_OK, record(mapping, {{1, level}}));
-        EXPECT_STREQ("ns1:interfaces/", state->error_xpath);
-        EXPECT_STREQ("urn:i", state->error_xpath_ns);
+class Namespaces : public MappingTest {};
+
+TEST_F(Namespaces, RestampsWithTextsOfTheTree) {
+    const Tree tree = node("top", "urn:old")(node("a")(node("x"), node("b")(leaf("c", "1"))));
+    // The new namespace may be that of a node on the path, or a part of it.
+    std::string path = "a/b/c";
+    for (const auto &[part, expected] : {std::pair(0, "Urn:old"), {4, "old"}}) {
+        find(tree, "a")->ns[0] = 'U';
+        char *ns = find(tree, "a")->ns + part;
+        EXPECT_STATUS(TVK_OK, tvk_map_datatree_update_namespace(ctx, tree.get(), path.data(), ns, 0));
+        EXPECT_STREQ(expected, find(tree, "a/b/c")->ns);
     }
-    MappingContext outside;
-    EXPECT_STATUS(TVK_OK, record(outside, {}));
-    EXPECT_STREQ("", outside.state->error_xpath);
-    EXPECT_STREQ(nullptr, outside.state->error_xpath_ns);
-    for_each_allocation_failure([this](AllocationFailure &failure) {
-        MappingContext fresh;
-        const qerrno status = failure.during([&] { return record(fresh, {{1, &top}}); });
-        EXPECT_STATUS(failure.is_injected() ? TVK_ERR_NO_MEMORY : TVK_OK, status);
-        EXPECT_STREQ(failure.is_injected() ? nullptr : "ns1:interfaces/", fresh.state->error_xpath);
-        EXPECT_STREQ(failure.is_injected() ? nullptr : "urn:i", fresh.state->error_xpath_ns);
-    });
+    EXPECT_STATUS(TVK_ERR_INVALID, tvk_map_datatree_update_namespace(ctx, tree.get(), path.data(), nullptr, 0));
+    const Tree unmarked = node("top", "urn:old").without(TVK_HAS_SUBTREES)(node("b"));
+    EXPECT_STATUS(TVK_OK, tvk_map_datatree_update_namespace(ctx, unmarked.get(), std::string("b").data(), kNs, 0));
+    EXPECT_STREQ(kNs, unmarked->subtrees[0].ns) << "the count alone says that there are children";
+}
+
+TEST_F(Namespaces, ValidatesAValueNamespace) {
+    char expected[] = "urn:types";
+    const struct {
+        Node node;
+        std::uint32_t type;
+        int optional;
+        qerrno status;
+        Lines errors;
+    } kCases[] = {
+        {leaf("t", "v").data_ns("urn:types"), 1, 0, TVK_OK, {}},
+        {leaf("t", "v").data_ns("urn:other"),
+         1,
+         1,
+         TVK_ERR_NAMESPACE,
+         {"ERR: mismatched data_ns: urn:other and ns: urn:types"}},
+        {leaf("t", "v").with(TVK_HAS_DATA_NS), 1, 1, TVK_ERR_NAMESPACE, {"ERR: data ns is NULL!"}},
+        {leaf("t", "v"), 1, 1, TVK_OK, {}},
+        {leaf("t", "v"), 1, 0, TVK_ERR_NAMESPACE, {"ERR: There is no data ns for this node!"}},
+        {leaf("t", "v"), 10, 0, TVK_ERR_NAMESPACE, {"ERR: There is no data ns for this node!"}},
+        {node("t"), 10, 0, TVK_OK, {}},
+        {node("t"), 0, 0, TVK_OK, {}},
+        {node("t").op(TVK_OPERATION_REMOVE), 1, 0, TVK_OK, {}},
+        {node("t"), 1, 0, TVK_ERR_NAMESPACE, {"ERR: There is no data ns for this node!"}},
+    };
+    for (const auto &test : kCases) {
+        MappingContext own{test.type};
+        const Tree tree = test.node;
+        clear_logs();
+        EXPECT_STATUS(test.status, tvk_map_validate_data_ns(own.ctx, tree.get(), expected, test.optional));
+        EXPECT_EQ(test.errors, errors());
+        EXPECT_EQ(test.status != TVK_OK, own.state->error_xpath != nullptr);
+    }
+    EXPECT_STATUS(TVK_ERR_INVALID, tvk_map_validate_data_ns(ctx, nullptr, expected, 0));
+    EXPECT_EQ("ERR: Invalid arguments passed!", errors().back());
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include "qidl_tvk_datatree.h"
 #include "status.h"
 #include "tree.h"
-#include "tvk_string.h"
 
 using namespace tvk::test;
 

@@ -4,8 +4,10 @@
 #include <cstring>
 
 #include "kel_memory.h"
+#include "tree.h"
 #include "tvk_diagnostics.h"
 #include "tvk_map_datatree.h"
+#include "tvk_map_walk.h"
 #include "tvk_platform_control.h"
 
 namespace tvk::test {
@@ -103,6 +105,32 @@ MappingContext::~MappingContext() {
         kel_named_free(state->hierarchy[i].path);
     }
     release_trees(state->req_tree_schema, 1);
+}
+
+std::string field(const char *name, const char *value) {
+    return value != nullptr ? std::string(" ") + name + "=" + value : "";
+}
+
+std::string field(const char *name, const qidl_tvk_datatree *record) {
+    return record != nullptr ? std::string(" ") + name + "=" + sketch(*record) : "";
+}
+
+std::string field(const char *name, std::size_t value) {
+    return value != 0 ? std::string(" ") + name + "=" + std::to_string(value) : "";
+}
+
+std::string MappingContext::text(const qidl_tvk_datatree &tree, int first_level) const {
+    std::string text;
+    for (int depth = first_level; depth < state->hierarchy_depth; ++depth) {
+        text += " level=" + text_of(state->hierarchy[depth].path) + ":" + text_of(state->hierarchy[depth].tag);
+    }
+    const auto *pending = state->pending_list_node;
+    return text + field("trim", state->pending_trim_path) +
+           field("pending", pending == nullptr ? nullptr : place_of(tree, pending).c_str()) +
+           field("error", state->error_xpath) + field("culprit", state->error_node_tag) +
+           field("list", context.current_list_node) + field("items", tvk_map_util_itree_stack_size(ctx)) +
+           field("outputs", state->output_list_count) + field("recorded", state->path_record_count) +
+           field("schema", state->req_tree_schema);
 }
 
 MappingTest::MappingTest() {

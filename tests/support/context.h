@@ -16,6 +16,11 @@ using Lines = std::vector<std::string>;
 // The lines as one text, "|" between them.
 std::string joined(const Lines &lines);
 
+// " name=value", and nothing for null, none or 0.
+std::string field(const char *name, const char *value);
+std::string field(const char *name, const qidl_tvk_datatree *record);
+std::string field(const char *name, std::size_t value);
+
 // What goes to the debug log (up to a level, all at first) and to the trace while it lives.
 class LogCapture {
 public:
@@ -44,6 +49,9 @@ public:
     ~MappingContext();
     MappingContext(const MappingContext &) = delete;
     MappingContext &operator=(const MappingContext &) = delete;
+
+    // What the state holds beside tree, on one line: " trim=top/l outputs=1". Levels of the walk from `first_level` on.
+    std::string text(const qidl_tvk_datatree &tree, int first_level = 2) const;
 
     tvk_framework_context framework{};
     tvk_request request{};

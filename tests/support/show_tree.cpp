@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <span>
 #include <sstream>
 #include <stdexcept>
@@ -8,6 +9,10 @@
 #include "tree.h"
 
 namespace tvk::test {
+
+std::string text_of(const char *text) {
+    return text != nullptr ? text : "(null)";
+}
 
 namespace {
 
@@ -25,10 +30,6 @@ constexpr const char *kKinds[] = {"none", "dn", "kn", "ka", "da", "traverse"};
 std::span<Record> children_of(const Record &record) {
     const auto count = static_cast<std::size_t>(std::max(record.subtree_count, 0));
     return record.subtrees != nullptr ? std::span(record.subtrees, count) : std::span<Record>();
-}
-
-std::string text_of(const char *text) {
-    return text != nullptr ? text : "(null)";
 }
 
 std::string show_pairs(const qidl_tvk_name_value *pairs, std::int32_t count, const char *before, const char *after) {
@@ -117,6 +118,34 @@ qidl_tvk_datatree *find(qidl_tvk_datatree &tree, const std::string &path) {
         }
     }
     return found;
+}
+
+std::string sketch(const qidl_tvk_datatree &record) {
+    std::string text = text_of(record.tag);
+    text += record.ns == nullptr || std::strcmp(record.ns, kSketchedNs) != 0 ? ":" + text_of(record.ns) : "";
+    text += record.data != nullptr ? std::string("=") + record.data : "";
+    text += record.data_ns != nullptr ? std::string("@") + record.data_ns : "";
+    text += record.subtree_index != 0 ? "#" + std::to_string(record.subtree_index) : "";
+    text += (record.presence & TVK_HAS_EDIT_INSERT) != 0 ? "+" + std::to_string(record.edit_insert.key_count) : "";
+    std::string children;
+    for (const auto &child : std::span(record.subtrees, static_cast<std::size_t>(record.subtree_count))) {
+        children += (children.empty() ? "" : ",") + sketch(child);
+    }
+    return text + (children.empty() ? "" : "(" + children + ")");
+}
+
+std::string place_of(const Record &tree, const Record *node) {
+    for (std::int32_t i = 0; i < tree.subtree_count; ++i) {
+        const Record &child = tree.subtrees[i];
+        const std::string step = (child.tag != nullptr ? child.tag : "") + ("[" + std::to_string(i) + "]");
+        if (&child == node) {
+            return step;
+        }
+        if (const std::string below = place_of(child, node); below != "?") {
+            return step + "/" + below;
+        }
+    }
+    return "?";
 }
 
 }  // namespace tvk::test

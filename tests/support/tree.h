@@ -42,6 +42,8 @@ public:
     Node &index(std::int32_t index) { return set(plain_.subtree_index, index, TVK_HAS_SUBTREE_INDEX); }
     Node &attribute(const std::string &name, const std::string &value);
     Node &insert(std::uint32_t position, const Pairs &keys = {}, const Text &value = {}, const Text &keys_str = {});
+    // Says that it has so many children, which are not there.
+    Node &claims(std::int32_t count) { return set(plain_.subtree_count, count, TVK_HAS_SUBTREES); }
     Node &with(unsigned presence_bits) { return set(set_bits_, set_bits_ | presence_bits); }
     Node &without(unsigned presence_bits) { return set(cleared_bits_, cleared_bits_ | presence_bits); }
 
@@ -102,6 +104,14 @@ inline std::string show(const Tree &tree) {
 inline std::string show(const Node &description) {
     return show(Tree(description));
 }
+
+// The tree on one line: "top(a=1,l#1(k=2))". A namespace other than the one sketched is named.
+inline constexpr char kSketchedNs[] = "http://openconfig.net/yang/bgp";
+std::string sketch(const qidl_tvk_datatree &tree);
+std::string text_of(const char *text);  // "(null)" for null
+
+// "list[3]/id[0]" for a node below tree; "?" when it is not there. Looks at addresses alone.
+std::string place_of(const qidl_tvk_datatree &tree, const qidl_tvk_datatree *node);
 
 // The node at path below tree, such as "interface[2]/name": the first of its tag, or the one of that number. Throws,
 // and so ends the test with the tree in its message, when there is none.

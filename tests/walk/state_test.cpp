@@ -1,7 +1,5 @@
 // What the walk keeps: hierarchy, output list, current list, schema of the request, instance-tree stack, lookups.
-#include <tuple>
 
-#include "allocation_failures.h"
 #include "kel_memory.h"
 #include "tvk_platform_control.h"
 #include "tvk_string.h"
@@ -59,23 +57,6 @@ TEST_F(StateTest, HierarchyKeepsOfAPathWhatFits) {
     push(&tree->subtrees[1]);
     EXPECT_STATUS(TVK_OK, push(&tree->subtrees[2]));  // only the separator fits
     EXPECT_EQ("/" + almost + "/", state->hierarchy[1].path);
-}
-
-TEST_F(StateTest, OutputEntryOnTopEndsWithItsContainerLevel) {
-    Tree tree = node("a")(node("b"));
-    push(tree.get());
-    for (const auto &[kind, path, left] :
-         {std::tuple(TVK_LEVEL_LIST, "/a/b", 1u), std::tuple(TVK_LEVEL_CONTAINER, "/a/b", 1u),
-          std::tuple(TVK_LEVEL_CONTAINER, "/a", 2u)}) {
-        push(tree->subtrees);
-        ASSERT_STATUS(TVK_OK, add_output("/trim", path, kind));
-        clear_logs();
-        const bool ends = left < state->output_list_count;
-        EXPECT_STATUS(TVK_OK, pop());
-        EXPECT_EQ(left, state->output_list_count);
-        EXPECT_EQ(ends ? Lines{"TRC: free hierarchy: /a/b"} : Lines{}, logs());
-        EXPECT_EQ(nullptr, state->output_list[left].trim_path);
-    }
 }
 
 TEST_F(StateTest, OutputListHoldsFiftyEntries) {
@@ -139,14 +120,6 @@ TEST_F(StateTest, SchemaGrowsWhereTheWalkIs) {
     tvk_map_free_req_tree_schema(ctx);
     add(3, 1);  // starts anew
     EXPECT_TREE(descended(node("root"))(node("d", "urn:d")), *state->req_tree_schema);
-    for_each_allocation_failure([&](AllocationFailure &failure) {
-        const MappingContext own;
-        failure.during([&] { return tvk_map_add_node_to_req_tree_schema(own.ctx, tree->subtrees, 1); });
-        EXPECT_STATUS(TVK_OK, tvk_map_add_node_to_req_tree_schema(own.ctx, &tree->subtrees[1], 1));
-        ascend(own.ctx);
-        ascend(own.ctx);
-        EXPECT_EQ(own.state->req_tree_schema, own.state->req_tree_schema_last);
-    });
 }
 
 TEST_F(StateTest, InstanceStackCountsLevelsOfPlainItems) {

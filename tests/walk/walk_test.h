@@ -76,9 +76,9 @@ protected:
     }
 
     // Adds children until their array must have moved.
-    static qerrno grow(tvk_map_ctx own, Tree &parent) {
+    static qerrno grow(tvk_map_ctx own, qidl_tvk_datatree &parent) {
         for (int i = 0; i < 8; ++i) {
-            tvk_map_datatree_add_subtree(own, parent.get(), "new", "urn:top", nullptr, nullptr, nullptr, 1);
+            tvk_map_datatree_add_subtree(own, &parent, "new", "urn:top", nullptr, nullptr, nullptr, 1);
         }
         return TVK_OK;
     }

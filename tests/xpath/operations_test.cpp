@@ -1,13 +1,11 @@
 #include <cstring>
 
-#include "allocation_failures.h"
 #include "context.h"
-#include "kel_memory.h"
 #include "status.h"
 #include "tree.h"
+#include "tvk_map_datatree.h"
+#include "tvk_map_walk.h"
 #include "tvk_map_xpath.h"
-#include "tvk_platform_control.h"
-#include "tvk_string.h"
 
 using namespace tvk::test;
 
@@ -85,62 +83,8 @@ TEST_F(Xpath, AddMakesWhatIsMissing) {
         EXPECT_TREE(row.after, tree);
         EXPECT_EQ(*row.result != '\0' ? find(tree, row.result) : tree.get(), record.result);
         EXPECT_EQ(Lines{}, errors());
+        tvk_map_forget_children(ctx, nullptr);
     }
-}
-
-TEST_F(Xpath, AddFindsWhatIsThere) {
-    const Node before = root()(made("a")(made("b", "u"), node({}), made("c")), entry("1"));
-    Tree tree = before;
-    // The last but one is behind a child without a tag.
-    for (const auto &[xpath, result] : {std::pair("/a/b", "a/b"),
-                                        {"a/b/", "a/b"},
-                                        {"/l[k=1]/", "l"},
-                                        {"/l[k=1]/k", "l/k"},
-                                        {"/a/l[k=1]/", "a"},
-                                        {"/", nullptr}}) {
-        EXPECT_STATUS(TVK_ERR_PRESENT, add(tree, xpath, TVK_XPATH_INSTANCE));
-        EXPECT_EQ(result != nullptr ? find(tree, result) : nullptr, record.result);
-        EXPECT_EQ(Lines{"ERR: Node already present in the path " + std::string(xpath) + "\n"}, logs());
-    }
-    EXPECT_STATUS(TVK_ERR_INVALID, add(tree, "x")) << "the lost character was all";
-    EXPECT_EQ(nullptr, record.result);
-    tvk_platform_set_router_type(7);
-    EXPECT_STATUS(TVK_ERR_INVALID, add(tree, "/vrrp[k=1]/x")) << "an entry that the platform leaves out";
-    EXPECT_TREE(before, tree);
-}
-
-TEST_F(Xpath, ModifyAndReadFindANode) {
-    Tree tree = root()(entry("1").op(TVK_OPERATION_DELETE)(made("x", "old"), made("e")), made("c")(node({})));
-    char *const old = find(tree, "l/x")->data;
-    EXPECT_STATUS(TVK_OK, run(ctx, tree, TVK_XPATH_MODIFY, "/l[k=1]/x", TVK_XPATH_LEAF, "new"));
-    EXPECT_STREQ("old", old) << "the former value is the caller's";
-    kel_named_free(old);
-    EXPECT_STATUS(TVK_OK, run(ctx, tree, TVK_XPATH_MODIFY, "l[k=1]/e", TVK_XPATH_LEAF_INSTANCE, "1"));
-    EXPECT_TREE(root()(entry("1").op(TVK_OPERATION_DELETE)(made("x", "new"), made("e", "1")), made("c")(node({}))),
-                tree);
-
-    Tree read = root()(entry("1")(made("x", std::string(400, 'x')), made("e")));
-    EXPECT_STATUS(TVK_OK, run(ctx, read, TVK_XPATH_READ, "/l[k=1]/x"));
-    EXPECT_EQ(std::string(299, 'x'), record.value);
-    EXPECT_STATUS(TVK_OK, run(ctx, read, TVK_XPATH_READ, "/l[k=1]/e"));
-    EXPECT_STREQ("", record.value);
-    EXPECT_EQ(find(read, "l/e"), record.result);
-    EXPECT_EQ(Lines{}, logs());
-    EXPECT_STATUS(TVK_OK, run(ctx, read, TVK_XPATH_NO_ACTION, "/none"));
-
-    for (const auto &[xpath, status] : {std::pair("/l[k=2]/x", TVK_ERR_NOT_PRESENT),
-                                        {"/c/x", TVK_ERR_NOT_PRESENT},
-                                        {"/c/l[k=1]/", TVK_ERR_NOT_FOUND},
-                                        {"//", TVK_ERR_INVALID}}) {
-        for (const std::uint32_t op : {TVK_XPATH_MODIFY, TVK_XPATH_READ}) {
-            EXPECT_STATUS(status, run(ctx, tree, op, xpath));
-            EXPECT_EQ(nullptr, record.result);
-            EXPECT_EQ(Lines{"ERR: Node not present in the path " + std::string(xpath) + "\n"}, logs());
-        }
-    }
-    EXPECT_DEATH(run(nullptr, tree, TVK_XPATH_READ, "/none"),
-                 "tvk_map_common:[0-9]+: qerrno tvk_map_tree_xpath_operations\\(tvk_map_ctx, struct "
-                 "tvk_map_node_operation \\*\\): Assertion `NULL != ctx' failed");
 }
 
 TEST_F(Xpath, UnusableRecordsAreRefusedWithoutAWord) {
@@ -184,44 +128,69 @@ TEST_F(Xpath, UnusableRecordsAreRefusedWithoutAWord) {
     EXPECT_STATUS(TVK_OK, add(largest, "/" + std::string(998, 'p')));
 }
 
-TEST_F(Xpath, AnAdditionThatGoesElsewhereMovesTheAttachmentPoint) {
-    Tree tree = root()(made("c")(entry("1")));
-    state->pending_trim_path = tvk_strdup("x", "test");
-    state->pending_list_node = find(tree, "c");
-    for (int i = 0; i < 40; ++i) {  // below the pending list node, beside the entry
-        ASSERT_STATUS(TVK_OK, add(tree, "/c/l[k=1]/x/new", TVK_XPATH_INSTANCE));
-        ASSERT_EQ(find(tree, "c/l"), record.result);
+// Inside /ifs/if[K1=A][K2=B]/config of a request.
+class XpathOfTokens : public MappingTest {
+protected:
+    XpathOfTokens() {
+        tvk_map_add_to_node_hierarchy(ctx, request_tree.get(), TVK_LEVEL_CONTAINER);
+        tvk_map_add_to_node_hierarchy(ctx, find(request_tree, "if"), TVK_LEVEL_LIST);
+        tvk_map_add_to_node_hierarchy(ctx, find(request_tree, "if/config"), TVK_LEVEL_CONTAINER);
     }
-    EXPECT_EQ(41, find(tree, "c")->subtree_count);
-    EXPECT_STATUS(TVK_OK, add(tree, "/c/l[k=2]/m[x=3]/x/last"));
-    EXPECT_EQ(find(tree, "c/l[2]/m"), record.result);
-    EXPECT_STREQ("v", find(tree, "c/last")->data);
-    state->pending_list_node = nullptr;
-    EXPECT_STATUS(TVK_ERR_INVALID, add(tree, "/c/l[k=1]/x/new")) << "nowhere to go";
-    EXPECT_EQ(nullptr, record.result);
+    std::string build(const std::vector<const char *> &tokens, std::int32_t offset, char *trim = nullptr) {
+        char xpath[TVK_MAP_MAX_PATH] = "";
+        const auto count = static_cast<std::uint32_t>(tokens.size());
+        built = tvk_map_build_xpath_from_tokens(ctx, tokens.data(), count, offset, xpath, trim);
+        return xpath;
+    }
+    Tree request_tree =
+        node("ifs", kNs)(node("if")(leaf("K1", "A").key(), leaf("other", "1"), leaf("K2", "B").key(), node("config")));
+    qerrno built = TVK_OK;
+};
+
+TEST_F(XpathOfTokens, TokensTakeTheKeysOfTheirLevel) {
+    char trim[TVK_MAP_MAX_PATH] = "/top";
+    EXPECT_EQ("/ifs/if[K1=A][K2=B]/config", build({"/ifs", "/if", "/config"}, 0, trim));
+    EXPECT_STREQ("/top/ifs/if/config", trim);
+    EXPECT_EQ("/ifs/if/config[K1=A][K2=B]", build({"/ifs", "/if", "/config"}, -1));
+    EXPECT_EQ("/ifs[K1=A][K2=B]/if/config", build({"/ifs", "/if", "/config"}, 1));
+    EXPECT_EQ("/ifs/if/config", build({"/ifs", "/if", "/config"}, INT32_MAX));
+    EXPECT_EQ("[K1=A][K2=B]", build({nullptr, nullptr}, 0));
+    state->hierarchy[0].kind = TVK_LEVEL_LIST;
+    state->hierarchy[0].node = find(request_tree, "if");
+    EXPECT_EQ("/ifs", build({"/ifs"}, 0)) << "the outermost level never has keys";
+    find(request_tree, "if/K1")->presence ^= TVK_HAS_DATA;
+    EXPECT_EQ("/if[K1=][K2=B]", build({"/if"}, 1));
+    for (qidl_tvk_datatree *key : {find(request_tree, "if/K1"), find(request_tree, "if/K2")}) {
+        key->presence ^= TVK_HAS_IS_KEY;
+    }
+    EXPECT_EQ("/if", build({"/if"}, 1));
+
+    Tree bare = node("if"), produced = node("if")(leaf("k", "1"), leaf("m", "2"));
+    state->hierarchy[1].node = bare.get();
+    for (const auto &[propagating, key_state] : {std::pair(0u, 0u), {2u, 0u}, {1u, 0u}, {0u, 2u}}) {
+        state->delete_walk_active = propagating;
+        state->list_key_state = key_state;
+        EXPECT_EQ("/if", build({"/if"}, 1)) << "the stack is empty";
+        tvk_map_util_itree_stack_push(ctx, produced->subtrees, 2, 0);
+        EXPECT_EQ(propagating == 1 || key_state != 0 ? "/if[k=1][m=2]" : "/if", build({"/if"}, 1));
+        tvk_map_util_itree_stack_pop(ctx);
+    }
+    EXPECT_TREE(node("if")(leaf("k", "1").key(), leaf("m", "2").key()), produced);
+    EXPECT_EQ(Lines{}, errors());
 }
 
-TEST_F(Xpath, AllocationFailures) {
-    const Node whole = root()(made("a")(entry("1").index(1)(made("m", "2"), made("x", "v"))));
-    const Node without_key = root()(made("a")(made("l").index(1)(made("m", "2"), made("x", "v"))));
-    for_each_allocation_failure([&](AllocationFailure &failure) {
-        Tree tree = root();
-        const auto status = failure.during([&] { return add(tree, "/a/l[k=1][m=2]/x"); });
-        if (status == TVK_OK) {  // a key leaf that is not the last of its step does not count
-            EXPECT_TREE(failure.is_injected() ? without_key : whole, tree);
-            EXPECT_EQ(find(tree, "a/l"), record.result);
-        } else {
-            EXPECT_TRUE(status == TVK_ERR_NO_MEMORY || status == TVK_ERR_INVALID);
-            EXPECT_EQ(nullptr, record.result);
-        }
-    });
-    for_each_allocation_failure([&](AllocationFailure &failure) {
-        Tree tree = root()(made("x"));
-        const auto status = failure.during([&] { return run(ctx, tree, TVK_XPATH_MODIFY, "/x"); });
-        EXPECT_STATUS(failure.is_injected() ? TVK_ERR_NO_MEMORY : TVK_OK, status);
-        EXPECT_EQ(failure.is_injected() ? nullptr : tree->subtrees, record.result);
-        EXPECT_TREE(failure.is_injected() ? root()(made("x")) : root()(made("x", "v")), tree);
-    });
+TEST_F(XpathOfTokens, WhatDoesNotFitEmptiesTheBuffer) {
+    const std::string full = "/" + std::string(998, 'x'), keyed = "/" + std::string(986, 'x');
+    char trim[TVK_MAP_MAX_PATH] = "";
+    EXPECT_EQ(keyed + "[K1=A][K2=B]", build({keyed.c_str()}, 1, trim));
+    EXPECT_STATUS(TVK_OK, built);
+    EXPECT_EQ("", build({(keyed + "x").c_str(), "/more"}, 1)) << "which ends the path";
+    EXPECT_STATUS(TVK_OK, built);
+    EXPECT_EQ("", build({full.c_str(), "/"}, 5));
+    EXPECT_STATUS(TVK_ERR_NO_MEMORY, built);
+    EXPECT_EQ("/aaaaaaaaaaaaaaaa", build({"/aaaaaaaaaaaaaaaa", "/more"}, 5, trim));
+    EXPECT_STREQ("", trim);
+    EXPECT_STATUS(TVK_OK, built);
 }
 
 }  // namespace

@@ -1,0 +1,59 @@
+#include "request.h"
+
+#include <new>
+
+#include "allocation_failures.h"
+#include "diagnostics.h"
+#include "xml_document.h"
+
+namespace tvk::fuzz {
+
+namespace {
+
+Example load(const char *name) {
+    const std::string folder = std::string(TVK_EXAMPLES_FOLDER "/") + name;
+    return {tool::MappingModule::load(name), read_file(folder + "/native-before-edit.xml"),
+            read_file(folder + "/native-device.xml")};
+}
+
+}  // namespace
+
+const Example &read_example(Input &input) {
+    static const Example examples[] = {load("openconfig_interfaces"), load("openconfig_bgp")};
+    return examples[input.below(2)];
+}
+
+std::uint64_t read_failing_allocation(Input &input) {
+    constexpr unsigned kExact = 16;
+    const unsigned number = input.below(256);
+    return number < kExact ? number : (number - kExact) * 8;
+}
+
+void require_document(const tool::Reply &reply) {
+    try {
+        tool::XmlDocument::parse(reply.text, "the reply");
+    } catch (const tool::UsageError &error) {
+        require(false, error.what() + ("\n" + reply.text));
+    }
+}
+
+void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::Reply(tool::Framework &)> &answer) {
+    try {
+        tool::Framework scanning(false, 0);
+        tool::Framework indexing(false, 1);
+        if (failing_allocation != 0) {
+            test::AllocationFailure failure(failing_allocation, false);
+            failure.during([&] { return answer(indexing); });
+            return;
+        }
+        const std::string text = answer(scanning).text;
+        require_equal(text, answer(indexing).text, "with an index");
+        note(text);
+    } catch (const tool::UsageError &error) {
+        note(std::string("refused: ") + error.what());
+    } catch (const std::bad_alloc &) {
+        require(failing_allocation != 0, "out of memory");
+    }
+}
+
+}  // namespace tvk::fuzz

@@ -1,0 +1,201 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+
+#include "context.h"
+#include "status.h"
+#include "tree.h"
+#include "tvk_map_datatree.h"
+
+using namespace tvk::test;
+
+namespace {
+
+constexpr char kNs[] = "urn:n";
+
+Node b(const std::string &data = "old") {
+    return leaf("b", data, kNs);
+}
+
+class AddSubtree : public MappingTest {
+protected:
+    qerrno add(const Tree &parent, const char *data, int append = 0, int flags = 0,
+               const qidl_tvk_datatree *as = nullptr) {
+        return tvk_map_datatree_add_subtree_flagged(ctx, parent.get(), "b", kNs, data, as, &out, append, flags);
+    }
+    qidl_tvk_datatree *out = nullptr;
+};
+
+TEST_F(AddSubtree, MakesAndLogsANewNodeStepByStep) {
+    Tree parent = root();
+    Tree as = node("t").op(TVK_OPERATION_CREATE).kind(TVK_NODE_KIND_KA).insert(TVK_INSERT_BEFORE, {{"id", "7"}});
+    EXPECT_STATUS(TVK_OK, add(parent, "1", 1, TVK_ADD_MARK_TREE_TRAVERSE, as.get()));
+    char array[64];
+    std::snprintf(array, sizeof array, "Setting updated subtree array (%p).", static_cast<void *>(out));
+    const std::string made[] = {"Allocating a new subtree array.",
+                                "Setting tag name 'b'.",
+                                "Setting node data '1'.",
+                                "Setting operation '2'.",
+                                "Setting insert",
+                                "Setting operation '3'.",
+                                "Setting tree tarverse '5'.",
+                                "Setting subtree_index '1'.",
+                                array};
+    for (std::size_t i = 0; i < std::size(made); ++i) {
+        EXPECT_EQ("TRC: " + made[i], logs().at(i));
+    }
+    clear_logs();
+    state->build_flags = TVK_BUILD_FILTERED;
+    EXPECT_STATUS(TVK_OK, add(parent, nullptr, 7));
+    EXPECT_EQ("TRC: Expanding subtree array.", logs().at(0));
+    EXPECT_EQ(1u, state->added_node_count) << "the first child of a parent is not counted";
+    const Node first = b("1").op(TVK_OPERATION_CREATE).kind(5).index(1).insert(TVK_INSERT_BEFORE, {{"id", "7"}});
+    EXPECT_TREE(root()(first, node("b", kNs).index(2)), parent);
+}
+
+TEST_F(AddSubtree, FindsTheChildThatIsThere) {
+    const Node removed = b().op(TVK_OPERATION_REMOVE), other = b().ns("urn:o");
+    constexpr int kTag = TVK_ADD_MATCH_TAG_ONLY, kOnPath = TVK_ADD_TEMPLATE_ON_PATH;
+    const Node one = b().index(1), two = b().index(2);
+    const struct {
+        const char *why;
+        Node before;
+        int flags;
+        bool with_template;
+        int found;
+        bool is_new = false, keeps_data = false;
+    } rows[] = {
+        {"the first of its tag and namespace", root()(leaf("a", "old", kNs), other, b(), b()), 0, false, 2},
+        {"or of its tag", root()(other, b()), kTag, false, 0},
+        {"without a namespace not even then", root()(node("b").data("old")), kTag, false, 1, true},
+        {"the presence bit of the tag counts", root()(b().without(TVK_HAS_TAG)), 0, false, 1, true},
+        {"instances give way to a plain one", root()(one, two, b(), b()), 0, false, 2},
+        {"else the last instance, with its data", root()(one, two), 0, false, 1, false, true},
+        {"with a template the first", root()(one, b()), 0, true, 0},
+        {"but not on a path", root()(one, two), kOnPath, true, 1, false, true},
+        {"a removed one is gone", root()(Node(removed).without(TVK_HAS_OPERATION)), kOnPath, false, 1, true},
+        {"but in a replace only", root()(removed, b()), 0, false, 0},
+    };
+    Tree as = node("t").kind(TVK_NODE_KIND_KA);
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.why);
+        Tree parent = row.before, after = row.is_new ? Node(row.before)(b("new")) : row.before;
+        if (!row.is_new && !row.keeps_data) {
+            std::memcpy(after->subtrees[row.found].data, "new", 4);
+        }
+        EXPECT_STATUS(TVK_OK, add(parent, "new", 0, row.flags, row.with_template ? as.get() : nullptr));
+        EXPECT_TREE(after, parent);
+        EXPECT_EQ(&parent->subtrees[row.found], out);
+        tvk_map_forget_children(ctx, nullptr);  // the next tree may stand at the same place
+    }
+}
+
+TEST_F(AddSubtree, ArgumentsMayStandInTheTreeThatChanges) {
+    Tree parent = root()(b("0123").kind(TVK_NODE_KIND_KN));
+    EXPECT_STATUS(TVK_OK, add(parent, parent->subtrees->data + 2));
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_STATUS(TVK_OK, add(parent, parent->subtrees->data, 1, 0, parent->subtrees));
+        EXPECT_STATUS(TVK_OK, tvk_map_datatree_add_subtree_with_data(ctx, parent.get(), parent->subtrees, 1));
+    }
+    EXPECT_TREE(b("23").kind(TVK_NODE_KIND_KN).index(200), parent->subtrees[199]);
+    EXPECT_TREE(b("23").index(201), parent->subtrees[200]);
+    EXPECT_EQ(0u, state->added_node_count) << "not counted outside a filtered read";
+    for (const int count : {0, 3, -1}) {
+        Tree claims_children = root().with(TVK_HAS_SUBTREES);
+        claims_children->subtree_count = count;
+        EXPECT_STATUS(TVK_OK, add(claims_children, "1"));
+        EXPECT_TREE(root()(b("1")), claims_children);
+    }
+}
+
+TEST_F(AddSubtree, SharesOrMovesChildren) {
+    const Node entry = b()(leaf("k", "1"));
+    Tree source = entry, parent = root();
+    EXPECT_STATUS(TVK_OK, tvk_map_datatree_add_subtree_with_data(ctx, parent.get(), source.get(), 0));
+    EXPECT_TREE(root()(entry), parent);
+    EXPECT_EQ(source->subtrees, parent->subtrees->subtrees);
+    source->subtrees = nullptr;
+
+    const Node emptied = b().with(TVK_HAS_SUBTREES);  // says that it has children, and has none
+    Tree from = root()(entry, emptied), to = root();
+    EXPECT_STATUS(TVK_OK, tvk_map_add_subtrees_from_source_to_target(ctx, to.get(), from.get()));
+    EXPECT_TREE(root()(emptied, emptied), from);
+    EXPECT_TREE(root()(b().index(1)(leaf("k", "1")), b().index(2).with(TVK_HAS_SUBTREES)), to);
+    Tree family = root()(node("s", kNs)(entry, entry));
+    for (qidl_tvk_datatree *top = family.get(); const int child : {1, 0}) {  // up one level, then onto itself
+        EXPECT_STATUS(TVK_OK, tvk_map_add_subtrees_from_source_to_target(ctx, top, child != 0 ? top->subtrees : top));
+    }
+    EXPECT_TREE(b().index(3)(leaf("k", "1")), family->subtrees[2]);
+}
+
+class AddPath : public MappingTest {
+protected:
+    qerrno add(const Tree &tree, const std::string &path, int flags = 0, const qidl_tvk_datatree *as = nullptr,
+               int append = 0) {
+        return tvk_map_datatree_add_path_flagged(ctx, tree.get(), path.c_str(), kNs, "1", as, nullptr, append, flags);
+    }
+};
+
+TEST_F(AddPath, MakesWhatIsMissing) {
+    const Node last = leaf("b", "1").op(TVK_OPERATION_CREATE);
+    Tree as = last, tree = root();
+    for (const char *path : {"", "//", "a", "/a//b/"}) {
+        EXPECT_STATUS(TVK_OK, add(tree, path, 0, as.get()));
+    }
+    Node a = leaf("a", "1", kNs).op(TVK_OPERATION_CREATE);
+    EXPECT_TREE(root()(a(last)), tree);
+    Tree plain = root(), merged = root();
+    EXPECT_STATUS(TVK_OK, add(plain, "a/b", 0, as.get(), 5));
+    EXPECT_STATUS(TVK_OK, add(plain, "a/b", 0, as.get(), 5));
+    EXPECT_TREE(root()(node("a", kNs)(Node(last).index(1), Node(last).index(2))), plain);
+    state->build_flags = TVK_BUILD_REPLACE_MERGING;  // stands for TVK_ADD_TEMPLATE_ON_PATH
+    EXPECT_STATUS(TVK_OK, add(merged, "a/b", 0, as.get()));
+    EXPECT_TREE(root()(node("a", kNs).op(TVK_OPERATION_CREATE)(last)), merged);
+}
+
+TEST_F(AddPath, GoesWhereTheRequestStands) {
+    constexpr std::uint32_t kRead = TVK_BUILD_FILTERED | TVK_BUILD_UNFILTERED;
+    constexpr int kTrim = TVK_ADD_TRIM_PENDING;
+    char in[] = "x/a", other[] = "other";
+    enum { kTree, kPending, kEntry, kNowhere };
+    const struct {
+        const char *why;
+        char *pending, *entry;
+        std::uint32_t build_flags;
+        int flags, place;
+        std::string added;
+    } rows[] = {
+        {"the pending entry comes first", in, in, 0, 0, kPending, "b"},
+        {"a path outside it is taken whole", other, in, 0, kTrim, kTree, "x"},
+        {"a filtered read does not look at it", other, in, kRead, 0, kEntry, "b"},
+        {"a relative path is where it is", nullptr, other, 0, TVK_ADD_RELATIVE, kTree, "x"},
+        {"trimmed, below the tree", in, other, kRead, kTrim, kTree, "b"},
+        {"which the path must allow", other, in, kRead, kTrim, kNowhere, ""},
+        {"and which must be there", nullptr, in, 0, kTrim, kNowhere, ""},
+        {"a path outside the open entry", nullptr, other, 0, 0, kNowhere, ""},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.why);
+        const Tree places[] = {Tree(root()), Tree(root()), Tree(root())};
+        state->build_flags = row.build_flags;
+        state->pending_trim_path = row.pending;
+        state->pending_list_node = places[kPending].get();
+        state->output_list_count = row.entry != nullptr ? 2 : 0;
+        state->output_list[1] = {places[kEntry].get(), row.entry, nullptr, 0};
+        EXPECT_STATUS(row.place == kNowhere ? TVK_ERR_NOT_FOUND : TVK_OK, add(places[kTree], "x/a/b", row.flags));
+        for (int i = kTree; i <= kEntry; ++i) {
+            const qidl_tvk_datatree *first = places[i]->subtrees;
+            EXPECT_STREQ(i == row.place ? row.added.c_str() : nullptr, first != nullptr ? first->tag : nullptr);
+        }
+        tvk_map_forget_children(ctx, nullptr);
+    }
+    state->output_list[1] = {};
+    state->pending_trim_path = in;
+    state->pending_list_node = nullptr;
+    EXPECT_STATUS(TVK_ERR_INVALID, add(Tree(root()), "x/a/b")) << "there is nowhere to put it";
+    state->pending_trim_path = nullptr;
+}
+
+}  // namespace
