@@ -96,6 +96,7 @@ void add_adding(Table &rows) {
     rows.row(ANSWER(tvk_map_datatree_get_last_subtree, w.ctx, w.tree.get(), "c", &w.out));
     rows.row(ANSWER(tvk_map_search_or_add_list, w.ctx, w.tree.get(), &w.found, path("l"), kOne, kName, kNsOfAll),
              top(l("1")));
+    rows.row(ANSWER(tvk_map_search_or_add_list, w.ctx, w.tree.get(), &w.found, path("l"), kOther, kName, kNsOfAll));
     rows.row(ANSWER(tvk_map_tree_xpath_operations, w.ctx, &w.xpath(TVK_XPATH_ADD, TVK_XPATH_LEAF, "/a/l[k=2]/x")),
              top(node("a")(l("1"))));
     rows.row(ANSWER(tvk_map_tree_xpath_operations, w.ctx, &w.xpath(TVK_XPATH_MODIFY, TVK_XPATH_LEAF, "/a")),
@@ -272,6 +273,7 @@ void add_quiet(Table &rows) {
     rows.row(ANSWER(tvk_map_get_tree_from_key_data, w.ctx, w.at("a"), "a", "1"));
     rows.row(ANSWER(tvk_map_get_varn_conn_hdl, w.ctx, VARN_CONN_B, 0, 0));
     rows.row(ANSWER(tvk_map_is_node_in_subtrees, w.ctx, w.tree->subtrees, 2, "a", "1", 1, &w.found));
+    rows.row(ANSWER(tvk_map_is_node_in_subtrees, w.ctx, w.tree->subtrees, 2, "a", "2", 1, &w.found));
     rows.row(ANSWER(tvk_map_is_private_model, kOther));
     rows.row(ANSWER(tvk_map_is_request_add, w.ctx));
     rows.row(ANSWER(tvk_map_is_request_delete, w.tree.get()));

@@ -58,36 +58,7 @@ void on_small_stack(std::function<void()> work) {
     pthread_attr_destroy(&attributes);
 }
 
-// Works a phase off as its entry point does, and gives the most elements that were on the stack.
-std::uint32_t peak_of(tvk_map_ctx ctx, kel_queue &stack, tvk_map_dfs_process_fp process) {
-    std::uint32_t peak = stack.count;
-    while (auto *element = static_cast<tvk_map_dfs_elem *>(kel_queue_dequeue(&stack))) {
-        process(ctx, &stack, element);
-        kel_named_free(element);
-        peak = std::max(peak, stack.count);
-    }
-    return peak;
-}
-
 class Limits : public MappingTest {};
-
-TEST_F(Limits, StackHoldsNoMoreThanTheSiblingsOnTheWay) {
-    std::vector<Node> leaves(10, node("other"));
-    leaves[3] = node("leaf");
-    const std::vector<Node> entries(100, node("entry").children(leaves));
-    const std::vector<Node> groups(100, node("group").children(entries));
-    const Tree response = node("top").children(groups);  // more than 100,000 nodes
-    const Tree filter = node("top")(node("group")(node("entry")(node("leaf"))));
-    kel_queue stack;
-    tvk_map_dfs_stack_init(&stack);
-    tvk_map_dfs_mark_stack_push(ctx, &stack, filter.get(), response.get(), 1, 1);
-    EXPECT_EQ(199u, peak_of(ctx, stack, tvk_map_dfs_process_mark));
-    tvk_map_dfs_sweep_stack_push(ctx, &stack, response.get(), 1);
-    EXPECT_EQ(199u, peak_of(ctx, stack, tvk_map_dfs_process_sweep));
-    const std::string swept = show(response);
-    EXPECT_EQ(1 + 100 + 2 * 100 * 100, std::count(swept.begin(), swept.end(), '\n'));
-    EXPECT_EQ(std::string::npos, swept.find("other"));
-}
 
 TEST_F(Limits, DepthDoesNotRecurse) {
     const Tree filter = chain(100000), response = chain(100001);

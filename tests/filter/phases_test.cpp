@@ -23,6 +23,18 @@ Node key(const std::string &tag) {
     return node(tag).key().type(1);
 }
 
+TEST_F(Phases, AtMostTenKeysAreRecorded) {
+    std::vector<Node> leaves(12, key("k", "1"));
+    leaves[0] = node("first");
+    leaves[2] = key("k");
+    const Tree entry = node("e").children(leaves);
+    tvk_map_key_info keys;
+    EXPECT_EQ(9u, tvk_map_datatree_get_keys(entry.get(), &keys));
+    EXPECT_EQ(10u, keys.key_count);
+    EXPECT_EQ(10u, keys.key_index[9]);
+    EXPECT_EQ(0u, keys.key_has_value[1]);
+}
+
 // A list of one entry below the root, in the filter, in the response and in what is expected.
 template <class... Children>
 Node filter_of(const Children &...children) {

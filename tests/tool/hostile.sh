@@ -72,6 +72,7 @@ refused "parameter entity" 1 "a document type declaration is not accepted" \
 refused "external subset" 1 "a document type declaration is not accepted" \
     <<<"<!DOCTYPE a SYSTEM 'file://$folder/secret.txt'><a/>"
 refused "undeclared entity" 1 "not well-formed XML: Entity 'e' not defined" <<<"<a>&e;</a>"
+refused "tag without an end" 2 "not well-formed XML" <<<$'<a>\n<b c="'
 list "inclusion" 0 out "include href=secret\.txt" \
     <<<'<a xmlns:xi="http://www.w3.org/2001/XInclude"><xi:include href="secret.txt" parse="text"/></a>'
 list "style sheet and schema" 0 out "schemaLocation=urn:a secret\.txt" \
@@ -127,6 +128,9 @@ entry "${keys/v5/$(repeat 2000 v)}<entry/>" |
 inserted() { top "<leaf y:insert='after' y:key=\"$1\">1</leaf>"; }
 inserted "$(repeat 8 "[k='v']")" | edit_deep "8 insert keys" 0 out "(\[key:k='v'\]){8}"
 inserted "$(repeat 8 "[k='v']")" | list "8 insert keys" 0 out "insert=after\) \(key\) (\(k=v\)){5}$"
+special='&lt;&gt;&amp;&quot;&#13;&#9;é'
+top "<leaf y:insert='after' y:key=\"[k='$special']\">$special</leaf>" |
+    edit_deep "characters that XML has a use for" 0 out "'${special/é/"&#xE9;"}'\]\">${special/"&#9;"/$'\t'}</leaf>"
 inserted "[p:k='v']" | list "an insert key with a prefix" 0 out "\(key\) \(k=v\)$"
 inserted "[k='$(repeat 5000 v)']" | list "an insert key of 5,000 characters" 0 out "insert=after"
 
