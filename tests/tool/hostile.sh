@@ -72,7 +72,7 @@ refused "parameter entity" 1 "a document type declaration is not accepted" \
 refused "external subset" 1 "a document type declaration is not accepted" \
     <<<"<!DOCTYPE a SYSTEM 'file://$folder/secret.txt'><a/>"
 refused "undeclared entity" 1 "not well-formed XML: Entity 'e' not defined" <<<"<a>&e;</a>"
-refused "tag without an end" 2 "not well-formed XML" <<<$'<a>\n<b c="'
+refused "tag without an end" 3 "not well-formed XML" <<<$'<a>\n<b c="'
 list "inclusion" 0 out "include href=secret\.txt" \
     <<<'<a xmlns:xi="http://www.w3.org/2001/XInclude"><xi:include href="secret.txt" parse="text"/></a>'
 list "style sheet and schema" 0 out "schemaLocation=urn:a secret\.txt" \
