@@ -48,11 +48,15 @@ TEST_F(AddSubtree, MakesAndLogsANewNodeStepByStep) {
     }
     clear_logs();
     state->build_flags = TVK_BUILD_FILTERED;
-    EXPECT_STATUS(TVK_OK, add(parent, nullptr, 7));
+    EXPECT_STATUS(TVK_OK, add(parent, nullptr, 7, 0, as.get()));
     EXPECT_EQ("TRC: Expanding subtree array.", logs().at(0));
     EXPECT_EQ(1u, state->added_node_count) << "the first child of a parent is not counted";
-    const Node first = b("1").op(TVK_OPERATION_CREATE).kind(5).index(1).insert(TVK_INSERT_BEFORE, {{"id", "7"}});
-    EXPECT_TREE(root()(first, node("b", kNs).index(2)), parent);
+    const auto like_template = [](Node made) {
+        return made.op(TVK_OPERATION_CREATE).insert(TVK_INSERT_BEFORE, {{"id", "7"}});
+    };
+    EXPECT_TREE(root()(like_template(b("1").kind(TVK_NODE_KIND_TREE_TRAVERSE).index(1)),
+                       like_template(node("b", kNs).kind(TVK_NODE_KIND_KA).index(2))),
+                parent);
 }
 
 TEST_F(AddSubtree, FindsTheChildThatIsThere) {
