@@ -51,8 +51,8 @@ TEST_F(AddSubtree, MakesAndLogsANewNodeStepByStep) {
     EXPECT_STATUS(TVK_OK, add(parent, nullptr, 7, 0, as.get()));
     EXPECT_EQ("TRC: Expanding subtree array.", logs().at(0));
     EXPECT_EQ(1u, state->added_node_count) << "the first child of a parent is not counted";
-    const auto like_template = [](Node made) {
-        return made.op(TVK_OPERATION_CREATE).insert(TVK_INSERT_BEFORE, {{"id", "7"}});
+    const auto like_template = [](Node child) {
+        return child.op(TVK_OPERATION_CREATE).insert(TVK_INSERT_BEFORE, {{"id", "7"}});
     };
     EXPECT_TREE(root()(like_template(b("1").kind(TVK_NODE_KIND_TREE_TRAVERSE).index(1)),
                        like_template(node("b", kNs).kind(TVK_NODE_KIND_KA).index(2))),

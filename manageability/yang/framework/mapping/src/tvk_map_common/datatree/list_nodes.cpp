@@ -11,12 +11,6 @@ namespace {
 using tvk::Node;
 using tvk::same_text;
 
-// The search for an entry. Where each step is logged, each step is made.
-tvk::EntryCandidates<Node> candidates(tvk_map_ctx ctx, Node &parent, const char *list_name, const tvk::KeyText &key) {
-    const std::span<const tvk::KeyText> keys{&key, 1};
-    return {ctx, parent, list_name, tvk::is_tracing(ctx) ? std::span<const tvk::KeyText>{} : keys};
-}
-
 bool carries_key(const Node &entry, const tvk::KeyText &key) {
     for (const Node &child : tvk::children(entry)) {
         if (tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_DATA) && same_text(child.data, key.value) &&
@@ -27,15 +21,27 @@ bool carries_key(const Node &entry, const tvk::KeyText &key) {
     return false;
 }
 
+// The entries that a search looks at: all where each is logged.
+tvk::EntryCandidates<Node> candidates(tvk_map_ctx ctx, Node &parent, const char *list_name, const tvk::KeyText &key,
+                                      bool is_logged) {
+    return {ctx, parent, list_name, {&key, is_logged ? 0u : 1u}};
+}
+
+bool is_named(const Node &entry, const char *list_name, const char *ns) {
+    return tvk::has(entry, TVK_HAS_TAG) && tvk::has(entry, TVK_HAS_NS) && same_text(entry.tag, list_name) &&
+           same_text(entry.ns, ns);
+}
+
+// Keys tell apart more entries than names do. Where each step is logged, each is made, in its order.
 Node *find_entry(tvk_map_ctx ctx, Node &parent, const char *list_name, const char *ns, const tvk::KeyText &key) {
-    auto entries = candidates(ctx, parent, list_name, key);
+    const bool is_logged = tvk::is_tracing(ctx);
+    auto entries = candidates(ctx, parent, list_name, key, is_logged);
     while (Node *entry = entries.next()) {
-        if (!tvk::has(*entry, TVK_HAS_TAG) || !tvk::has(*entry, TVK_HAS_NS) || !same_text(entry->tag, list_name) ||
-            !same_text(entry->ns, ns)) {
+        if ((!is_logged && !carries_key(*entry, key)) || !is_named(*entry, list_name, ns)) {
             continue;
         }
         TVK_TRC(ctx, "List node '%s' found. Now checking the key.", list_name);
-        if (carries_key(*entry, key)) {
+        if (!is_logged || carries_key(*entry, key)) {
             TVK_TRC(ctx, "Existing list node found.");
             return entry;
         }
@@ -108,7 +114,7 @@ int tvk_map_is_list_node_already_present(tvk_map_ctx ctx, struct qidl_tvk_datatr
     if (status != TVK_OK || reached == nullptr) {
         return 0;
     }
-    auto entries = candidates(ctx, *reached, nullptr, {key_name, key_value});
+    auto entries = candidates(ctx, *reached, nullptr, {key_name, key_value}, tvk::is_tracing(ctx));
     while (const Node *child = entries.next()) {
         // An entry without children ends the search: what stands behind it is not seen.
         if (!tvk::has(*child, TVK_HAS_SUBTREES)) {
