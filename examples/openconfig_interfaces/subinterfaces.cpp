@@ -1,9 +1,9 @@
 // Subinterfaces with their addresses. Each is an interface of its own on the native side, called eth0.1 for
 // subinterface 1 of eth0.
-#include <cstdio>
 #include <cstring>
 
 #include "openconfig.h"
+#include "tvk_string.h"
 
 namespace interfaces {
 
@@ -20,8 +20,8 @@ bool native_name(tvk_map_ctx ctx, char (&name)[kMaxName]) {
         index == nullptr) {
         return false;
     }
-    const int length = std::snprintf(name, kMaxName, "%s.%s", interface_name, index);
-    return length >= 0 && static_cast<std::size_t>(length) < kMaxName;
+    return tvk_strcpy_s(__func__, name, kMaxName, interface_name) == 0 &&
+           tvk_strcat_s(__func__, name, kMaxName, ".") == 0 && tvk_strcat_s(__func__, name, kMaxName, index) == 0;
 }
 
 qerrno enter_subinterface(tvk_map_ctx ctx, const Node *node, Node *target) {
