@@ -2,7 +2,7 @@
 // mentions is still compiled, and never run.
 #include "tvk_diagnostics.h"
 
-#define tvk_debug_should_log(log_filter, level) 0
+#define tvk_debug_should_log(log_filter, level) (static_cast<void>(log_filter), 0)
 #include "tvk_map_common/internal/log.h"
 
 #undef TVK_LOG_

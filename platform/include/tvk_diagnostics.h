@@ -27,7 +27,7 @@ int tvk_debug_should_log(void *const *log_filter, uint32_t level);
  * neither reads nor writes it. A line of any length is written whole.
  */
 #if defined(__GNUC__)
-__attribute__((format(printf, 8, 9)))
+__attribute__((cold, format(printf, 8, 9)))
 #endif
 void _kel_dt_log_filter_adv(void *handle, uint32_t reserved_1, uint32_t reserved_2, uint32_t reserved_3,
                             uint32_t reserved_4, uint32_t reserved_5, uint32_t *site_word, const char *format, ...);
