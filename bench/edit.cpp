@@ -3,11 +3,11 @@
 #include <stdexcept>
 #include <string>
 
+#include "edit_command.h"
 #include "edit_request.h"
 #include "inputs.h"
 #include "mapping.h"
 #include "mapping_run.h"
-#include "xml_decode.h"
 #include "xml_encode.h"
 
 namespace tvk::bench {
@@ -20,11 +20,7 @@ struct Edit {
 };
 
 void run_edit(const tool::MappingModule &module, const std::string &file, Edit &edit) {
-    {
-        const tool::XmlDocument document = tool::XmlDocument::read(file);
-        const tool::EditPayload payload = tool::find_edit_payload(document);
-        tool::decode_elements(document, payload.tops, tool::Values::kAsWritten, edit.trees.request.root());
-    }
+    tool::read_edit(tool::XmlDocument::read(file, tool::kEditLayout), edit.trees.request);
     tool::Framework framework(false);
     tool::RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
     if (tool::walk(module, scope, edit.trees.request, edit.trees.native, tool::Unmapped::kRefused)) {

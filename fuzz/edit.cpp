@@ -4,6 +4,7 @@
 
 #include "common/request.h"
 #include "data_file.h"
+#include "edit_request.h"
 
 using namespace tvk::fuzz;
 namespace tool = tvk::tool;
@@ -20,10 +21,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::string given = input.text('\f');
     run_both_ways(failing_allocation, [&](tool::Framework &framework) {
         tool::RequestTrees trees;
-        const auto message_id = tool::read_edit(tool::XmlDocument::parse(request, "the request"), trees.request);
+        const auto message_id =
+            tool::read_edit(tool::XmlDocument::parse(request, "the request", tool::kEditLayout), trees.request);
         if (native != 0) {
             const std::string &bytes = native == 1 ? example.native_before_edit : given;
-            tool::decode_data(tool::XmlDocument::parse(bytes, "the native data"), trees.native);
+            tool::take_data(tool::XmlDocument::parse(bytes, "the native data", tool::kDataLayout), trees.native);
         }
         const tool::Reply reply = tool::answer_edit(example.module, framework, trees, message_id, listing);
         if (!listing) {

@@ -3,6 +3,7 @@
 #include "common/request.h"
 #include "data_file.h"
 #include "get_command.h"
+#include "get_request.h"
 #include "tvk_map_filter.h"
 
 using namespace tvk::fuzz;
@@ -20,10 +21,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::string given = input.text('\f');
     run_both_ways(failing_allocation, [&](tool::Framework &framework) {
         tool::RequestTrees trees;
-        const tool::GetParameters parameters =
-            tool::read_get(tool::XmlDocument::parse(filter, "the filter"), example.module, trees.request);
-        tool::decode_data(tool::XmlDocument::parse(is_native_given ? given : example.native_device, "the native data"),
-                          trees.native);
+        const tool::GetParameters parameters = tool::read_get(
+            tool::XmlDocument::parse(filter, "the filter", tool::kGetLayout), example.module, trees.request);
+        tool::take_data(tool::XmlDocument::parse(is_native_given ? given : example.native_device, "the native data",
+                                                 tool::kDataLayout),
+                        trees.native);
         const tool::Reply reply = tool::answer_get(example.module, framework, trees, parameters, mark, false);
         require_document(reply);
         return reply;

@@ -3,8 +3,8 @@
 #include <new>
 
 #include "allocation_failures.h"
+#include "data_file.h"
 #include "diagnostics.h"
-#include "xml_document.h"
 
 namespace tvk::fuzz {
 
@@ -31,7 +31,7 @@ std::uint64_t read_failing_allocation(Input &input) {
 
 void require_document(const tool::Reply &reply) {
     try {
-        tool::XmlDocument::parse(reply.text, "the reply");
+        tool::XmlDocument::parse(reply.text, "the reply", tool::kDataLayout);
     } catch (const tool::UsageError &error) {
         require(false, error.what() + ("\n" + reply.text));
     }

@@ -1,30 +1,30 @@
 #include "data_file.h"
 
-#include <vector>
-
 #include "rpc_envelope.h"
-#include "xml_decode.h"
 
 namespace tvk::tool {
 
 namespace {
 
-std::vector<xmlNode *> find_data(const XmlDocument &document) {
-    xmlNode *root = document.root();
-    if (is_envelope(root, "data") || is_envelope(root, "config")) {
-        return document.child_elements(root);
-    }
-    return {root};
+bool is_wrapper(const xmlNode *root) {
+    return is_envelope(root, "data") || is_envelope(root, "config");
+}
+
+bool is_file_data(const xmlNode *element) {
+    return parent_element(element) != nullptr || !is_wrapper(element);
 }
 
 }  // namespace
 
-void decode_data(const XmlDocument &document, TreeHolder &data) {
-    decode_elements(document, find_data(document), Values::kAsWritten, data.root());
+const Layout kDataLayout{is_file_data, Values::kAsWritten};
+
+void take_data(XmlDocument document, TreeHolder &data) {
+    xmlNode *root = document.root();
+    move_data(is_wrapper(root) ? document.child_elements(root) : std::vector{root}, data.root());
 }
 
 void read_data(const std::string &path, TreeHolder &data) {
-    decode_data(XmlDocument::read(path), data);
+    take_data(XmlDocument::read(path, kDataLayout), data);
 }
 
 }  // namespace tvk::tool

@@ -8,8 +8,11 @@
 
 namespace tvk::tool {
 
-// Decodes the top nodes: the children of a <data> or <config> root, or the root itself. Throws UsageError.
-void decode_data(const XmlDocument &document, TreeHolder &data);
+// Data are the children of a <data> or <config> root, or the root itself.
+extern const Layout kDataLayout;
+
+// Moves the top nodes out of a document of that layout. Throws UsageError.
+void take_data(XmlDocument document, TreeHolder &data);
 
 // Those of a file, "-" for standard input. Throws UsageError.
 void read_data(const std::string &path, TreeHolder &data);

@@ -3,7 +3,6 @@
 #include "data_file.h"
 #include "edit_request.h"
 #include "output.h"
-#include "xml_decode.h"
 #include "xml_encode.h"
 
 namespace tvk::tool {
@@ -17,9 +16,9 @@ std::optional<RpcError> edit(const MappingModule &module, Framework &framework, 
 
 }  // namespace
 
-std::optional<std::string> read_edit(const XmlDocument &document, TreeHolder &request) {
+std::optional<std::string> read_edit(XmlDocument document, TreeHolder &request) {
     EditPayload payload = find_edit_payload(document);
-    decode_elements(document, payload.tops, Values::kAsWritten, request.root());
+    move_data(payload.tops, request.root());
     for (Node &top : request.tops()) {
         if (payload.default_operation && (top.presence & TVK_HAS_OPERATION) == 0) {
             top.operation = *payload.default_operation;
@@ -42,7 +41,8 @@ int run_edit(const EditOptions &options) {
     check_inputs(options.request, options.into, "only one of REQUEST and --into can be standard input");
     const MappingModule module = MappingModule::load(options.mapping);
     RequestTrees trees;
-    const std::optional<std::string> message_id = read_edit(XmlDocument::read(options.request), trees.request);
+    const std::optional<std::string> message_id =
+        read_edit(XmlDocument::read(options.request, kEditLayout), trees.request);
     if (!options.into.empty()) {
         read_data(options.into, trees.native);
     }

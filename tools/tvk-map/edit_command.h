@@ -22,7 +22,7 @@ int run_edit(const EditOptions &options);
 
 // The steps between the command's files and its output. The first decodes the request into a tree without nodes, and
 // returns its message id; it throws UsageError.
-std::optional<std::string> read_edit(const XmlDocument &document, TreeHolder &request);
+std::optional<std::string> read_edit(XmlDocument document, TreeHolder &request);
 Reply answer_edit(const MappingModule &module, Framework &framework, RequestTrees &trees,
                   const std::optional<std::string> &message_id, bool tree);
 

@@ -48,6 +48,13 @@ bool is_edit_operation(const xmlNode *element) {
     return is_envelope(element, "edit-config") || is_envelope(element, "copy-config");
 }
 
+bool is_edit_data(const xmlNode *element) {
+    const xmlNode *parent = parent_element(element);
+    return parent != nullptr
+               ? is_envelope(parent, "config")
+               : !is_envelope(element, "rpc") && !is_edit_operation(element) && !is_envelope(element, "config");
+}
+
 void read_rpc(const XmlDocument &document, xmlNode *element, EditPayload &payload) {
     const Rpc rpc = open_rpc(document, element);
     payload.message_id = rpc.message_id;
@@ -61,6 +68,8 @@ void read_rpc(const XmlDocument &document, xmlNode *element, EditPayload &payloa
 }
 
 }  // namespace
+
+const Layout kEditLayout{is_edit_data, Values::kAsWritten};
 
 EditPayload find_edit_payload(const XmlDocument &document) {
     EditPayload payload;

@@ -19,6 +19,9 @@ struct EditPayload {
     std::optional<uint32_t> default_operation;  // what top containers without an operation get
 };
 
+// Data are the elements of a <config>, or a root that belongs to no message.
+extern const Layout kEditLayout;
+
 /*
  * Finds the top containers of an edit: an <rpc> with <edit-config> or <copy-config>, one of these alone, a <config>,
  * or a bare top container. Throws UsageError when the message asks for something else.

@@ -7,7 +7,6 @@
 #include "output.h"
 #include "tvk_map_filter.h"
 #include "with_defaults.h"
-#include "xml_decode.h"
 
 namespace tvk::tool {
 
@@ -43,7 +42,7 @@ std::optional<RpcError> get(const MappingModule &module, Framework &framework, c
 GetParameters read_request(const GetOptions &options, const MappingModule &module, TreeHolder &filter) {
     GetParameters parameters;
     if (options.filter) {
-        parameters = read_get(XmlDocument::read(*options.filter), module, filter);
+        parameters = read_get(XmlDocument::read(*options.filter, kGetLayout), module, filter);
     } else {
         select_everything(module, filter);
         merge_tops(filter);
@@ -56,10 +55,10 @@ GetParameters read_request(const GetOptions &options, const MappingModule &modul
 
 }  // namespace
 
-GetParameters read_get(const XmlDocument &document, const MappingModule &module, TreeHolder &filter) {
+GetParameters read_get(XmlDocument document, const MappingModule &module, TreeHolder &filter) {
     GetPayload payload = find_get_payload(document);
     if (payload.filter) {
-        decode_elements(document, *payload.filter, Values::kTrimmed, filter.root());
+        move_data(*payload.filter, filter.root());
     } else {
         select_everything(module, filter);
     }

@@ -26,7 +26,7 @@ int run_get(const GetOptions &options);
 
 // The steps between the command's files and its output. The first decodes what is asked for into a filter without
 // nodes; it throws UsageError.
-GetParameters read_get(const XmlDocument &document, const MappingModule &module, TreeHolder &filter);
+GetParameters read_get(XmlDocument document, const MappingModule &module, TreeHolder &filter);
 Reply answer_get(const MappingModule &module, Framework &framework, RequestTrees &trees,
                  const GetParameters &parameters, MarkPhase mark, bool tree);
 

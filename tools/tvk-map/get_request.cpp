@@ -57,7 +57,16 @@ bool is_other_message(const xmlNode *element) {
            is_envelope(element, "copy-config") || is_envelope(element, "config") || is_envelope(element, "data");
 }
 
+bool is_filter_data(const xmlNode *element) {
+    const xmlNode *parent = parent_element(element);
+    return parent != nullptr ? is_envelope(parent, "filter")
+                             : !is_envelope(element, "rpc") && !is_envelope(element, "filter") &&
+                                   !is_get_operation(element) && !is_other_message(element);
+}
+
 }  // namespace
+
+const Layout kGetLayout{is_filter_data, Values::kTrimmed};
 
 GetPayload find_get_payload(const XmlDocument &document) {
     GetPayload payload;

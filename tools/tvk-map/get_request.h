@@ -25,6 +25,9 @@ struct GetPayload {
     std::optional<std::vector<xmlNode *>> filter;  // its elements, in document order; none: everything is asked for
 };
 
+// Data are the elements of a <filter>, or a root that belongs to no message.
+extern const Layout kGetLayout;
+
 /*
  * Finds the subtree filter of a read: an <rpc> with <get> or <get-config>, one of these alone, a <filter>, or one
  * element that is itself the filter. Throws UsageError when the message asks for something else.

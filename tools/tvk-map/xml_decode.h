@@ -1,33 +1,88 @@
-// From XML elements to data tree records.
+// From the tags and texts of XML, as they are read, to data tree records.
 #pragma once
 
 #include <libxml/tree.h>
 
+#include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "tree_holder.h"
-#include "xml_document.h"
 
 namespace tvk::tool {
 
 // White space around a value: part of it in data, but not in a filter.
 enum class Values { kAsWritten, kTrimmed };
 
+// A start tag as libxml2's parser tells it; the texts live as long as the parser but for those of attributes.
+struct StartTag {
+    const xmlChar *name;
+    const xmlChar *ns;                             // null for none
+    std::span<const xmlChar *const> declarations;  // prefix, null for none, and namespace in turns
+    std::span<const xmlChar *const> attributes;    // of each its name, prefix, namespace, value and the value's end
+    long line;
+};
+
 /*
- * Makes elements the children of root, which has none yet. Of each element and, down to the leaves, of its child
- * elements:
+ * Decodes one data element. Of it and, down to the leaves, of its child elements:
  *   - name and namespace become tag and ns; text becomes data when there are no child elements. White space beside
  *     child elements is formatting; white space with a line break and nothing else is no value. Other text is kept
- *     as values says, text beside child elements is an error. Comments and processing instructions are passed over.
+ *     as values says, text beside child elements is an error.
  *   - A value "p:name" whose prefix is declared where it stands is an identity: data is the name, data_ns the
  *     namespace.
  *   - A namespace has at most 1,000 characters.
  *   - nc:operation becomes the operation; yang:insert, yang:key and yang:value the insert record. Other attributes go
  *     to attributes, by name, or as "{namespace}name" when they have a namespace.
- * Child elements that are decoded may be gone from the document.
- *
- * Throws UsageError with file and line; root then holds what was decoded so far.
+ * start and end throw UsageError with file and line; then nothing but the destructor may be called.
  */
-void decode_elements(const XmlDocument &document, const std::vector<xmlNode *> &elements, Values values, Node &root);
+class DataDecoder {
+public:
+    // The file is for messages. Prefixes may be declared on place, too, and on the elements around it.
+    DataDecoder(const std::string &file, const xmlNode *place, Values values)
+        : file_(file), place_(place), values_(values) {}
+    DataDecoder(const DataDecoder &) = delete;
+    DataDecoder &operator=(const DataDecoder &) = delete;
+    ~DataDecoder();
+
+    void start(const StartTag &tag);
+    void text(std::string_view piece) { text_ += piece; }
+    void end();  // of the element that started last and has not ended
+
+    // The data element, after its end; the caller owns it.
+    Node take();
+
+private:
+    struct Element {
+        Node node;
+        std::size_t child;        // its first one in ended_
+        std::size_t declaration;  // its first one in declarations_
+        long line;
+    };
+    struct Declaration {
+        const char *prefix;
+        const char *ns;
+    };
+
+    void declare(const StartTag &tag);
+    void decode_attributes(const StartTag &tag);
+    void decode_operation(const std::string &text);
+    void add_attribute(const char *name, const char *ns, const std::string &text, std::size_t room);
+    void take_children();
+    void set_value();
+    void refuse_text_beside_elements() const;
+    const char *identity_namespace(const std::string &prefix, const char *name) const;
+    const char *checked_namespace(const char *ns) const;
+    [[noreturn]] void refuse(const char *what, const std::string &text, const std::string &why) const;
+    [[noreturn]] void fail(const std::string &reason) const;
+
+    const std::string &file_;
+    const xmlNode *place_;
+    Values values_;
+    std::vector<Element> open_;
+    std::vector<Node> ended_;  // those whose parents have not
+    std::vector<Declaration> declarations_;
+    std::string text_;  // since the last tag; or in all, while the element has no child elements
+};
 
 }  // namespace tvk::tool

@@ -1,16 +1,13 @@
 #include "xml_document.h"
 
-#include <libxml/parser.h>
-#include <libxml/parserInternals.h>
-#include <libxml/xmlerror.h>
-
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <utility>
+#include <memory>
 
 #include "diagnostics.h"
 #include "document_bytes.h"
+#include "heap.h"
 
 namespace tvk::tool {
 
@@ -43,47 +40,7 @@ std::string read_bytes(const std::string &path, const std::string &name) {
     return bytes;
 }
 
-// What the parser stumbled over first; later messages are mostly consequences.
-struct FirstFault {
-    std::string reason;
-    long line = 0;
-
-    void note(long at, std::string what) {
-        if (reason.empty()) {
-            line = at;
-            reason = std::move(what);
-        }
-    }
-};
-
-void note_parser_error(void *user, xmlError *error) {
-    auto &parser = *static_cast<xmlParserCtxt *>(user);
-    if (error->level < XML_ERR_ERROR) {
-        return;
-    }
-    std::string reason = error->message != nullptr ? error->message : "unknown fault";
-    reason.erase(reason.find_last_not_of(" \n") + 1);
-    static_cast<FirstFault *>(parser._private)->note(error->line, "not well-formed XML: " + reason);
-}
-
-void refuse_document_type(void *user, const xmlChar *, const xmlChar *, const xmlChar *) {
-    auto &parser = *static_cast<xmlParserCtxt *>(user);
-    static_cast<FirstFault *>(parser._private)
-        ->note(xmlSAX2GetLineNumber(&parser), "a document type declaration is not accepted");
-    xmlStopParser(&parser);
-}
-
 }  // namespace
-
-bool is_white(const char *text) {
-    return text[std::strspn(text, kBlanks)] == '\0';
-}
-
-std::string_view without_blanks(std::string_view text) {
-    const size_t start = text.find_first_not_of(kBlanks);
-    return start == std::string_view::npos ? std::string_view()
-                                           : text.substr(start, text.find_last_not_of(kBlanks) - start + 1);
-}
 
 std::optional<std::string> attribute_of(const xmlNode *element, const char *name) {
     xmlChar *value = xmlGetProp(element, as_xml(name));
@@ -95,38 +52,14 @@ std::optional<std::string> attribute_of(const xmlNode *element, const char *name
     return text;
 }
 
-XmlDocument XmlDocument::read(const std::string &path) {
+XmlDocument XmlDocument::read(const std::string &path, const Layout &layout) {
     const std::string name = path == "-" ? kStandardInput : path;
-    return parse(read_bytes(path, name), name);
+    return parse(read_bytes(path, name), name, layout);
 }
 
-XmlDocument XmlDocument::parse(const std::string &bytes, const std::string &name) {
+XmlDocument XmlDocument::parse(const std::string &bytes, const std::string &name, const Layout &layout) {
     check_bytes(bytes, name);
-
-    struct ReleaseParser {
-        void operator()(xmlParserCtxt *parser) const {
-            xmlFreeDoc(parser->myDoc);
-            xmlFreeParserCtxt(parser);
-        }
-    };
-    const std::unique_ptr<xmlParserCtxt, ReleaseParser> parser(
-        xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size())));
-    if (!parser) {
-        throw std::bad_alloc();
-    }
-    FirstFault fault;
-    parser->_private = &fault;
-    xmlCtxtUseOptions(parser.get(), XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_COMPACT | XML_PARSE_BIG_LINES);
-    parser->sax->serror = note_parser_error;
-    parser->sax->internalSubset = refuse_document_type;
-    const bool parsed = xmlParseDocument(parser.get()) == 0 && parser->wellFormed != 0;
-    if (parsed && parser->input->cur != parser->input->end) {
-        fault.note(xmlSAX2GetLineNumber(parser.get()), "not well-formed XML: a zero character");
-    }
-    if (!parsed || !fault.reason.empty()) {
-        throw UsageError(name, fault.line, fault.reason.empty() ? "not well-formed XML" : fault.reason);
-    }
-    return XmlDocument(name, DocumentPtr(std::exchange(parser->myDoc, nullptr)));
+    return XmlDocument(name, parse_xml(bytes, name, layout));
 }
 
 std::vector<xmlNode *> XmlDocument::child_elements(const xmlNode *parent) const {
@@ -141,8 +74,23 @@ std::vector<xmlNode *> XmlDocument::child_elements(const xmlNode *parent) const 
     return elements;
 }
 
-void XmlDocument::fail(const xmlNode *node, const std::string &reason) const {
-    throw UsageError(name_, xmlGetLineNo(node), reason);
+void XmlDocument::fail(const xmlNode *element, const std::string &reason) const {
+    throw UsageError(name_, line_of(element), reason);
+}
+
+void move_data(const std::vector<xmlNode *> &elements, Node &root) {
+    if (elements.empty()) {
+        return;
+    }
+    root.subtrees = zeroed_array<Node>(elements.size());
+    root.presence = static_cast<uint16_t>(root.presence | TVK_HAS_SUBTREES);
+    for (const xmlNode *element : elements) {
+        DataElement &data = data_of(element);
+        if (data.fault) {
+            throw UsageError(*data.fault);
+        }
+        root.subtrees[root.subtree_count++] = std::exchange(data.tree.root(), Node{});
+    }
 }
 
 }  // namespace tvk::tool

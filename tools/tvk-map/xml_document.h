@@ -1,33 +1,23 @@
-// Reading XML files with libxml2.
+// XML files whose data is decoded.
 #pragma once
 
 #include <libxml/tree.h>
 
-#include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
+
+#include "xml_reader.h"
+#include "xml_text.h"
 
 namespace tvk::tool {
 
-// libxml2's texts are UTF-8 in unsigned characters.
-inline const char *as_text(const xmlChar *text) {
-    return reinterpret_cast<const char *>(text);
+// The element around element, or null.
+inline const xmlNode *parent_element(const xmlNode *element) {
+    const xmlNode *parent = element->parent;
+    return parent != nullptr && parent->type == XML_ELEMENT_NODE ? parent : nullptr;
 }
-inline const xmlChar *as_xml(const char *text) {
-    return reinterpret_cast<const xmlChar *>(text);
-}
-
-// The namespace of an element or attribute, "" for none.
-inline const char *namespace_of(const xmlNs *ns) {
-    return ns != nullptr && ns->href ? as_text(ns->href) : "";
-}
-
-inline constexpr char kBlanks[] = " \t\r\n";
-
-bool is_white(const char *text);
-std::string_view without_blanks(std::string_view text);  // around it
 
 // The value of an attribute, whatever its namespace: clients write both type and nc:type.
 std::optional<std::string> attribute_of(const xmlNode *element, const char *name);
@@ -39,29 +29,28 @@ std::optional<std::string> attribute_of(const xmlNode *element, const char *name
 class XmlDocument {
 public:
     // path "-" is standard input. Throws UsageError for what cannot be read or is not well formed.
-    static XmlDocument read(const std::string &path);
+    static XmlDocument read(const std::string &path, const Layout &layout);
     // bytes as a file would hold them; the name is for messages.
-    static XmlDocument parse(const std::string &bytes, const std::string &name);
+    static XmlDocument parse(const std::string &bytes, const std::string &name, const Layout &layout);
 
     const std::string &name() const { return name_; }
-    xmlNode *root() const { return xmlDocGetRootElement(document_.get()); }
+    xmlNode *root() const { return xmlDocGetRootElement(parsed_.document.get()); }
 
     // The elements in parent, in document order. Other text than white space in parent is an error.
     std::vector<xmlNode *> child_elements(const xmlNode *parent) const;
 
-    // Throws a UsageError that names the file and the line of node.
-    [[noreturn]] void fail(const xmlNode *node, const std::string &reason) const;
+    // Throws a UsageError that names the file and the line of element.
+    [[noreturn]] void fail(const xmlNode *element, const std::string &reason) const;
 
 private:
-    struct Release {
-        void operator()(xmlDoc *document) const { xmlFreeDoc(document); }
-    };
-    using DocumentPtr = std::unique_ptr<xmlDoc, Release>;
-
-    XmlDocument(std::string name, DocumentPtr document) : name_(std::move(name)), document_(std::move(document)) {}
+    XmlDocument(std::string name, ParsedXml parsed) : name_(std::move(name)), parsed_(std::move(parsed)) {}
 
     std::string name_;
-    DocumentPtr document_;
+    ParsedXml parsed_;
 };
+
+// Makes data elements the children of root, which has none yet; the elements are without data then. Throws UsageError
+// for the first that could not be decoded; root then holds those before it.
+void move_data(const std::vector<xmlNode *> &elements, Node &root);
 
 }  // namespace tvk::tool
