@@ -20,8 +20,8 @@ struct EditOptions {
 // Returns the exit status. Throws UsageError.
 int run_edit(const EditOptions &options);
 
-// The steps between the command's files and its output. The first decodes the request into a tree without nodes, and
-// returns its message id; it throws UsageError.
+// The steps between the command's files and its output. The first moves the data of a document of kEditLayout
+// into a tree without nodes, and returns the message id; it throws UsageError.
 std::optional<std::string> read_edit(XmlDocument document, TreeHolder &request);
 Reply answer_edit(const MappingModule &module, Framework &framework, RequestTrees &trees,
                   const std::optional<std::string> &message_id, bool tree);

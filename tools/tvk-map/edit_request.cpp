@@ -13,7 +13,7 @@ std::optional<uint32_t> default_operation_of(const XmlDocument &document, const 
     if (element == nullptr) {
         return std::nullopt;
     }
-    const std::string text = trimmed_text(element);
+    const std::string text = parameter_text(document, element);
     if (text != "merge" && text != "replace" && text != "none") {
         document.fail(element, "default-operation \"" + text + "\" is none of merge, replace, none");
     }
@@ -48,11 +48,14 @@ bool is_edit_operation(const xmlNode *element) {
     return is_envelope(element, "edit-config") || is_envelope(element, "copy-config");
 }
 
+// Of a root: whether it is around the data and not data itself.
+bool is_message(const xmlNode *root) {
+    return is_envelope(root, "rpc") || is_edit_operation(root) || is_envelope(root, "config");
+}
+
 bool is_edit_data(const xmlNode *element) {
     const xmlNode *parent = parent_element(element);
-    return parent != nullptr
-               ? is_envelope(parent, "config")
-               : !is_envelope(element, "rpc") && !is_edit_operation(element) && !is_envelope(element, "config");
+    return parent != nullptr ? is_envelope(parent, "config") : !is_message(element);
 }
 
 void read_rpc(const XmlDocument &document, xmlNode *element, EditPayload &payload) {
@@ -74,14 +77,14 @@ const Layout kEditLayout{is_edit_data, Values::kAsWritten};
 EditPayload find_edit_payload(const XmlDocument &document) {
     EditPayload payload;
     xmlNode *root = document.root();
-    if (is_envelope(root, "rpc")) {
+    if (!is_message(root)) {
+        payload.tops = {root};
+    } else if (is_envelope(root, "rpc")) {
         read_rpc(document, root, payload);
     } else if (is_edit_operation(root)) {
         read_operation(document, root, payload);
-    } else if (is_envelope(root, "config")) {
-        payload.tops = open_config(document, root);
     } else {
-        payload.tops = {root};
+        payload.tops = open_config(document, root);
     }
     return payload;
 }

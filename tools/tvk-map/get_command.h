@@ -24,8 +24,8 @@ struct GetOptions {
 // Returns the exit status. Throws UsageError.
 int run_get(const GetOptions &options);
 
-// The steps between the command's files and its output. The first decodes what is asked for into a filter without
-// nodes; it throws UsageError.
+// The steps between the command's files and its output. The first moves what a document of kGetLayout asks for
+// into a filter without nodes; it throws UsageError.
 GetParameters read_get(XmlDocument document, const MappingModule &module, TreeHolder &filter);
 Reply answer_get(const MappingModule &module, Framework &framework, RequestTrees &trees,
                  const GetParameters &parameters, MarkPhase mark, bool tree);

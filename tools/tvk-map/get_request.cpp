@@ -1,6 +1,8 @@
 #include "get_request.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "namespaces.h"
 #include "rpc_envelope.h"
@@ -26,7 +28,7 @@ uint8_t with_defaults_of(const XmlDocument &document, const xmlNode *operation) 
         if (std::strcmp(namespace_of(child->ns), kWithDefaultsNamespace) != 0) {
             document.fail(child, std::string("<with-defaults> is not in its namespace, ") + kWithDefaultsNamespace);
         }
-        const std::string name = trimmed_text(child);
+        const std::string name = parameter_text(document, child);
         const std::optional<uint8_t> mode = with_defaults_mode(name);
         if (!mode) {
             document.fail(child, unknown_with_defaults(name));
@@ -51,17 +53,17 @@ void read_operation(const XmlDocument &document, const xmlNode *operation, GetPa
     }
 }
 
-// An element that belongs to a message and not to data.
-bool is_other_message(const xmlNode *element) {
-    return std::strcmp(namespace_of(element->ns), kNetconfNamespace) == 0 || is_envelope(element, "edit-config") ||
-           is_envelope(element, "copy-config") || is_envelope(element, "config") || is_envelope(element, "data");
+// Of a root: whether it belongs to a message, be it another than a read, and not to data.
+bool is_message(const xmlNode *root) {
+    constexpr const char *kNames[] = {"rpc",         "get",         "get-config", "filter",
+                                      "edit-config", "copy-config", "config",     "data"};
+    return std::strcmp(namespace_of(root->ns), kNetconfNamespace) == 0 ||
+           std::any_of(std::begin(kNames), std::end(kNames), [&](const char *name) { return is_envelope(root, name); });
 }
 
 bool is_filter_data(const xmlNode *element) {
     const xmlNode *parent = parent_element(element);
-    return parent != nullptr ? is_envelope(parent, "filter")
-                             : !is_envelope(element, "rpc") && !is_envelope(element, "filter") &&
-                                   !is_get_operation(element) && !is_other_message(element);
+    return parent != nullptr ? is_envelope(parent, "filter") : !is_message(element);
 }
 
 }  // namespace
@@ -71,16 +73,16 @@ const Layout kGetLayout{is_filter_data, Values::kTrimmed};
 GetPayload find_get_payload(const XmlDocument &document) {
     GetPayload payload;
     xmlNode *root = document.root();
-    if (is_envelope(root, "rpc")) {
+    if (!is_message(root)) {
+        payload.filter = {root};
+    } else if (is_envelope(root, "rpc")) {
         const Rpc rpc = open_rpc(document, root);
         payload.parameters.message_id = rpc.message_id;
         read_operation(document, rpc.operation, payload);
     } else if (is_envelope(root, "filter")) {
         payload.filter = open_filter(document, root);
-    } else if (is_get_operation(root) || is_other_message(root)) {
-        read_operation(document, root, payload);
     } else {
-        payload.filter = {root};
+        read_operation(document, root, payload);
     }
     return payload;
 }

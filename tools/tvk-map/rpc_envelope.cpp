@@ -25,8 +25,11 @@ std::string named(const xmlNode *element) {
     return std::string("<") + as_text(element->name) + ">";
 }
 
-std::string trimmed_text(const xmlNode *element) {
-    xmlChar *content = xmlNodeGetContent(element);
+std::string parameter_text(const XmlDocument &document, const xmlNode *parameter) {
+    if (xmlFirstElementChild(const_cast<xmlNode *>(parameter)) != nullptr) {
+        document.fail(parameter, named(parameter) + " holds elements where only text may stand");
+    }
+    xmlChar *content = xmlNodeGetContent(parameter);
     const std::string text = content != nullptr ? as_text(content) : "";
     xmlFree(content);
     return std::string(without_blanks(text));

@@ -18,8 +18,8 @@ xmlNode *find_envelope(const XmlDocument &document, const xmlNode *parent, const
 // "<name>", for messages.
 std::string named(const xmlNode *element);
 
-// The text of element without white space around it.
-std::string trimmed_text(const xmlNode *element);
+// The text of a parameter without white space around it. Elements in it are an error.
+std::string parameter_text(const XmlDocument &document, const xmlNode *parameter);
 
 struct Rpc {
     xmlNode *operation;

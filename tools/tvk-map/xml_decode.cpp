@@ -33,10 +33,9 @@ struct Attribute {
     std::string_view text;
 };
 
-constexpr size_t kFields = 5;
-
-Attribute attribute_at(std::span<const xmlChar *const> attributes, size_t index) {
-    const auto fields = attributes.subspan(index * kFields, kFields);
+Attribute attribute_of(const StartTag &tag, size_t index) {
+    constexpr size_t kFields = 5;
+    const xmlChar *const *fields = tag.attributes + index * kFields;
     const char *text = as_text(fields[3]);
     return {as_text(fields[0]), fields[2] != nullptr ? as_text(fields[2]) : "",
             std::string_view(text, static_cast<size_t>(as_text(fields[4]) - text))};
@@ -83,7 +82,7 @@ void DataDecoder::start(const StartTag &tag) {
         node.ns = copy_text(checked_namespace(as_text(tag.ns)));
         set_presence(node, TVK_HAS_NS);
     }
-    if (!tag.attributes.empty()) {
+    if (tag.attribute_count > 0) {
         decode_attributes(tag);
     }
 }
@@ -107,18 +106,18 @@ Node DataDecoder::take() {
 }
 
 void DataDecoder::declare(const StartTag &tag) {
-    for (size_t i = 0; i + 1 < tag.declarations.size(); i += 2) {
-        if (tag.declarations[i] != nullptr) {
-            declarations_.push_back({as_text(tag.declarations[i]), as_text(tag.declarations[i + 1])});
+    for (size_t i = 0; i < tag.declaration_count; ++i) {
+        const xmlChar *prefix = tag.declarations[2 * i];
+        if (prefix != nullptr) {
+            declarations_.push_back({as_text(prefix), as_text(tag.declarations[2 * i + 1])});
         }
     }
 }
 
 void DataDecoder::decode_attributes(const StartTag &tag) {
     Node &node = open_.back().node;
-    const size_t count = tag.attributes.size() / kFields;
-    for (size_t i = 0; i < count; ++i) {
-        const Attribute attribute = attribute_at(tag.attributes, i);
+    for (size_t i = 0; i < tag.attribute_count; ++i) {
+        const Attribute attribute = attribute_of(tag, i);
         const std::string text(attribute.text);
         switch (role_of(attribute)) {
             case Role::kOperation:
@@ -138,7 +137,7 @@ void DataDecoder::decode_attributes(const StartTag &tag) {
                 read_insert_value(text.c_str(), node.edit_insert);
                 break;
             case Role::kOther:
-                add_attribute(attribute.name, attribute.ns, text, count - i);
+                add_attribute(attribute.name, attribute.ns, text, tag.attribute_count - i);
                 break;
         }
     }
@@ -158,14 +157,14 @@ void DataDecoder::decode_operation(const std::string &text) {
 }
 
 void DataDecoder::add_attribute(const char *name, const char *ns, const std::string &text, size_t room) {
+    const std::string qualified = *checked_namespace(ns) != '\0' ? "{" + std::string(ns) + "}" + name : name;
     Node &node = open_.back().node;
-    if (node.attributes == nullptr) {  // not before there is one to own: a release goes by the count
+    if (node.attributes == nullptr) {  // not before one is counted, too: a release goes by the count
         node.attributes = zeroed_array<qidl_tvk_name_value>(room);
         set_presence(node, TVK_HAS_ATTRIBUTES);
     }
-    const std::string qualifier = *checked_namespace(ns) != '\0' ? "{" + std::string(ns) + "}" : "";
     qidl_tvk_name_value &entry = node.attributes[node.attribute_count++];
-    entry.name = copy_text((qualifier + name).c_str());
+    entry.name = copy_text(qualified.c_str());
     entry.value = copy_text(text.c_str());
 }
 

@@ -3,7 +3,6 @@
 
 #include <libxml/tree.h>
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,12 +14,14 @@ namespace tvk::tool {
 // White space around a value: part of it in data, but not in a filter.
 enum class Values { kAsWritten, kTrimmed };
 
-// A start tag as libxml2's parser tells it; the texts live as long as the parser but for those of attributes.
+// A start tag as libxml2's parser tells it. Texts live as long as the parser, values of attributes until it goes on.
 struct StartTag {
     const xmlChar *name;
-    const xmlChar *ns;                             // null for none
-    std::span<const xmlChar *const> declarations;  // prefix, null for none, and namespace in turns
-    std::span<const xmlChar *const> attributes;    // of each its name, prefix, namespace, value and the value's end
+    const xmlChar *ns;                   // null for none
+    const xmlChar *const *declarations;  // of each the prefix, null for none, and the namespace
+    std::size_t declaration_count;
+    const xmlChar *const *attributes;  // of each the name, prefix, namespace, value and the value's end
+    std::size_t attribute_count;
     long line;
 };
 

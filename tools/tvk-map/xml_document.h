@@ -49,7 +49,8 @@ private:
     ParsedXml parsed_;
 };
 
-// Makes data elements the children of root, which has none yet; the elements are without data then. Throws UsageError
+// Makes elements that the document's layout calls data the children of root, which has none yet; they are without data
+// then. Throws UsageError
 // for the first that could not be decoded; root then holds those before it.
 void move_data(const std::vector<xmlNode *> &elements, Node &root);
 

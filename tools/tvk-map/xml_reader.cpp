@@ -45,9 +45,10 @@ public:
         if (!parser_) {
             throw std::bad_alloc();
         }
-        // No document type is let in, so that the only entities are those of XML; in attributes, too, they come
-        // replaced.
+        // Without NOENT an "&" of an attribute would come as "&#38;". It lets in no more than that: a document without
+        // a document type has no entities of its own. What xml:id says does not concern data.
         xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_NOENT);
+        parser_->loadsubset |= XML_SKIP_IDS;
         parser_->_private = this;
         xmlSAXHandler &sax = *parser_->sax;
         sax.serror = on_error;
@@ -76,15 +77,18 @@ public:
     }
 
 private:
-    // No exception may pass through the parser: it is kept until the parser has returned.
+    // No exception may pass through the parser: the first is kept until the parser has returned. It is not stopped, as
+    // that would release the input, from which a step around this one may still read.
     template <typename Step>
     static void guard(void *user, Step step) {
         Reader &reader = *static_cast<Reader *>(static_cast<xmlParserCtxt *>(user)->_private);
+        if (reader.failure_) {
+            return;
+        }
         try {
             step(reader);
         } catch (...) {
             reader.failure_ = std::current_exception();
-            xmlStopParser(reader.parser_.get());
         }
     }
 
@@ -109,22 +113,21 @@ private:
                          int declaration_count, const xmlChar **declarations, int attribute_count, int defaulted_count,
                          const xmlChar **attributes) {
         guard(user, [&](Reader &reader) {
-            if (reader.data_depth_ == 0) {
+            bool is_data = reader.data_depth_ > 0;
+            if (!is_data) {
                 const xmlNode *around = reader.parser_->node;
                 xmlSAX2StartElementNs(user, name, prefix, ns, declaration_count, declarations, attribute_count,
                                       defaulted_count, attributes);
-                if (reader.parser_->node == around || !reader.enter(*reader.parser_->node)) {
-                    return;
-                }
+                is_data = reader.parser_->node != around && reader.enter(*reader.parser_->node);
             }
-            ++reader.data_depth_;
-            reader.decode([&](DataDecoder &decoder) {
-                decoder.start({name,
-                               ns,
-                               {declarations, 2 * static_cast<size_t>(declaration_count)},
-                               {attributes, 5 * static_cast<size_t>(attribute_count)},
-                               reader.line()});
-            });
+            if (is_data) {
+                const StartTag tag{name,         ns,
+                                   declarations, static_cast<size_t>(declaration_count),
+                                   attributes,   static_cast<size_t>(attribute_count),
+                                   reader.line()};
+                ++reader.data_depth_;
+                reader.decode([&](DataDecoder &decoder) { decoder.start(tag); });
+            }
         });
     }
 

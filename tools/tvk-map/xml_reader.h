@@ -46,7 +46,7 @@ ParsedXml parse_xml(const std::string &bytes, const std::string &name, const Lay
 // The line where the start tag of an element of such a document ends.
 long line_of(const xmlNode *element);
 
-// What stands for a data element of such a document.
+// What stands for an element of such a document that its layout calls data.
 DataElement &data_of(const xmlNode *element);
 
 }  // namespace tvk::tool
