@@ -94,7 +94,7 @@ expect "1,000,000 children" 0 out "^    interface *$" print document.xml
 { echo '<a b="' && head -c 4000000 /dev/zero | tr '\0' x && echo '"/>'; } |
     list "20 MB of an attribute" 0 out "b= ?x{200}"
 { echo '<a>' && echo "<$(repeat 60000 n)/></a>"; } | refused "60,000 letters of a name" 2 ".*[Nn]ame too long"
-{ echo $'<a>\n<b' && seq -f ' a%.0f="<>"' 100000 && echo '/></a>'; } |
+{ echo $'<a>\n<b' && seq -f ' a%.0f=">"' 100000 && echo '/></a>'; } |
     refused "100,000 attributes" 2 "a tag with more than 1000 attributes"
 { echo '<a><!-- <b' && seq -f " a%.0f=''" 2000 && echo -n '--><b' && seq -f " a%.0f='>'" 1000 && echo '/></a>'; } |
     list "1,000 attributes" 0 out "a1000=>"
