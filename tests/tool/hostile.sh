@@ -96,8 +96,10 @@ expect "1,000,000 children" 0 out "^    interface *$" print document.xml
 { echo '<a>' && echo "<$(repeat 60000 n)/></a>"; } | refused "60,000 letters of a name" 2 ".*[Nn]ame too long"
 { echo $'<a>\n<b' && seq -f ' a%.0f=">"' 100000 && echo '/></a>'; } |
     refused "100,000 attributes" 2 "a tag with more than 1000 attributes"
-{ echo '<a><!-- <b' && seq -f " a%.0f=''" 2000 && echo -n '--><b' && seq -f " a%.0f='>'" 1000 && echo '/></a>'; } |
+many=$(seq -f " a%.0f=''" 2000)
+{ echo "<a><?b $many?><b><![CDATA[<b$many]]></b><!-- <b$many--><b" && seq -f " a%.0f='>'" 1000 && echo '/></a>'; } |
     list "1,000 attributes" 0 out "a1000=>"
+printf '<a%3000s' | refused "a long tag without an end" 1 "not well-formed XML: Couldn't find end of Start Tag a"
 { echo -n '<a xmlns="' && head -c 1000000 /dev/zero | tr '\0' n && echo '">' && repeat 20000 '<b/>' && echo '</a>'; } |
     refused "a namespace of 1 MB for 20,000 nodes" 1 "a namespace of <a> is longer than 1000 characters"
 list "1,000,000 pieces of text" 0 out "^a : x{100}" < <(echo -n '<a>' && repeat 1000000 '<![CDATA[x]]>' && echo '</a>')
