@@ -77,8 +77,8 @@ public:
     }
 
 private:
-    // No exception may pass through the parser: the first is kept until the parser has returned. It is not stopped, as
-    // that would release the input, from which a step around this one may still read.
+    // No exception may pass through the parser: the first is kept until the parser has returned. That is not stopped,
+    // as it would release the input, from which a step around this one may still read.
     template <typename Step>
     static void guard(void *user, Step step) {
         Reader &reader = *static_cast<Reader *>(static_cast<xmlParserCtxt *>(user)->_private);
@@ -103,10 +103,9 @@ private:
     }
 
     static void on_document_type(void *user, const xmlChar *, const xmlChar *, const xmlChar *) {
-        guard(user, [](Reader &reader) {
-            reader.fault_.note(reader.line(), "a document type declaration is not accepted");
-            xmlStopParser(reader.parser_.get());
-        });
+        guard(user,
+              [](Reader &reader) { reader.fault_.note(reader.line(), "a document type declaration is not accepted"); });
+        xmlStopParser(static_cast<xmlParserCtxt *>(user));  // before any entity of it is read
     }
 
     static void on_start(void *user, const xmlChar *name, const xmlChar *prefix, const xmlChar *ns,
