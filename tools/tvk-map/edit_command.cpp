@@ -22,7 +22,7 @@ std::optional<std::string> read_edit(XmlDocument document, TreeHolder &request) 
     for (Node &top : request.tops()) {
         if (payload.default_operation && (top.presence & TVK_HAS_OPERATION) == 0) {
             top.operation = *payload.default_operation;
-            top.presence = static_cast<uint16_t>(top.presence | TVK_HAS_OPERATION);
+            set_present(top, TVK_HAS_OPERATION);
         }
     }
     return payload.message_id;

@@ -20,6 +20,10 @@ inline std::span<const Node> children_of(const Node &node) {
                : std::span<const Node>();
 }
 
+inline void set_present(Node &node, uint16_t bit) {
+    node.presence = static_cast<uint16_t>(node.presence | bit);
+}
+
 // A text of a node, or "" while its presence bit is clear.
 inline const char *text_of(const Node &node, const char *text, uint16_t bit) {
     return (node.presence & bit) != 0 && text != nullptr ? text : "";

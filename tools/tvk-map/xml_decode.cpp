@@ -19,10 +19,6 @@ namespace {
 // Every node has a copy of its own, while in the document it may stand but once.
 constexpr size_t kMaxNamespace = 1000;
 
-void set_presence(Node &node, uint16_t bit) {
-    node.presence = static_cast<uint16_t>(node.presence | bit);
-}
-
 void release(Node &node) {
     qidl_tvk_datatree_free_ext(&node, tvk_gpb_free, nullptr, 0);
 }
@@ -76,11 +72,11 @@ void DataDecoder::start(const StartTag &tag) {
     open_.push_back({Node{}, ended_.size(), declarations_.size(), tag.line});
     Node &node = open_.back().node;
     node.tag = copy_text(as_text(tag.name));
-    set_presence(node, TVK_HAS_TAG);
+    set_present(node, TVK_HAS_TAG);
     declare(tag);
     if (tag.ns != nullptr) {
         node.ns = copy_text(checked_namespace(as_text(tag.ns)));
-        set_presence(node, TVK_HAS_NS);
+        set_present(node, TVK_HAS_NS);
     }
     if (tag.attribute_count > 0) {
         decode_attributes(tag);
@@ -142,7 +138,7 @@ void DataDecoder::decode_attributes(const StartTag &tag) {
         }
     }
     if (has_insert(node)) {
-        set_presence(node, TVK_HAS_EDIT_INSERT);
+        set_present(node, TVK_HAS_EDIT_INSERT);
     }
 }
 
@@ -153,7 +149,7 @@ void DataDecoder::decode_operation(const std::string &text) {
     }
     Node &node = open_.back().node;
     node.operation = *operation;
-    set_presence(node, TVK_HAS_OPERATION);
+    set_present(node, TVK_HAS_OPERATION);
 }
 
 void DataDecoder::add_attribute(const char *name, const char *ns, const std::string &text, size_t room) {
@@ -161,7 +157,7 @@ void DataDecoder::add_attribute(const char *name, const char *ns, const std::str
     Node &node = open_.back().node;
     if (node.attributes == nullptr) {  // not before one is counted, too: a release goes by the count
         node.attributes = zeroed_array<qidl_tvk_name_value>(room);
-        set_presence(node, TVK_HAS_ATTRIBUTES);
+        set_present(node, TVK_HAS_ATTRIBUTES);
     }
     qidl_tvk_name_value &entry = node.attributes[node.attribute_count++];
     entry.name = copy_text(qualified.c_str());
@@ -174,7 +170,7 @@ void DataDecoder::take_children() {
     const size_t count = ended_.size() - first;
     node.subtrees = zeroed_array<Node>(count);
     node.subtree_count = static_cast<int32_t>(count);
-    set_presence(node, TVK_HAS_SUBTREES);
+    set_present(node, TVK_HAS_SUBTREES);
     std::copy_n(&ended_[first], count, node.subtrees);
     ended_.resize(first);
 }
@@ -191,12 +187,12 @@ void DataDecoder::set_value() {
     if (const char *colon = std::strchr(text, ':'); colon != nullptr) {
         if (const char *ns = identity_namespace(std::string(text, colon), colon + 1)) {
             node.data_ns = copy_text(checked_namespace(ns));
-            set_presence(node, TVK_HAS_DATA_NS);
+            set_present(node, TVK_HAS_DATA_NS);
             text = colon + 1;
         }
     }
     node.data = copy_text(text);
-    set_presence(node, TVK_HAS_DATA);
+    set_present(node, TVK_HAS_DATA);
 }
 
 void DataDecoder::refuse_text_beside_elements() const {

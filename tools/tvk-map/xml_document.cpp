@@ -83,7 +83,7 @@ void move_data(const std::vector<xmlNode *> &elements, Node &root) {
         return;
     }
     root.subtrees = zeroed_array<Node>(elements.size());
-    root.presence = static_cast<uint16_t>(root.presence | TVK_HAS_SUBTREES);
+    set_present(root, TVK_HAS_SUBTREES);
     for (const xmlNode *element : elements) {
         DataElement &data = data_of(element);
         if (data.fault) {

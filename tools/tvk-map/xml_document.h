@@ -50,8 +50,7 @@ private:
 };
 
 // Makes elements that the document's layout calls data the children of root, which has none yet; they are without data
-// then. Throws UsageError
-// for the first that could not be decoded; root then holds those before it.
+// then. Throws UsageError for the first that could not be decoded; root then holds those before it.
 void move_data(const std::vector<xmlNode *> &elements, Node &root);
 
 }  // namespace tvk::tool
