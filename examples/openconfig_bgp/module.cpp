@@ -9,7 +9,18 @@ constexpr struct tvk_map_module_container kContainers[] = {
     {"network-instances", bgp::kNetworkInstanceNs, bgp::parse_network_instances},
 };
 
-constexpr struct tvk_map_module kModule = {TVK_MAP_MODULE_VERSION, "openconfig_bgp", 1, kContainers};
+constexpr struct tvk_map_module kModule = {
+    .version = TVK_MAP_MODULE_VERSION,
+    .name = "openconfig_bgp",
+    .container_count = 1,
+    .containers = kContainers,
+    .begin_request = nullptr,
+    .end_request = nullptr,
+    .release_data = nullptr,
+    .identities = nullptr,
+    .native_lists = nullptr,
+    .flags = 0,
+};
 
 }  // namespace
 

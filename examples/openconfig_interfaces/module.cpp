@@ -10,7 +10,18 @@ constexpr struct tvk_map_module_container kContainers[] = {
     {"lacp", interfaces::kLacpNs, interfaces::parse_lacp},
 };
 
-constexpr struct tvk_map_module kModule = {TVK_MAP_MODULE_VERSION, "openconfig_interfaces", 2, kContainers};
+constexpr struct tvk_map_module kModule = {
+    .version = TVK_MAP_MODULE_VERSION,
+    .name = "openconfig_interfaces",
+    .container_count = 2,
+    .containers = kContainers,
+    .begin_request = nullptr,
+    .end_request = nullptr,
+    .release_data = nullptr,
+    .identities = nullptr,
+    .native_lists = nullptr,
+    .flags = 0,
+};
 
 }  // namespace
 

@@ -16,7 +16,7 @@ extern "C" {
 #endif
 
 /* Version of this table. A loader refuses a module of another one. */
-#define TVK_MAP_MODULE_VERSION 1u
+#define TVK_MAP_MODULE_VERSION 2u
 
 /* A top container of the request that the module maps. */
 struct tvk_map_module_container {
@@ -39,11 +39,48 @@ struct tvk_map_module_container {
     tmap_node_process_fp handler;
 };
 
+/* A list of the native model. */
+struct tvk_map_module_list {
+    const char *path; /* tags from the top container down to the list, as in "routes/route" */
+    const char *keys; /* tags of its key leaves, separated by blanks, in the order of the model */
+};
+
+/* Bits of tvk_map_module::flags. */
+#define TVK_MAP_MODULE_TAKES_INSERT \
+    0x1u /* the handlers look at yang:insert; without it a request with one is refused */
+
+/*
+ * The table of a module. What stands behind containers is optional: a module that does not need it leaves it zero.
+ *
+ * A memory of its own. What a mapping wants to find again during a request hangs on ctx->mapping_data: a native list,
+ * say, that is grouped by what handlers look for, so that none of them looks through the whole list again. The mapping
+ * allocates it, in begin_request or where it is first needed; release_data releases it. In an edit the pointer is null
+ * at the begin, and is released when the request ends. In a read it may be what an earlier read of the same native
+ * data left, which has not changed since; the framework releases it before that data changes or goes.
+ *
+ * begin_request is called once for each request that concerns the module, before the first of its handlers, with the
+ * context that the handlers get. Another status than TVK_OK fails the request. end_request is called once for each
+ * begin_request that returned TVK_OK, or that is null, when the request has ended, well or not. The request's trees
+ * still exist then, and also when release_data is called.
+ */
 struct tvk_map_module {
     uint32_t version; /* TVK_MAP_MODULE_VERSION */
     const char *name;
     uint32_t container_count;
     const struct tvk_map_module_container *containers;
+
+    qerrno (*begin_request)(tvk_map_ctx ctx);
+    void (*end_request)(tvk_map_ctx ctx);
+    void (*release_data)(void *mapping_data); /* not called with null */
+    /*
+     * The leaves of the request whose values are identities, by the tags from the top container down, as in
+     * "interfaces/interface/config/type"; ended by a null pointer. The framework takes the prefix off their values and
+     * puts the namespace that it stands for into data_ns. Values of all other leaves keep their text as it stands.
+     */
+    const char *const *identities;
+    /* The lists of the native model, for tools that apply what an edit makes; ended by an entry without a path. */
+    const struct tvk_map_module_list *native_lists;
+    uint32_t flags; /* TVK_MAP_MODULE_* */
 };
 
 /* Name of the exported function, for dlsym. */

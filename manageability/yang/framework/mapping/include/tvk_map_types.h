@@ -173,6 +173,25 @@ struct tvk_map_context {
      * request the framework calls tvk_map_forget_children for all of them.
      */
     uint32_t index_children_from;
+
+    /*
+     * What mapping code and framework tell each other. The library neither reads nor writes these.
+     */
+    void *mapping_data; /* the mapping's own, see tvk_map_module (tvk_map_module.h) */
+    /*
+     * Why a handler fails the request: the node of the request at fault (borrowed), and the reason as a text that
+     * names the value and what would be right, as in "'banana' is no uint16" (a block of the named heap, which the
+     * framework releases with kel_named_free). Either may be null. Whoever sets them anew releases the reason before.
+     */
+    const struct qidl_tvk_datatree *failed_node;
+    char *failure_reason;
+    /*
+     * Where it is not null a mapping calls it in an edit for each node of the request that it does not map, and goes
+     * on with TVK_OK: the framework then fails the request, and names all of them at once. node must be a record of
+     * the request's tree. Where it is null the mapping refuses the first such node itself.
+     */
+    void (*note_unmapped)(struct tvk_map_context *ctx, const struct qidl_tvk_datatree *node);
+    void *framework_data; /* the framework's own */
 };
 typedef struct tvk_map_context *tvk_map_ctx;
 
