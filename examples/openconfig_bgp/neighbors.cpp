@@ -73,7 +73,7 @@ constexpr LeafRule kRules[] = {
      .from_native = bits_of_kilobits,
      .native_form = "whole number of kilobits per second up to 4294967000",
      .ns = kBandwidthNs},
-    {.tag = "session-state", .path = "session", .values = kSessions, .in = In::kStateAlone},
+    {.tag = "session-state", .path = "session", .values = kSessions, .in_state_alone = true},
 };
 constexpr LeafContainer kConfig = {kRules, &kNeighborList, "config", kNetworkInstanceNs, in_peer};
 constexpr LeafContainer kState = {kRules, &kNeighborList, "state", kNetworkInstanceNs, nullptr};
