@@ -14,7 +14,7 @@
 using tvk::Node;
 
 qerrno tvk_map_datatree_trim_path(tvk_map_ctx ctx, const char **path, const char *prefix) {
-    const char *occurrence = std::strstr(*path, prefix);
+    const char *occurrence = prefix != nullptr ? std::strstr(*path, prefix) : nullptr;
     TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
                        "qerrno tvk_map_datatree_trim_path(tvk_map_ctx, const char **, const char *)");
     if (occurrence == nullptr) {
@@ -40,7 +40,7 @@ qerrno tvk_map_datatree_process_list_ctx(tvk_map_ctx ctx, struct qidl_tvk_datatr
         return TVK_ERR_INVALID;
     }
     const tvk_map_output_entry &entry = ctx->state->output_list[ctx->state->output_list_count - 1];
-    if (entry.trim_path == nullptr || tvk_map_datatree_trim_path(ctx, path, entry.trim_path) != TVK_OK) {
+    if (tvk_map_datatree_trim_path(ctx, path, entry.trim_path) != TVK_OK) {
         return TVK_ERR_NOT_FOUND;
     }
     *node = entry.list_node;
