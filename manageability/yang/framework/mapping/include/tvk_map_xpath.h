@@ -141,7 +141,7 @@ TVK_MAP_API qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qid
  *
  * Stitching adds a node at an xpath and makes it the place where the nodes built next go: the pending entry of the
  * request state, with record->trim_path as the path that theirs are trimmed by. The node is borrowed while it is
- * installed. Where an addition of the library moves it with its siblings, the request state follows it; whoever moves
+ * installed. Where an operation of this library moves it with its siblings, the request state follows it; whoever moves
  * or releases it otherwise takes it out before.
  *
  * The four pending fields go together. pending_trim_path belongs to the state, and the first one stays until it is

@@ -240,13 +240,13 @@ qerrno add_new(const Addition &add) {
         return TVK_ERR_NO_MEMORY;
     }
     const Node *former_array = siblings.data();
-    const tvk::GrowingArray growing{siblings};
+    const tvk::WatchedArray watched{siblings};
     Node *array = make_room(add, count);
     if (array == nullptr) {
         return TVK_ERR_NO_MEMORY;
     }
-    if (!growing.is_at(array) && add.ctx->state != nullptr) {
-        growing.moved(*add.ctx->state, array);
+    if (!watched.is_at(array) && add.ctx->state != nullptr) {
+        watched.moved(*add.ctx->state, array);
     }
     if (tvk::keeps_index(add.ctx)) {
         tvk::children_grown(add.ctx, former_array, {array, static_cast<std::size_t>(count) + 1});

@@ -3,6 +3,7 @@
 
 #include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/installed.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/openconfig.h"
@@ -162,12 +163,18 @@ qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_dat
         return TVK_OK;
     }
     const std::int32_t remaining = node->subtree_count - 1;
-    tvk::forget_children(ctx, tvk::children(*node));
+    tvk::forget_last_child(ctx, tvk::child_array(node->subtrees, node->subtree_count));
     tvk::free_contents(node->subtrees[remaining]);
+    const Node *former_array = node->subtrees;
+    const tvk::WatchedArray watched{{node->subtrees, static_cast<std::size_t>(remaining)}};
     void *shrunk = kel_named_realloc(node->subtrees, static_cast<std::size_t>(remaining) * sizeof(Node));
     if (shrunk != nullptr) {
         node->subtrees = static_cast<Node *>(shrunk);
     }  // else the old array stands, and its last record is unused
+    if (!watched.is_at(node->subtrees) && ctx != nullptr && ctx->state != nullptr) {
+        watched.moved(*ctx->state, node->subtrees);
+        tvk::children_grown(ctx, former_array, {node->subtrees, static_cast<std::size_t>(remaining)});
+    }
     node->subtree_count = remaining;
     tvk::set_present(*node, TVK_HAS_SUBTREES);
     return TVK_OK;

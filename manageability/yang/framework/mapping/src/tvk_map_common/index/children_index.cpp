@@ -50,6 +50,17 @@ struct IndexedChildren {
         return !too_few && (tags == nullptr || tags->known() <= children.size()) && first_tag == children.front().tag;
     }
 
+    void drop_last(std::span<const Node> children) {
+        if (tags != nullptr && !tags->drop_last(children)) {
+            destroy(tags);
+        }
+        for (EntryTable *table : tables) {
+            if (table != nullptr && table->frontier() == children.size()) {
+                table->drop_last();
+            }
+        }
+    }
+
     const char *first_tag;
     TagGroups *tags;
     EntryTable *tables[kMaxTables];
@@ -255,6 +266,14 @@ void tvk::forget_children(tvk_map_ctx ctx, std::span<const Node> nodes) {
     }
 }
 
+void tvk::forget_last_child(tvk_map_ctx ctx, std::span<const Node> children) {
+    forget_children(ctx, child_array(children.back().subtrees, children.back().subtree_count));
+    tvk_map_children_index *index = index_of(ctx);
+    if (auto *known = index != nullptr ? index->find(children.data()) : nullptr; known != nullptr) {
+        known->children->drop_last(children);
+    }
+}
+
 void tvk::forget_index(tvk_map_ctx ctx) {
     if (keeps_index(ctx)) {
         destroy(ctx->state->children_index);
@@ -269,8 +288,8 @@ void tvk::entry_gains(tvk_map_ctx ctx, const Node &entry, const char *tag) {
         return;
     }
     for (EntryTable *table : list->tables) {
-        if (table != nullptr && position < table->frontier() && (tag == nullptr || table->reads(tag))) {
-            table->clear();
+        if (table != nullptr && (tag == nullptr || table->reads(tag))) {
+            table->forget(position);
         }
     }
 }

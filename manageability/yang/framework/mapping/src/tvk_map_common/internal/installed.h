@@ -1,4 +1,4 @@
-// The nodes that the request state holds for additions, wherever these move them.
+// The nodes that the request state holds for additions, wherever they move.
 #ifndef TVK_MAP_INTERNAL_INSTALLED_H
 #define TVK_MAP_INTERNAL_INSTALLED_H
 
@@ -10,10 +10,10 @@
 
 namespace tvk {
 
-// Watches a child array that an addition is about to grow.
-class GrowingArray {
+// Watches a child array that is about to grow or shrink.
+class WatchedArray {
 public:
-    explicit GrowingArray(std::span<const Node> children)
+    explicit WatchedArray(std::span<const Node> children)
         : begin_(reinterpret_cast<std::uintptr_t>(children.data())), size_(children.size_bytes()) {}
 
     bool is_at(const Node *array) const { return reinterpret_cast<std::uintptr_t>(array) == begin_; }
