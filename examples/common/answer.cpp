@@ -2,40 +2,22 @@
 
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 
 #include "kel_memory.h"
 #include "tvk_string.h"
 
 namespace mapping {
 
-namespace {
-
-constexpr char kTag[] = "example mapping";
-
-// Where the walk's slots hold what is being answered, level by level. Their count stays 0: counted slots are cleared
-// when the walk goes from an inner list back to an outer one, which is still being answered.
-constexpr int kInstanceSlots = 8;
-
-// Where they hold the first failure of an answer. A propagation ignores what handlers return, and the response would
-// be sent with half of an entry, or an identity of no module.
-constexpr int kFailureSlot = 16;
-
-qerrno noted(tvk_map_ctx ctx, qerrno status) {
-    void *&failure = ctx->current_list_slot_first[kFailureSlot];
-    if (failure == nullptr) {
-        failure = reinterpret_cast<void *>(static_cast<uintptr_t>(status));
-    }
-    return status;
-}
-
-qerrno noted_failure(tvk_map_ctx ctx) {
-    return static_cast<qerrno>(reinterpret_cast<uintptr_t>(ctx->current_list_slot_first[kFailureSlot]));
-}
-
 struct Instances {
     Node *nodes;
     uint32_t count;
+    uint32_t room;
 };
+
+namespace {
+
+constexpr char kTag[] = "example mapping";
 
 // An instance shows the children of the request's list node, so that what the walk finds out about them is known to
 // the filter. Its native node stands where others have attributes, with a count of 0, and its key, its own, as its
@@ -66,50 +48,83 @@ const Node *key_leaf(const Node &request, const char *tag) {
     return key;
 }
 
-// Whether the request's list node may mean an entry with that key. An identity may be named without its module.
-bool admits(const Node &request, const char *tag, const char *value, const char *value_ns) {
-    const Node *key = key_leaf(request, tag);
-    if (key == nullptr || (key->presence & TVK_HAS_DATA) == 0) {
-        return true;
-    }
-    return equal(key->data, value) && is_of_module(*key, value_ns);
+// Whether a key that the request asks for is that of an entry. An identity may be named without its module.
+bool is_key_of(const Node &leaf, const char *tag, const char *value, const char *value_ns) {
+    return equal(leaf.tag, tag) && equal(leaf.data, value) && is_of_module(leaf, value_ns);
 }
 
-bool admits_fixed_key(const Node &request, const ListShape &list) {
-    const FixedKey *key = list.fixed_key;
-    return key == nullptr || admits(request, key->tag, key->value, key->value_ns);
+// Whether the request's list node may mean the entry with that key. A leaf right in an entry that is no key of it, but
+// has a value, is one that no entry has.
+bool admits(tvk_map_ctx ctx, const Node &request, const ListShape &list, const char *key) {
+    const FixedKey *fixed = list.fixed_key;
+    for (const Node &leaf : children_of(&request)) {
+        if ((leaf.presence & TVK_HAS_DATA) == 0) {
+            continue;
+        }
+        const bool is_named = is_key_of(leaf, list.key, key, list.key_ns) ||
+                              (fixed != nullptr && is_key_of(leaf, fixed->tag, fixed->value, fixed->value_ns));
+        if (!is_named || !is_of_model(ctx, leaf, list.ns)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The candidates for what the request asks of the list: one for a key, if the native side has it, else all.
+qerrno find_candidates(tvk_map_ctx ctx, const Node *request, const ListShape &list, Entries &found) {
+    const Node *outer = list.parent != nullptr ? native_entry(ctx, *list.parent) : native_root(ctx);
+    const char *outer_key = list.parent != nullptr ? entry_key(ctx, *list.parent) : nullptr;
+    if (outer == nullptr) {
+        return TVK_OK;
+    }
+    const NodeRange all = list.candidates(ctx, outer);
+    const Node *key = request != nullptr ? key_leaf(*request, list.key) : nullptr;
+    if (key != nullptr && (key->presence & TVK_HAS_DATA) != 0) {
+        Scratch scratch;
+        const char *wanted = list.native_key != nullptr ? list.native_key(key->data, outer_key, scratch) : key->data;
+        return wanted != nullptr ? Entries::find(ctx, all.first, all, list.text_of, all_of(wanted), found) : TVK_OK;
+    }
+    if (list.outer_key_of != nullptr) {
+        return Entries::find(ctx, all.first, all, list.outer_key_of, all_of(outer_key), found);
+    }
+    found = Entries(all);
+    return TVK_OK;
+}
+
+Node *add_instance(Instances &instances) {
+    if (instances.count == instances.room) {
+        const uint32_t room = instances.room == 0 ? 1 : 2 * instances.room;
+        auto *grown = static_cast<Node *>(kel_named_realloc(instances.nodes, room * sizeof(Node)));
+        if (grown == nullptr) {
+            return nullptr;
+        }
+        instances.nodes = grown;
+        instances.room = room;
+    }
+    return &(instances.nodes[instances.count] = Node{});
 }
 
 // Adds an instance for each native node that is an entry of list. In a propagation (is_own false) the node is not of
 // this list: it asks for no keys of it, and shows no children.
 qerrno find_instances(tvk_map_ctx ctx, const Node &request, const ListShape &list, bool is_own, Instances &instances) {
-    const Node *outer = list.parent != nullptr ? native_entry(ctx, *list.parent) : native_root(ctx);
-    if (outer == nullptr || (is_own && !admits_fixed_key(request, list))) {
-        return TVK_OK;
-    }
-    const NodeRange candidates = list.candidates(ctx, outer);
-    if (candidates.count == 0) {
-        return TVK_OK;
-    }
-    const auto count = static_cast<std::size_t>(candidates.count);
-    instances.nodes = static_cast<Node *>(kel_named_calloc_(count, sizeof(Node), kTag, 0));
-    if (instances.nodes == nullptr) {
-        return TVK_ERR_NO_MEMORY;
-    }
+    Entries candidates;
+    qerrno status = find_candidates(ctx, is_own ? &request : nullptr, list, candidates);
     const char *outer_key = list.parent != nullptr ? entry_key(ctx, *list.parent) : nullptr;
-    for (const Node &candidate : candidates) {
+    for (const Node *candidate; status == TVK_OK && (candidate = candidates.next()) != nullptr;) {
         Scratch scratch;
-        const char *key = list.key_of(&candidate, outer_key, scratch);
-        if (key == nullptr || (is_own && !admits(request, list.key, key, list.key_ns))) {
+        const char *key = list.key_of(candidate, outer_key, scratch);
+        if (key == nullptr || (is_own && !admits(ctx, request, list, key))) {
             continue;
         }
-        char *copy = tvk_strdup(key, kTag);
+        Node *instance = add_instance(instances);
+        char *copy = instance != nullptr ? tvk_strdup(key, kTag) : nullptr;
         if (copy == nullptr) {
             return TVK_ERR_NO_MEMORY;
         }
-        fill_instance(instances.nodes[instances.count++], request, is_own, &candidate, copy);
+        fill_instance(*instance, request, is_own, candidate, copy);
+        ++instances.count;
     }
-    return TVK_OK;
+    return status;
 }
 
 void mark_asked_key(const Node &request, const char *tag) {
@@ -167,8 +182,9 @@ qerrno add_surroundings(tvk_map_ctx ctx, const Place &place, const Answer &answe
 }
 
 void set_instance(tvk_map_ctx ctx, int level, const Node *instance) {
-    ctx->current_list_slot_first[level] = instance != nullptr ? instance->attributes : nullptr;
-    ctx->current_list_slot_second[level] = instance != nullptr ? instance->data : nullptr;
+    AnsweredLevel &answered = memory_of(ctx).levels[level];
+    answered.native = instance != nullptr ? reinterpret_cast<const Node *>(instance->attributes) : nullptr;
+    answered.key = instance != nullptr ? instance->data : nullptr;
 }
 
 template <int kLevel>
@@ -176,6 +192,69 @@ qerrno begin_instance(tvk_map_ctx ctx, Node *instance, Node *, int) {
     close_entries(ctx, kLevel);
     set_instance(ctx, kLevel, instance);
     return TVK_OK;
+}
+
+// ---- The keys of an edit ----
+
+qerrno check_key(tvk_map_ctx ctx, const Node *key, const ListShape &list) {
+    if (!is_of_model(ctx, *key, list.ns)) {
+        return refuse_namespace(ctx, key, list.ns);
+    }
+    if (children_of(key).count > 0) {
+        return refuse(ctx, key, TVK_ERR_INVALID, "it holds elements, and is a leaf");
+    }
+    if (key->data == nullptr) {
+        return refuse(ctx, key, TVK_ERR_LIST_KEY, "a key needs a value");
+    }
+    const ValueType *type = equal(key->tag, list.key) ? list.key_type : nullptr;
+    if (type != nullptr && !type->accepts(key->data)) {
+        return refuse(ctx, key, TVK_ERR_INVALID, "%s is no %s", Quoted(key->data).text, type->name);
+    }
+    return TVK_OK;
+}
+
+// The library counts keys, and two of one name count for two.
+qerrno check_key_of_name(tvk_map_ctx ctx, const Node *entry, const char *name, const ListShape &list) {
+    const Node *key = nullptr;
+    for (const Node &child : children_of(entry)) {
+        if (!equal(child.tag, name)) {
+            continue;
+        }
+        if (key != nullptr) {
+            return refuse(ctx, &child, TVK_ERR_LIST_KEY, "it is given twice");
+        }
+        key = &child;
+    }
+    return key != nullptr ? check_key(ctx, key, list)
+                          : refuse(ctx, entry, TVK_ERR_LIST_KEY, "its key <%s> is missing", name);
+}
+
+qerrno check_keys(tvk_map_ctx ctx, const Node *entry, tmap_node_list_info_p info, const ListShape &list) {
+    qerrno status = TVK_OK;
+    for (uint8_t i = 0; i < info->key_count && status == TVK_OK; ++i) {
+        status = check_key_of_name(ctx, entry, info->keys[i].key_tag, list);
+    }
+    return status;
+}
+
+qerrno answer_list(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_list_info_p info, const ListShape &list) {
+    const bool is_own = ctx->state->delete_walk_active != 1;
+    if (is_own) {
+        mark_asked_keys(*node, list);
+    }
+    // After a failure the walk goes on below a list of which no instance has begun.
+    set_instance(ctx, list.level, nullptr);
+    Instances instances{};
+    qerrno status = note_failure(ctx, find_instances(ctx, *node, list, is_own, instances));
+    if (status == TVK_OK) {
+        memory_of(ctx).levels[list.level].instances = &instances;
+        status = tmap_high_list_parse(ctx, node, target, info);
+        memory_of(ctx).levels[list.level].instances = nullptr;
+        close_entries(ctx, list.level);
+    }
+    set_instance(ctx, list.level, nullptr);
+    free_instances(instances);
+    return status;
 }
 
 }  // namespace
@@ -194,46 +273,71 @@ const Node *native_root(tvk_map_ctx ctx) {
 }
 
 const Node *native_entry(tvk_map_ctx ctx, const ListShape &list) {
-    return static_cast<const Node *>(ctx->current_list_slot_first[list.level]);
+    return memory_of(ctx).levels[list.level].native;
 }
 
 const char *entry_key(tvk_map_ctx ctx, const ListShape &list) {
-    return static_cast<const char *>(ctx->current_list_slot_second[list.level]);
+    return memory_of(ctx).levels[list.level].key;
+}
+
+const Node *find_entry(tvk_map_ctx ctx, NodeRange list, TextOf text_of, const char *text) {
+    Entries found;
+    note_failure(ctx, Entries::find(ctx, list.first, list, text_of, all_of(text), found));
+    return memory_of(ctx).failure == TVK_OK ? found.next() : nullptr;
+}
+
+Text child_text(const Node &entry, const char *tag) {
+    const Node *child = find(&entry, tag);
+    return all_of(child != nullptr ? child->data : nullptr);
+}
+
+bool is_of_model(tvk_map_ctx ctx, const Node &node, const char *ns) {
+    return equal(node.ns, ns) || (node.ns == nullptr && is_read(ctx));
+}
+
+qerrno refuse_namespace(tvk_map_ctx ctx, const Node *node, const char *ns) {
+    return refuse(ctx, node, TVK_ERR_NAMESPACE, "its namespace is %s, not '%s'", Quoted(node->ns).text, ns);
+}
+
+qerrno note_failure(tvk_map_ctx ctx, qerrno status) {
+    qerrno &failure = memory_of(ctx).failure;
+    if (failure == TVK_OK) {
+        failure = status;
+    }
+    return status;
+}
+
+// In a propagation the node is one above.
+qerrno parse_container(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns) {
+    if (ctx->state->delete_walk_active != 1 && !is_of_model(ctx, *node, ns)) {
+        return is_read(ctx) ? TVK_OK : refuse_namespace(ctx, node, ns);
+    }
+    return tmap_high_container_parse(ctx, node, target, info);
 }
 
 qerrno parse_list(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_list_info_p info, const ListShape &list) {
-    if (!is_read(ctx)) {
-        return tmap_high_list_parse(ctx, node, target, info);
-    }
     const bool is_own = ctx->state->delete_walk_active != 1;
-    if (is_own) {
-        mark_asked_keys(*node, list);
+    if (is_own && !is_of_model(ctx, *node, list.ns)) {
+        return is_read(ctx) ? TVK_OK : refuse_namespace(ctx, node, list.ns);
     }
-    // After a failure the walk goes on below a list of which no instance has begun.
-    set_instance(ctx, list.level, nullptr);
-    Instances instances{nullptr, 0};
-    qerrno status = noted(ctx, find_instances(ctx, *node, list, is_own, instances));
-    if (status == TVK_OK) {
-        ctx->current_list_slot_first[kInstanceSlots + list.level] = &instances;
-        status = tmap_high_list_parse(ctx, node, target, info);
-        ctx->current_list_slot_first[kInstanceSlots + list.level] = nullptr;
-        close_entries(ctx, list.level);
+    if (is_read(ctx)) {
+        return answer_list(ctx, node, target, info, list);
     }
-    set_instance(ctx, list.level, nullptr);
-    free_instances(instances);
-    return status;
+    const qerrno status = is_own ? check_keys(ctx, node, info, list) : TVK_OK;
+    return status == TVK_OK ? tmap_high_list_parse(ctx, node, target, info) : status;
 }
 
 qerrno push_instances(tvk_map_ctx ctx, const ListShape &list) {
     constexpr tmap_instance_fp kBegin[] = {begin_instance<0>, begin_instance<1>, begin_instance<2>, begin_instance<3>};
-    const auto *instances = static_cast<const Instances *>(ctx->current_list_slot_first[kInstanceSlots + list.level]);
+    static_assert(std::size(kBegin) == Memory::kLevels);
+    const Instances *instances = memory_of(ctx).levels[list.level].instances;
     if (instances->count == 0) {
         return TVK_SKIP_NODE;
     }
     const uint32_t size = tvk_map_util_itree_stack_size(ctx);
     tvk_map_util_itree_stack_push(ctx, instances->nodes, instances->count,
                                   reinterpret_cast<uintptr_t>(kBegin[list.level]));
-    return noted(ctx, tvk_map_util_itree_stack_size(ctx) > size ? TVK_OK : TVK_ERR_NO_MEMORY);
+    return note_failure(ctx, tvk_map_util_itree_stack_size(ctx) > size ? TVK_OK : TVK_ERR_NO_MEMORY);
 }
 
 void clear_pending(tvk_map_ctx ctx) {
@@ -269,22 +373,21 @@ qerrno answer_value(tvk_map_ctx ctx, Node *target, const Answer &answer) {
     if (status == TVK_OK && answer.is_default && leaf != nullptr && leaf->attribute_count == 0) {
         status = tag_as_default(leaf);
     }
-    return noted(ctx, status);
+    return note_failure(ctx, status);
 }
 
 qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns) {
     Node *top = target;
-    qerrno status = TVK_OK;
-    ctx->current_list_slot_first[kFailureSlot] = nullptr;
-    if (is_read(ctx)) {
+    qerrno status = open_memory(ctx);
+    if (status == TVK_OK && is_read(ctx)) {
         status = tvk_map_datatree_add_subtree(ctx, target, node->tag, ns, nullptr, nullptr, &top, 0);
     }
     if (status == TVK_OK) {
-        status = tmap_high_container_parse(ctx, node, top, info);
+        status = parse_container(ctx, node, top, info, ns);
     }
     clear_pending(ctx);
     tvk_map_datatree_reset_trim_path_ctx(ctx);
-    return status != TVK_OK ? status : noted_failure(ctx);
+    return status != TVK_OK || ctx->mapping_data == nullptr ? status : memory_of(ctx).failure;
 }
 
 }  // namespace mapping

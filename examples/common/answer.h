@@ -3,7 +3,8 @@
 #ifndef EXAMPLES_COMMON_ANSWER_H
 #define EXAMPLES_COMMON_ANSWER_H
 
-#include "tree.h"
+#include "memory.h"
+#include "value_types.h"
 
 namespace mapping {
 
@@ -11,9 +12,6 @@ bool is_read(tvk_map_ctx ctx);
 
 // The root of the native tree, by way of the request's session. Null when the session has none.
 const Node *native_root(tvk_map_ctx ctx);
-
-// Room for a value that the native tree has in another form.
-using Scratch = char[TVK_MAP_XPATH_MAX_VALUE];
 
 // A second key, with the same value in all entries that the native side knows of.
 struct FixedKey {
@@ -28,11 +26,17 @@ struct ListShape {
     const ListShape *parent;
     const char *path;  // below the top container
     const char *key;
+    const ValueType *key_type;  // null: its values are those that native_key knows
     const char *ns;
     // The nodes that may stand for an entry, given the native node of the entry around it, or the native root.
     NodeRange (*candidates)(tvk_map_ctx ctx, const Node *outer);
     // The key of a candidate, given the key of the entry around it (or null); null when it stands for none.
     const char *(*key_of)(const Node *candidate, const char *outer_key, Scratch &scratch);
+    // What candidates are told apart by, and that of the entry with a key, null when the native side has no such one.
+    TextOf text_of;
+    const char *(*native_key)(const char *key, const char *outer_key, Scratch &scratch) = nullptr;  // null: the key
+    // Where the candidates of all outer entries stand in one list: the key of its outer entry.
+    TextOf outer_key_of = nullptr;
     const char *key_ns = nullptr;  // of keys that are identities
     const FixedKey *fixed_key = nullptr;
 };
@@ -44,8 +48,22 @@ bool is_of_module(const Node &leaf, const char *value_ns);
 const Node *native_entry(tvk_map_ctx ctx, const ListShape &list);
 const char *entry_key(tvk_map_ctx ctx, const ListShape &list);
 
-// A list parse that answers a read: each native entry that the request's keys admit is an instance. In an edit it is
-// tmap_high_list_parse alone. push_instances is what the list handler does in a read.
+// The entry of a native list with that text; null when there is none, or no memory to find it.
+const Node *find_entry(tvk_map_ctx ctx, NodeRange list, TextOf text_of, const char *text);
+
+// The value of the child of that name, as a text to tell entries apart by.
+Text child_text(const Node &entry, const char *tag);
+
+// Whether a node of the request is the model's, by its namespace. In a read one without a namespace is, too.
+bool is_of_model(tvk_map_ctx ctx, const Node &node, const char *ns);
+qerrno refuse_namespace(tvk_map_ctx ctx, const Node *node, const char *ns);
+
+// A container parse for a container of that namespace: in an edit one of another is refused, in a read it selects
+// nothing.
+qerrno parse_container(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns);
+
+// A list parse. In an edit the keys are checked first, each by its name, since the library counts them alone. In a read
+// each native entry that the request's keys admit is an instance; push_instances is what the list handler does then.
 qerrno parse_list(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_list_info_p info, const ListShape &list);
 qerrno push_instances(tvk_map_ctx ctx, const ListShape &list);
 
@@ -72,6 +90,9 @@ struct Answer {
     bool is_default;       // to be told as one
 };
 qerrno answer_value(tvk_map_ctx ctx, Node *target, const Answer &answer);
+
+// Records the first failure of an answer, which fails the read, and returns status.
+qerrno note_failure(tvk_map_ctx ctx, qerrno status);
 
 // Walks a top container. In an edit its target is the native root, in a read its own node in the response.
 qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns);

@@ -2,45 +2,95 @@
 
 #include <cstdio>
 
+#include "tvk_string.h"
+
 namespace mapping {
 
 namespace {
 
-const char *native_form(const LeafRule &rule, const char *value, Scratch &scratch) {
-    if (rule.values != nullptr) {
-        return native_value(rule.values, value);
-    }
-    return rule.to_native != nullptr && value != nullptr ? rule.to_native(value, scratch) : value;
-}
-
 const LeafRule *find_rule(const LeafContainer &container, const char *tag) {
-    for (std::size_t i = 0; i < container.rule_count; ++i) {
-        if (equal(container.rules[i].tag, tag)) {
-            return &container.rules[i];
+    const In other = container.enter != nullptr ? In::kStateAlone : In::kConfigAlone;
+    for (const LeafRule &rule : container.rules) {
+        if (rule.in != other && equal(rule.tag, tag)) {
+            return &rule;
         }
     }
     return nullptr;
 }
 
-qerrno edit_leaf(tvk_map_ctx ctx, const Node *node, Node *target, const LeafRule &rule) {
-    if (rule.edit != nullptr) {
-        return rule.edit(ctx, node, target);
+const char *ns_of(const LeafContainer &container, const LeafRule &rule) {
+    return rule.ns != nullptr ? rule.ns : container.ns;
+}
+
+// ---- Edits ----
+
+qerrno refuse_value(tvk_map_ctx ctx, const Node *leaf, const char *name) {
+    return refuse(ctx, leaf, TVK_ERR_INVALID, "%s is no %s", Quoted(leaf->data).text, name);
+}
+
+// The native form of the value of a leaf, which has one in the model; sets value.
+qerrno convert(tvk_map_ctx ctx, const Node *leaf, const LeafRule &rule, Scratch &scratch, const char *&value) {
+    const char *given = leaf->data != nullptr ? leaf->data : "";
+    if (!is_of_module(*leaf, rule.value_ns)) {
+        return refuse_identity(ctx, leaf, rule.value_ns);
     }
-    if (rule.value_ns != nullptr) {
-        if (const qerrno status = tvk_map_validate_data_ns(ctx, node, text(rule.value_ns), 1); status != TVK_OK) {
+    if (rule.type != nullptr && !rule.type->accepts(given)) {
+        return refuse_value(ctx, leaf, rule.type->name);
+    }
+    value = given;
+    if (rule.values != nullptr) {
+        value = native_value(rule.values, given);
+        return value != nullptr ? TVK_OK : refuse_choice(ctx, leaf, rule.values);
+    }
+    if (rule.to_native != nullptr) {
+        value = rule.to_native(given, scratch);
+        return value != nullptr ? TVK_OK : refuse_value(ctx, leaf, rule.native_form);
+    }
+    if (rule.type != nullptr && rule.type->canonical != nullptr) {
+        value = rule.type->canonical(given, scratch);
+    }
+    return TVK_OK;
+}
+
+// Node is the leaf, or, in a deletion, the container around it.
+qerrno edit_leaf(tvk_map_ctx ctx, const Node *node, Node *target, const LeafRule &rule) {
+    Scratch scratch;
+    const char *value = nullptr;
+    if (tvk_map_is_request_delete(node) == 0) {
+        if (const qerrno status = convert(ctx, node, rule, scratch, value); status != TVK_OK) {
             return status;
         }
     }
-    if (rule.path == nullptr) {
-        return TVK_OK;
+    if (rule.edit != nullptr) {
+        return rule.edit(ctx, node, target, value);
     }
-    if (tvk_map_is_request_delete(node) != 0) {
-        return add_value(ctx, node, target, rule.path, nullptr);
-    }
-    Scratch scratch;
-    const char *value = native_form(rule, node->data, scratch);
-    return value != nullptr ? add_value(ctx, node, target, rule.path, value) : refuse(ctx, node, TVK_ERR_INVALID);
+    return rule.path != nullptr ? add_value(ctx, node, target, rule.path, value) : TVK_OK;
 }
+
+// A leaf has one value, and no elements.
+qerrno check_leaves(tvk_map_ctx ctx, const Node *node, const LeafContainer &container) {
+    uint32_t seen = 0;
+    for (const Node &leaf : children_of(node)) {
+        const LeafRule *rule = find_rule(container, leaf.tag);
+        if (rule == nullptr) {
+            continue;
+        }
+        if (!is_of_model(ctx, leaf, ns_of(container, *rule))) {
+            return refuse_namespace(ctx, &leaf, ns_of(container, *rule));
+        }
+        if (children_of(&leaf).count > 0) {
+            return refuse(ctx, &leaf, TVK_ERR_INVALID, "it holds elements, and is a leaf");
+        }
+        const uint32_t bit = 1U << (rule - container.rules.data());
+        if ((seen & bit) != 0) {
+            return refuse(ctx, &leaf, TVK_ERR_INVALID, "it is given twice");
+        }
+        seen |= bit;
+    }
+    return TVK_OK;
+}
+
+// ---- Reads ----
 
 // The value that the native tree has for the leaf; null for none.
 const char *read_leaf(tvk_map_ctx ctx, const LeafContainer &container, const LeafRule &rule, Scratch &scratch) {
@@ -53,7 +103,7 @@ const char *read_leaf(tvk_map_ctx ctx, const LeafContainer &container, const Lea
     }
     const Node *leaf = find(native, rule.path);
     if (leaf == nullptr || leaf->data == nullptr) {
-        return nullptr;
+        return leaf != nullptr && rule.type == &kString ? "" : nullptr;
     }
     if (rule.values != nullptr) {
         return openconfig_value(rule.values, leaf->data);
@@ -87,20 +137,24 @@ qerrno answer_leaf(tvk_map_ctx ctx, Node *target, const LeafContainer &container
     char path[TVK_MAP_MAX_PATH];
     std::snprintf(path, sizeof path, "%s%s%s/%s", container.list != nullptr ? container.list->path : "",
                   container.list != nullptr ? "/" : "", container.path, rule.tag);
-    const char *ns = rule.ns != nullptr ? rule.ns : container.ns;
-    return answer_value(ctx, target, {container.list, path, container.ns, ns, told, rule.value_ns, is_tagged});
+    return answer_value(ctx, target,
+                        {container.list, path, container.ns, ns_of(container, rule), told, rule.value_ns, is_tagged});
 }
 
-// A value in the filter must be the one that the leaf has, set or by default.
+// A value in the filter must be the one that the leaf has, set or by default. A leaf that is not mapped has none.
 bool content_matches(tvk_map_ctx ctx, const Node *node, const LeafContainer &container) {
     for (const Node &leaf : children_of(node)) {
-        const LeafRule *rule = find_rule(container, leaf.tag);
-        if ((leaf.presence & TVK_HAS_DATA) == 0 || rule == nullptr) {
+        if ((leaf.presence & TVK_HAS_DATA) == 0) {
             continue;
+        }
+        const LeafRule *rule = find_rule(container, leaf.tag);
+        if (rule == nullptr || !is_of_model(ctx, leaf, ns_of(container, *rule)) ||
+            !is_of_module(leaf, rule->value_ns)) {
+            return false;
         }
         Scratch scratch;
         const char *value = read_leaf(ctx, container, *rule, scratch);
-        if (!equal(value != nullptr ? value : rule->default_value, leaf.data) || !is_of_module(leaf, rule->value_ns)) {
+        if (!equal(value != nullptr ? value : rule->default_value, leaf.data)) {
             return false;
         }
     }
@@ -131,13 +185,28 @@ const char *openconfig_value(const ValuePair *values, const char *native) {
     return nullptr;
 }
 
+qerrno refuse_choice(tvk_map_ctx ctx, const Node *leaf, const ValuePair *values) {
+    char list[400] = "";
+    for (const ValuePair *pair = values; pair->openconfig != nullptr; ++pair) {
+        tvk_strcat_s(__func__, list, sizeof list, pair == values ? "" : ", ");
+        tvk_strcat_s(__func__, list, sizeof list, pair->openconfig);
+    }
+    return refuse(ctx, leaf, TVK_ERR_INVALID, "%s is none of %s", Quoted(leaf->data).text, list);
+}
+
+qerrno refuse_identity(tvk_map_ctx ctx, const Node *leaf, const char *ns) {
+    return refuse(ctx, leaf, TVK_ERR_INVALID, "%s is no identity of '%s'", Quoted(leaf->data).text, ns);
+}
+
 qerrno settle_container(tvk_map_ctx ctx, const Node *node, Node *target, const char *path) {
-    if (tvk_map_is_request_delete(node) == 0) {
+    const bool is_delete = tvk_map_is_request_delete(node) != 0;
+    const bool is_create = (node->presence & TVK_HAS_OPERATION) != 0 && node->operation == TVK_OPERATION_CREATE;
+    if (!is_delete && !is_create) {
         take_back_removal(find(current_node(ctx, target), path));
         return TVK_OK;
     }
     const qerrno status = add_value(ctx, node, target, path, nullptr);
-    return status == TVK_OK ? TVK_SKIP_NODE : status;
+    return status == TVK_OK && is_delete ? TVK_SKIP_NODE : status;
 }
 
 qerrno enter_leaf_container(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target,
@@ -145,10 +214,12 @@ qerrno enter_leaf_container(tvk_map_ctx ctx, const Node *node, uint32_t child_co
     const bool is_state = container.enter == nullptr;
     const bool propagating = ctx->state->delete_walk_active == 1;
     if (!is_read(ctx)) {
-        if (!is_state) {
-            return container.enter(ctx, node, child_count, target);
+        if (is_state) {
+            return propagating ? TVK_SKIP_NODE
+                               : refuse(ctx, node, TVK_ERR_UNSUPPORTED, "it holds state, which cannot be edited");
         }
-        return propagating ? TVK_SKIP_NODE : refuse(ctx, node, TVK_ERR_UNSUPPORTED);
+        const qerrno status = propagating ? TVK_OK : check_leaves(ctx, node, container);
+        return status == TVK_OK ? container.enter(ctx, node, child_count, target) : status;
     }
     if (container.list != nullptr && native_entry(ctx, *container.list) == nullptr) {
         return TVK_SKIP_NODE;
@@ -161,19 +232,22 @@ qerrno enter_leaf_container(tvk_map_ctx ctx, const Node *node, uint32_t child_co
 
 qerrno handle_leaf(tvk_map_ctx ctx, const Node *leaf, Node *target, const LeafContainer &container) {
     const LeafRule *rule = find_rule(container, leaf->tag);
-    if (is_read(ctx)) {
-        // What the model does not know selects nothing.
-        return rule != nullptr ? answer_leaf(ctx, target, container, *rule, (leaf->presence & TVK_HAS_DATA) != 0)
-                               : TVK_OK;
+    if (!is_read(ctx)) {
+        return rule != nullptr ? edit_leaf(ctx, leaf, target, *rule) : leave_unmapped(ctx, leaf);
     }
-    return rule != nullptr ? edit_leaf(ctx, leaf, target, *rule) : refuse(ctx, leaf, TVK_ERR_UNSUPPORTED);
+    if (rule == nullptr || !is_of_model(ctx, *leaf, ns_of(container, *rule))) {
+        return TVK_OK;  // what the model does not know selects nothing
+    }
+    return answer_leaf(ctx, target, container, *rule, (leaf->presence & TVK_HAS_DATA) != 0);
 }
 
 qerrno handle_all_leaves(tvk_map_ctx ctx, const Node *node, Node *target, const LeafContainer &container) {
     qerrno status = TVK_OK;
-    for (std::size_t i = 0; i < container.rule_count && status == TVK_OK; ++i) {
-        status = is_read(ctx) ? answer_leaf(ctx, target, container, container.rules[i], false)
-                              : edit_leaf(ctx, node, target, container.rules[i]);
+    for (const LeafRule &rule : container.rules) {
+        if (status == TVK_OK && find_rule(container, rule.tag) == &rule) {
+            status =
+                is_read(ctx) ? answer_leaf(ctx, target, container, rule, false) : edit_leaf(ctx, node, target, rule);
+        }
     }
     return status;
 }
@@ -185,9 +259,8 @@ qerrno enter_read(tvk_map_ctx ctx) {
     return TVK_OK;
 }
 
-qerrno refuse_child(tvk_map_ctx ctx, const Node *node, Node *) {
-    const bool is_fine = is_read(ctx) || ctx->state->delete_walk_active == 1;
-    return is_fine ? TVK_OK : refuse(ctx, node, TVK_ERR_UNSUPPORTED);
+qerrno handle_unmapped(tvk_map_ctx ctx, const Node *node, Node *) {
+    return is_read(ctx) || ctx->state->delete_walk_active == 1 ? TVK_OK : leave_unmapped(ctx, node);
 }
 
 }  // namespace mapping

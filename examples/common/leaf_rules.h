@@ -3,6 +3,7 @@
 #define EXAMPLES_COMMON_LEAF_RULES_H
 
 #include <cstddef>
+#include <span>
 
 #include "answer.h"
 
@@ -20,25 +21,30 @@ const char *openconfig_value(const ValuePair *values, const char *native);
 // The form that a value has on the other side, at rest in scratch if need be; null when it has none there.
 using Convert = const char *(*)(const char *value, Scratch &scratch);
 
+enum class In { kBoth, kConfigAlone, kStateAlone };
+
 // One OpenConfig leaf.
 struct LeafRule {
     const char *tag;
+    const ValueType *type = nullptr;    // null for those with values
     const char *path = nullptr;         // of the native leaf below the current entry
-    const ValuePair *values = nullptr;  // ended by a null pair; null when it is no enumeration
+    const ValuePair *values = nullptr;  // ended by a null pair; null when it is no enumeration and no identity
     Convert to_native = nullptr;        // null, like the next, when the value is the same on both sides
     Convert from_native = nullptr;
+    const char *native_form = nullptr;  // the name of what to_native takes, where that is less than the type
     const char *default_value = nullptr;
-    tmap_node_process_fp edit = nullptr;  // null: the value goes to path, or nowhere
+    // Null: the value goes to path, or nowhere. A deleted leaf comes without a value.
+    qerrno (*edit)(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *value) = nullptr;
     // The value from the native node of the entry; null: it comes from path, or is the entry's key.
     const char *(*read)(tvk_map_ctx ctx, const Node *native) = nullptr;
     const char *ns = nullptr;        // null: that of the container
     const char *value_ns = nullptr;  // of an identity
+    In in = In::kBoth;
 };
 
 // A container whose children are leaves.
 struct LeafContainer {
-    const LeafRule *rules;
-    std::size_t rule_count;
+    std::span<const LeafRule> rules;
     const ListShape *list;  // what it stands in; null for none
     const char *path;       // below the entry of list, or below the top container
     const char *ns;
@@ -49,8 +55,8 @@ struct LeafContainer {
 // entry, or target when there is none, with the operation of leaf.
 qerrno add_value(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *path, const char *value);
 
-// A container that is one container on the native side, too, at path below the current entry: deleted or replaced as a
-// whole. Answers TVK_SKIP_NODE when it is deleted.
+// A container that is one container on the native side, too, at path below the current entry: created, deleted or
+// replaced as a whole. Answers TVK_SKIP_NODE when it is deleted.
 qerrno settle_container(tvk_map_ctx ctx, const Node *node, Node *target, const char *path);
 
 qerrno enter_leaf_container(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target,
@@ -72,12 +78,23 @@ struct Leaves {
         return ctx->state->delete_walk_active == 1 ? handle_all_leaves(ctx, node, target, kContainer)
                                                    : tmap_high_leaf_parse(ctx, node, target, node->tag, 0, process);
     }
-    static constexpr struct tmap_node_cont_info kInfo = {enter, child, nullptr, 0, nullptr, nullptr};
+    static constexpr struct tmap_node_cont_info kInfo = {.cont_handler = enter,
+                                                         .child_handler = child,
+                                                         .child_conts = nullptr,
+                                                         .child_cont_count = 0,
+                                                         .generator_data = nullptr,
+                                                         .unsupported_ns = nullptr};
 
     static qerrno parse(tvk_map_ctx ctx, const Node *node, Node *target) {
-        return tmap_high_container_parse(ctx, node, target, &kInfo);
+        return parse_container(ctx, node, target, &kInfo, kContainer.ns);
     }
 };
+
+// Refuses a value that is none of those, and tells them.
+qerrno refuse_choice(tvk_map_ctx ctx, const Node *leaf, const ValuePair *values);
+
+// Refuses a value that is of another module, or of none.
+qerrno refuse_identity(tvk_map_ctx ctx, const Node *leaf, const char *ns);
 
 // Entering any other container in a read: in a propagation all of it is meant, whatever the node above has.
 qerrno enter_read(tvk_map_ctx ctx);
@@ -85,15 +102,17 @@ qerrno enter_read(tvk_map_ctx ctx);
 // A key leaf: the list's handler has taken it already; in a read it opens the entry.
 template <const ListShape &kList>
 qerrno handle_key(tvk_map_ctx ctx, const Node *node, Node *target) {
-    const bool is_asked = is_read(ctx) && tvk_map_get_node_type(node) != TVK_NODE_TYPE_NONE;
+    const bool is_asked =
+        is_read(ctx) && tvk_map_get_node_type(node) != TVK_NODE_TYPE_NONE && is_of_model(ctx, *node, kList.ns);
     Place place{};
     return is_asked && ctx->state->delete_walk_active != 1 && native_entry(ctx, kList) != nullptr
                ? open_entry(ctx, target, kList, place)
                : TVK_OK;
 }
 
-// A child that the mapping has no handler for. In a propagation it is a node above, which needs nothing here.
-qerrno refuse_child(tvk_map_ctx ctx, const Node *node, Node *target);
+// A child that the mapping has no handler for: it selects nothing in a read. In a propagation it is a node above, which
+// needs nothing here.
+qerrno handle_unmapped(tvk_map_ctx ctx, const Node *node, Node *target);
 
 }  // namespace mapping
 

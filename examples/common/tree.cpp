@@ -1,14 +1,60 @@
 #include "tree.h"
 
+#include <cstdarg>
 #include <cstdio>
 #include <cstring>
 
 #include "kel_memory.h"
+#include "memory.h"
 #include "tvk_string.h"
 
 namespace mapping {
 
 namespace {
+
+constexpr char kTag[] = "example mapping";
+
+bool is_marked(const Node &native, uint32_t operation) {
+    return (native.presence & TVK_HAS_OPERATION) != 0 && native.operation == operation;
+}
+
+// An entry that this request adds has a number, unlike those that the native tree had before.
+void number_first_entry(tvk_map_ctx ctx, Node &container) {
+    Node &first = container.subtrees[0];
+    if (container.subtree_count == 1 && (first.presence & TVK_HAS_SUBTREE_INDEX) == 0) {
+        tvk_map_forget_children(ctx, &container);
+        first.subtree_index = 1;
+        first.presence = static_cast<uint16_t>(first.presence | TVK_HAS_SUBTREE_INDEX);
+    }
+}
+
+// Whether all that an entry holds is of this request, and the device does not have it yet.
+bool is_of_request(const Node &entry) {
+    return (entry.presence & TVK_HAS_SUBTREE_INDEX) != 0 || is_marked(entry, TVK_OPERATION_CREATE) ||
+           is_marked(entry, TVK_OPERATION_REPLACE);
+}
+
+// The device may not have what this request itself has put there: deleting it must not fail for want of it. What was
+// deleted as something that must be there stays so.
+uint32_t deletion(const Node &native, const Node &node, const Node *within) {
+    if (is_marked(native, TVK_OPERATION_DELETE)) {
+        return TVK_OPERATION_DELETE;
+    }
+    const bool is_put = (native.presence & TVK_HAS_OPERATION) != 0 && tvk_map_is_request_delete(&native) == 0;
+    const bool is_own = is_put || (within != nullptr && is_of_request(*within));
+    return is_own ? uint32_t{TVK_OPERATION_REMOVE} : node.operation;
+}
+
+// What is created or replaced stays so, whatever else is put into it.
+bool stays(const Node &native) {
+    return is_marked(native, TVK_OPERATION_CREATE) || is_marked(native, TVK_OPERATION_REPLACE);
+}
+
+// In the removal that a replaced list entry begins with.
+bool is_replaced_next(tvk_map_ctx ctx) {
+    return ctx->state->replace_converted != 0 && ctx->state->delete_walk_active != 1 &&
+           (ctx->state->build_flags & TVK_BUILD_REPLACE_REMOVING) != 0;
+}
 
 void drop_children(tvk_map_ctx ctx, Node *node, int32_t kept) {
     tvk_map_forget_children(ctx, node);
@@ -49,13 +95,17 @@ Node *find(Node *node, const char *path) {
 
 qerrno enter_entry(tvk_map_ctx ctx, Node *parent, const List &list, const char *key_value) {
     ctx->state->pending_list_node = nullptr;  // the list may grow, which moves its entries
+    memory_of(ctx).entry_is_new = false;
     Node *container = nullptr;
     Node *entry = nullptr;
     qerrno status = tvk_map_datatree_add_subtree(ctx, parent, list.container, list.ns, nullptr, nullptr, &container, 0);
     if (status == TVK_OK) {
+        take_back_removal(container);
         status = tvk_map_datatree_add_list_node(ctx, container, list.name, list.ns, list.key, key_value, &entry);
     }
     if (status == TVK_OK && children_of(entry).count == 0) {
+        number_first_entry(ctx, *container);
+        memory_of(ctx).entry_is_new = true;
         status = tvk_map_datatree_add_subtree(ctx, entry, list.key, list.ns, key_value, nullptr, nullptr, 0);
     }
     if (status == TVK_OK) {
@@ -64,43 +114,85 @@ qerrno enter_entry(tvk_map_ctx ctx, Node *parent, const List &list, const char *
     return status;
 }
 
-void remove_entry(tvk_map_ctx ctx, Node *entry, int32_t key_count, uint32_t operation) {
-    drop_children(ctx, entry, key_count);
-    tvk_map_datatree_set_operation(entry, operation);
-}
-
-bool take_back_removal(Node *native) {
-    if (native == nullptr || tvk_map_is_request_delete(native) == 0) {
-        return false;
+void take_back_removal(Node *native) {
+    if (native != nullptr && tvk_map_is_request_delete(native) != 0) {
+        tvk_map_datatree_set_operation(native, TVK_OPERATION_REPLACE);
     }
-    tvk_map_datatree_set_operation(native, TVK_OPERATION_REPLACE);
-    return true;
 }
 
-void give_operation(tvk_map_ctx ctx, const Node *node, Node *native) {
+void give_operation(tvk_map_ctx ctx, const Node *node, Node *native, const Node *within) {
+    if (tvk_map_is_request_delete(node) != 0) {
+        tvk_map_datatree_set_operation(native, deletion(*native, *node, within));
+        return;
+    }
+    take_back_removal(native);
     // What a replace has turned into a merge is the walk's own operation, not the request's.
-    if ((node->presence & TVK_HAS_OPERATION) != 0 && ctx->state->replace_converted == 0) {
+    const bool is_own = (node->presence & TVK_HAS_OPERATION) != 0 && ctx->state->replace_converted == 0;
+    if (is_own && !stays(*native)) {
         tvk_map_datatree_set_operation(native, node->operation);
     }
 }
 
-qerrno settle_entry(tvk_map_ctx ctx, const Node *node, int32_t key_count) {
-    Node *entry = current_entry(ctx);
-    if (tvk_map_is_request_delete(node) != 0) {
-        remove_entry(ctx, entry, key_count, node->operation);
-        return TVK_SKIP_NODE;
-    }
-    if (!take_back_removal(entry)) {
-        give_operation(ctx, node, entry);
-    }
-    return TVK_OK;
+void remove_entry(tvk_map_ctx ctx, const Node *node, Node *entry, int32_t key_count, const Node *within) {
+    drop_children(ctx, entry, key_count);
+    give_operation(ctx, node, entry, within);
 }
 
-qerrno refuse(tvk_map_ctx ctx, const Node *node, qerrno status) {
+qerrno settle_entry(tvk_map_ctx ctx, const Node *node, int32_t key_count) {
+    Node *entry = current_entry(ctx);
+    if (tvk_map_is_request_delete(node) == 0) {
+        give_operation(ctx, node, entry, nullptr);
+        return TVK_OK;
+    }
+    const bool is_new = memory_of(ctx).entry_is_new;
+    if (is_replaced_next(ctx) && is_marked(*entry, TVK_OPERATION_CREATE)) {
+        drop_children(ctx, entry, key_count);  // what this request creates, and then replaces, it creates
+    } else {
+        remove_entry(ctx, node, entry, key_count, is_new ? nullptr : entry);
+    }
+    return TVK_SKIP_NODE;
+}
+
+void give_creation(tvk_map_ctx ctx) {
+    Node *entry = current_entry(ctx);
+    if (ctx->state->create_node != nullptr && !stays(*entry)) {
+        tvk_map_datatree_set_operation(entry, ctx->state->create_operation);
+    }
+}
+
+qerrno refuse(tvk_map_ctx ctx, const Node *node, qerrno status, const char *reason, ...) {
     kel_named_free(ctx->state->error_node_tag);
-    ctx->state->error_node_tag = tvk_strdup(node->tag, "example mapping");
+    ctx->state->error_node_tag = tvk_strdup(node->tag, kTag);
     tvk_oc_error_path(ctx);
+    char text[512];
+    va_list arguments;
+    va_start(arguments, reason);
+    std::vsnprintf(text, sizeof text, reason, arguments);
+    va_end(arguments);
+    kel_named_free(ctx->failure_reason);
+    ctx->failure_reason = tvk_strdup(text, kTag);
+    ctx->failed_node = node;
     return status;
+}
+
+Quoted::Quoted(const char *value) {
+    constexpr std::size_t kShown = 64;
+    const char *shown = value != nullptr ? value : "";
+    std::size_t length = std::strlen(shown);
+    const bool is_cut = length > kShown;
+    if (is_cut) {
+        for (length = kShown; (static_cast<unsigned char>(shown[length]) & 0xc0) == 0x80; --length) {
+        }  // not inside a character
+    }
+    std::snprintf(text, sizeof text, "'%.*s%s'", static_cast<int>(length), shown, is_cut ? "..." : "");
+}
+
+qerrno leave_unmapped(tvk_map_ctx ctx, const Node *node) {
+    if (ctx->note_unmapped == nullptr) {
+        return refuse(ctx, node, TVK_ERR_UNSUPPORTED, "it is not mapped");
+    }
+    ctx->note_unmapped(ctx, node);
+    return TVK_OK;
 }
 
 }  // namespace mapping

@@ -53,22 +53,45 @@ inline Node *current_node(tvk_map_ctx ctx, Node *target) {
     return current_entry(ctx) != nullptr ? current_entry(ctx) : target;
 }
 
-// Leaves an entry nothing but its first key_count children, the keys, and marks it with operation, a delete.
-void remove_entry(tvk_map_ctx ctx, Node *entry, int32_t key_count, uint32_t operation);
+// ---- Operations ----
+//
+// What stands in the native tree is sent to a device that may hold other data. So an operation of the request is joined
+// with what the same request has done to that node before: a replace stays one when something is merged into it, and
+// what was deleted and is there again replaces what the device has.
 
-// What was marked as deleted, and is there again, replaces what the device has. Tells whether it was; a null node
-// was not.
-bool take_back_removal(Node *native);
+// What was marked as deleted replaces what the device has. A null node was not marked.
+void take_back_removal(Node *native);
 
-// Marks native with the operation of the request node that it stands for, if that has one of its own.
-void give_operation(tvk_map_ctx ctx, const Node *node, Node *native);
+// Marks native with the operation of the request node that it stands for, if that has one of its own. within is the
+// list entry around native when native was there before this node of the request, else null.
+void give_operation(tvk_map_ctx ctx, const Node *node, Node *native, const Node *within);
 
-// Gives the current entry the operation of the list entry that it stands for. A deleted one keeps its keys alone and
-// answers TVK_SKIP_NODE, as nothing below it matters.
+// Leaves an entry nothing but its first key_count children, the keys, and marks it with the operation of node, a
+// delete.
+void remove_entry(tvk_map_ctx ctx, const Node *node, Node *entry, int32_t key_count, const Node *within);
+
+// Gives the current entry, just entered, the operation of the list entry that it stands for. A deleted one keeps its
+// keys alone and answers TVK_SKIP_NODE, as nothing below it matters.
 qerrno settle_entry(tvk_map_ctx ctx, const Node *node, int32_t key_count);
 
-// Records node as what the request fails at.
-qerrno refuse(tvk_map_ctx ctx, const Node *node, qerrno status);
+// The same for the current entry, natively no part of the one that holds it in the request: what creates the one
+// creates the other.
+void give_creation(tvk_map_ctx ctx);
+
+// ---- Refusing ----
+
+// Records node as what the request fails at, and the reason, made as printf makes it. The reason goes on behind the
+// node's name, as in "mtu: 'banana' is no uint16".
+[[gnu::format(printf, 4, 5)]] qerrno refuse(tvk_map_ctx ctx, const Node *node, qerrno status, const char *reason, ...);
+
+// A value as it stands in a reason, cut where it is long.
+struct Quoted {
+    explicit Quoted(const char *value);
+    char text[80];
+};
+
+// A node of the request that the mapping does not know. Unless the framework gathers them, it ends the request.
+qerrno leave_unmapped(tvk_map_ctx ctx, const Node *node);
 
 }  // namespace mapping
 

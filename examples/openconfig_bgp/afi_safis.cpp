@@ -17,6 +17,14 @@ const char *afi_safi_key(const Node *family, const char *, Scratch &) {
     return name != nullptr ? openconfig_value(kFamilies, name->data) : nullptr;
 }
 
+Text family_name(const Node &family) {
+    return child_text(family, "name");
+}
+
+const char *family_of(const char *identity, const char *, Scratch &) {
+    return native_value(kFamilies, identity);
+}
+
 }  // namespace
 
 constexpr ListShape kAfiSafiList = {
@@ -24,9 +32,12 @@ constexpr ListShape kAfiSafiList = {
     .parent = &kNeighborList,
     .path = "network-instance/protocols/protocol/bgp/neighbors/neighbor/afi-safis/afi-safi",
     .key = "afi-safi-name",
-    .ns = kBgpNs,
+    .key_type = nullptr,
+    .ns = kNetworkInstanceNs,
     .candidates = family_candidates,
     .key_of = afi_safi_key,
+    .text_of = family_name,
+    .native_key = family_of,
     .key_ns = kBgpTypesNs};
 
 namespace {
@@ -36,20 +47,27 @@ namespace {
 constexpr ValuePair kModes[] = {{"true", "on"}, {"false", "off"}, {nullptr, nullptr}};
 
 constexpr LeafRule kRules[] = {
-    {.tag = "afi-safi-name", .value_ns = kBgpTypesNs},
-    {.tag = "enabled", .path = "mode", .values = kModes, .default_value = "false"},
+    {.tag = "afi-safi-name", .values = kFamilies, .value_ns = kBgpTypesNs},
+    {.tag = "enabled", .type = &kBoolean, .path = "mode", .values = kModes},
 };
-constexpr LeafContainer kConfig = {kRules, 2, &kAfiSafiList, "config", kBgpNs, in_family};
-constexpr LeafContainer kState = {kRules, 2, &kAfiSafiList, "state", kBgpNs, nullptr};
+constexpr LeafContainer kConfig = {kRules, &kAfiSafiList, "config", kNetworkInstanceNs, in_family};
+constexpr LeafContainer kState = {kRules, &kAfiSafiList, "state", kNetworkInstanceNs, nullptr};
 
 // ---- afi-safi ----
 
 // Without its module an identity would be one of the model that the leaf stands in, which has none.
+qerrno check_identity(tvk_map_ctx ctx, const Node *identity) {
+    if (!equal(identity->data_ns, kBgpTypesNs)) {
+        return refuse_identity(ctx, identity, kBgpTypesNs);
+    }
+    return native_value(kFamilies, identity->data) != nullptr ? TVK_OK : refuse_choice(ctx, identity, kFamilies);
+}
+
 qerrno handle_afi_safi(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (is_read(ctx)) {
         return push_instances(ctx, kAfiSafiList);
     }
-    qerrno status = tvk_map_validate_data_ns(ctx, find(node, "afi-safi-name"), text(kBgpTypesNs), 0);
+    qerrno status = check_identity(ctx, find(node, "afi-safi-name"));
     if (status == TVK_OK) {
         status = in_family(ctx, node, 0, target);
     }
@@ -62,8 +80,7 @@ constexpr struct tmap_child_entry kAfiSafiChildren[] = {
     {"state", Leaves<kState>::parse, TMAP_CHILD_PROPAGATE},
 };
 constexpr struct tmap_key_entry kAfiSafiKeys[] = {{"afi-safi-name", kAfiSafiPath, "config"}};
-constexpr struct tmap_node_list_info kAfiSafi = {handle_afi_safi, refuse_child, kAfiSafiChildren, kAfiSafiKeys, 3, 1,
-                                                 kAfiSafiPath,    nullptr};
+constexpr struct tmap_node_list_info kAfiSafi = list_table(handle_afi_safi, kAfiSafiChildren, kAfiSafiKeys);
 
 qerrno parse_afi_safi(tvk_map_ctx ctx, const Node *node, Node *target) {
     return parse_list(ctx, node, target, &kAfiSafi, kAfiSafiList);
@@ -77,12 +94,12 @@ qerrno in_families(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node
 }
 
 constexpr struct tmap_child_entry kAfiSafisChildren[] = {{"afi-safi", parse_afi_safi, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kAfiSafis = {in_families, refuse_child, kAfiSafisChildren, 1, nullptr, nullptr};
+constexpr struct tmap_node_cont_info kAfiSafis = container_table(in_families, kAfiSafisChildren);
 
 }  // namespace
 
 qerrno parse_afi_safis(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kAfiSafis);
+    return parse_container(ctx, node, target, &kAfiSafis, kNetworkInstanceNs);
 }
 
 }  // namespace bgp

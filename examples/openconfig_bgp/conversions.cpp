@@ -1,6 +1,5 @@
 #include "conversions.h"
 
-#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -12,21 +11,9 @@ namespace bgp {
 
 namespace {
 
-// A decimal number without sign, blanks and whatever else is no digit.
-bool read_number(const char *text, uint64_t max, uint64_t &number) {
-    const char *end = text + std::strlen(text);
-    const auto [stop, error] = std::from_chars(text, end, number);
-    return error == std::errc{} && stop == end && number <= max;
-}
-
 const char *write_number(uint64_t number, Scratch &scratch) {
     std::snprintf(scratch, sizeof scratch, "%llu", static_cast<unsigned long long>(number));
     return scratch;
-}
-
-// The library's check lets a zone pass, which a neighbor cannot have.
-bool is_address(const char *text) {
-    return tvk_map_is_valid_ipv4_addr(text) != 0 && std::strchr(text, '%') == nullptr;
 }
 
 constexpr uint64_t kMaxAddress = UINT32_MAX;
@@ -37,7 +24,7 @@ constexpr uint64_t kMaxKilobits = UINT32_MAX / kBitsInKilobit;  // above, the li
 }  // namespace
 
 const char *number_of_address(const char *address, Scratch &scratch) {
-    if (!is_address(address)) {
+    if (!is_ipv4_address(address)) {
         return nullptr;
     }
     uint64_t number = 0;
@@ -60,7 +47,7 @@ const char *address_of_number(const char *number, Scratch &scratch) {
 }
 
 const char *prefix_of_address(const char *address, Scratch &scratch) {
-    if (!is_address(address)) {
+    if (!is_ipv4_address(address)) {
         return nullptr;
     }
     std::snprintf(scratch, sizeof scratch, "%s/32", address);
@@ -72,7 +59,7 @@ const char *address_of_prefix(const char *prefix, Scratch &scratch) {
         return nullptr;
     }
     const char *address = tvk_map_get_ip_address_info(scratch);
-    return address != nullptr && is_address(address) ? address : nullptr;
+    return address != nullptr && is_ipv4_address(address) ? address : nullptr;
 }
 
 const char *kilobits_of_bits(const char *bits, Scratch &scratch) {

@@ -21,7 +21,7 @@ const char *address_of_prefix(const char *prefix, Scratch &scratch);
 const char *kilobits_of_bits(const char *bits, Scratch &scratch);
 const char *bits_of_kilobits(const char *kilobits, Scratch &scratch);
 
-// An AS number, alike on both sides.
+// An AS number, alike on both sides but for 0, which is reserved.
 const char *as_number(const char *number, Scratch &scratch);
 
 // Identities of address families.

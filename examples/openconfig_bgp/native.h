@@ -19,8 +19,9 @@ qerrno in_family(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *
 // Gives the current instance its process. It has one at most: another name is refused.
 qerrno set_process(tvk_map_ctx ctx, const Node *name);
 
-// Whether a name can stand in an xpath.
+// Whether a name is one that the device takes, and that can stand in an xpath.
 bool is_plain_name(const char *name);
+inline constexpr ValueType kPlainName = {"name of 1 to 255 characters without brackets", is_plain_name};
 
 }  // namespace bgp
 

@@ -1,4 +1,6 @@
 // The neighbors of a BGP protocol.
+#include <cstring>
+
 #include "conversions.h"
 #include "native.h"
 
@@ -17,15 +19,27 @@ const char *neighbor_key(const Node *peer, const char *, Scratch &scratch) {
     return address != nullptr && address->data != nullptr ? address_of_number(address->data, scratch) : nullptr;
 }
 
+Text peer_address(const Node &peer) {
+    return child_text(peer, "address");
+}
+
+const char *peer_of(const char *address, const char *, Scratch &scratch) {
+    return number_of_address(address, scratch);
+}
+
 }  // namespace
 
-constexpr ListShape kNeighborList = {2,
-                                     &kProtocolList,
-                                     "network-instance/protocols/protocol/bgp/neighbors/neighbor",
-                                     "neighbor-address",
-                                     kBgpNs,
-                                     neighbor_candidates,
-                                     neighbor_key};
+// The model has IPv6 addresses as well, and the device has not.
+constexpr ListShape kNeighborList = {.level = 2,
+                                     .parent = &kProtocolList,
+                                     .path = "network-instance/protocols/protocol/bgp/neighbors/neighbor",
+                                     .key = "neighbor-address",
+                                     .key_type = &kIpv4Address,
+                                     .ns = kNetworkInstanceNs,
+                                     .candidates = neighbor_candidates,
+                                     .key_of = neighbor_key,
+                                     .text_of = peer_address,
+                                     .native_key = peer_of};
 
 namespace {
 
@@ -36,37 +50,54 @@ constexpr ValuePair kSessions[] = {{"IDLE", "idle"},        {"CONNECT", "trying"
                                    {"OPENSENT", "opening"}, {"OPENCONFIRM", "opened"}, {"ESTABLISHED", "running"},
                                    {nullptr, nullptr}};
 
+// What the device and an xpath take.
+bool is_label(const char *value) {
+    const std::size_t length = std::strlen(value);
+    return length > 0 && length < TVK_MAP_XPATH_MAX_VALUE;
+}
+constexpr ValueType kLabel = {"text of 1 to 299 bytes", is_label};
+
 constexpr LeafRule kRules[] = {
-    {.tag = "neighbor-address"},
-    {.tag = "peer-as", .path = "remote-as", .to_native = as_number},
-    {.tag = "description", .path = "label"},
-    {.tag = "enabled", .path = "state", .values = kStates, .default_value = "true"},
+    {.tag = "neighbor-address", .type = &kIpv4Address},
+    {.tag = "peer-as",
+     .type = &kUint32,
+     .path = "remote-as",
+     .to_native = as_number,
+     .native_form = "AS number: 0 is reserved"},
+    {.tag = "description", .type = &kLabel, .path = "label"},
+    {.tag = "enabled", .type = &kBoolean, .path = "state", .values = kStates, .default_value = "true"},
     {.tag = "link-bandwidth",
+     .type = &kUint64,
      .path = "bandwidth",
      .to_native = kilobits_of_bits,
      .from_native = bits_of_kilobits,
+     .native_form = "whole number of kilobits per second up to 4294967000",
      .ns = kBandwidthNs},
-    // Only in state.
-    {.tag = "session-state", .path = "session", .values = kSessions},
+    {.tag = "session-state", .path = "session", .values = kSessions, .in = In::kStateAlone},
 };
-constexpr LeafContainer kConfig = {kRules, 5, &kNeighborList, "config", kBgpNs, in_peer};
-constexpr LeafContainer kState = {kRules, 6, &kNeighborList, "state", kBgpNs, nullptr};
+constexpr LeafContainer kConfig = {kRules, &kNeighborList, "config", kNetworkInstanceNs, in_peer};
+constexpr LeafContainer kState = {kRules, &kNeighborList, "state", kNetworkInstanceNs, nullptr};
 
 // ---- transport ----
 
-constexpr LeafRule kTransportRules[] = {
-    {.tag = "local-address", .path = "source", .to_native = prefix_of_address, .from_native = address_of_prefix}};
-constexpr LeafContainer kTransportConfig = {kTransportRules, 1, &kNeighborList, "transport/config", kBgpNs, in_peer};
-constexpr LeafContainer kTransportState = {kTransportRules, 1, &kNeighborList, "transport/state", kBgpNs, nullptr};
+constexpr LeafRule kTransportRules[] = {{.tag = "local-address",
+                                         .type = &kIpv4Address,
+                                         .path = "source",
+                                         .to_native = prefix_of_address,
+                                         .from_native = address_of_prefix}};
+constexpr LeafContainer kTransportConfig = {kTransportRules, &kNeighborList, "transport/config", kNetworkInstanceNs,
+                                            in_peer};
+constexpr LeafContainer kTransportState = {kTransportRules, &kNeighborList, "transport/state", kNetworkInstanceNs,
+                                           nullptr};
 
 constexpr struct tmap_child_entry kTransportChildren[] = {
     {"config", Leaves<kTransportConfig>::parse, TMAP_CHILD_PROPAGATE},
     {"state", Leaves<kTransportState>::parse, TMAP_CHILD_PROPAGATE},
 };
-constexpr struct tmap_node_cont_info kTransport = {in_peer, refuse_child, kTransportChildren, 2, nullptr, nullptr};
+constexpr struct tmap_node_cont_info kTransport = container_table(in_peer, kTransportChildren);
 
 qerrno parse_transport(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kTransport);
+    return parse_container(ctx, node, target, &kTransport, kNetworkInstanceNs);
 }
 
 // ---- neighbor ----
@@ -87,8 +118,7 @@ constexpr struct tmap_child_entry kNeighborChildren[] = {
     {"afi-safis", parse_afi_safis, TMAP_CHILD_PROPAGATE},
 };
 constexpr struct tmap_key_entry kNeighborKeys[] = {{"neighbor-address", kNeighborPath, "config"}};
-constexpr struct tmap_node_list_info kNeighbor = {handle_neighbor, refuse_child, kNeighborChildren, kNeighborKeys, 5, 1,
-                                                  kNeighborPath,   nullptr};
+constexpr struct tmap_node_list_info kNeighbor = list_table(handle_neighbor, kNeighborChildren, kNeighborKeys);
 
 qerrno parse_neighbor(tvk_map_ctx ctx, const Node *node, Node *target) {
     return parse_list(ctx, node, target, &kNeighbor, kNeighborList);
@@ -102,19 +132,19 @@ qerrno in_peers(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *t
 }
 
 constexpr struct tmap_child_entry kNeighborsChildren[] = {{"neighbor", parse_neighbor, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kNeighbors = {in_peers, refuse_child, kNeighborsChildren, 1, nullptr, nullptr};
+constexpr struct tmap_node_cont_info kNeighbors = container_table(in_peers, kNeighborsChildren);
 
 qerrno parse_neighbors(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kNeighbors);
+    return parse_container(ctx, node, target, &kNeighbors, kNetworkInstanceNs);
 }
 
 constexpr struct tmap_child_entry kBgpChildren[] = {{"neighbors", parse_neighbors, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kBgp = {in_peers, refuse_child, kBgpChildren, 1, nullptr, nullptr};
+constexpr struct tmap_node_cont_info kBgp = container_table(in_peers, kBgpChildren);
 
 }  // namespace
 
 qerrno parse_bgp(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kBgp);
+    return parse_container(ctx, node, target, &kBgp, kNetworkInstanceNs);
 }
 
 }  // namespace bgp

@@ -28,19 +28,36 @@ const char *protocol_key(const Node *instance, const char *, Scratch &) {
     return plain_name(find(instance, "process-name"));
 }
 
+Text instance_name(const Node &instance) {
+    return child_text(instance, "instance-name");
+}
+
+Text process_name(const Node &instance) {
+    return child_text(instance, "process-name");
+}
+
 constexpr FixedKey kIdentifier = {"identifier", "BGP", kPolicyTypesNs};
 
 }  // namespace
 
-constexpr ListShape kInstanceList = {
-    0, nullptr, "network-instance", "name", kNetworkInstanceNs, instance_candidates, instance_key};
+constexpr ListShape kInstanceList = {.level = 0,
+                                     .parent = nullptr,
+                                     .path = "network-instance",
+                                     .key = "name",
+                                     .key_type = &kPlainName,
+                                     .ns = kNetworkInstanceNs,
+                                     .candidates = instance_candidates,
+                                     .key_of = instance_key,
+                                     .text_of = instance_name};
 constexpr ListShape kProtocolList = {.level = 1,
                                      .parent = &kInstanceList,
                                      .path = "network-instance/protocols/protocol",
                                      .key = "name",
+                                     .key_type = &kPlainName,
                                      .ns = kNetworkInstanceNs,
                                      .candidates = protocol_candidates,
                                      .key_of = protocol_key,
+                                     .text_of = process_name,
                                      .fixed_key = &kIdentifier};
 
 namespace {
@@ -53,30 +70,21 @@ const char *read_identifier(tvk_map_ctx, const Node *) {
 
 constexpr LeafRule kProtocolRules[] = {
     {.tag = "identifier", .read = read_identifier, .value_ns = kPolicyTypesNs},
-    {.tag = "name"},
+    {.tag = "name", .type = &kPlainName},
 };
-constexpr LeafContainer kProtocolConfig = {kProtocolRules,     2,          &kProtocolList, "config",
-                                           kNetworkInstanceNs, in_instance};
-constexpr LeafContainer kProtocolState = {kProtocolRules, 2, &kProtocolList, "state", kNetworkInstanceNs, nullptr};
+constexpr LeafContainer kProtocolConfig = {kProtocolRules, &kProtocolList, "config", kNetworkInstanceNs, in_instance};
+constexpr LeafContainer kProtocolState = {kProtocolRules, &kProtocolList, "state", kNetworkInstanceNs, nullptr};
 
 // Clients leave the module of the identifier out; it is the only one that has protocols.
 qerrno check_identifier(tvk_map_ctx ctx, const Node *protocol) {
     const Node *identifier = find(protocol, kIdentifier.tag);
-    if (identifier == nullptr) {
-        return refuse(ctx, protocol, TVK_ERR_LIST_KEY);
+    if (!is_of_module(*identifier, kIdentifier.value_ns)) {
+        return refuse_identity(ctx, identifier, kIdentifier.value_ns);
     }
-    const qerrno status = tvk_map_validate_data_ns(ctx, identifier, text(kIdentifier.value_ns), 1);
-    if (status == TVK_OK && !equal(identifier->data, kIdentifier.value)) {
-        return refuse(ctx, identifier, TVK_ERR_UNSUPPORTED);
-    }
-    return status;
-}
-
-// What creates the network instance creates the native one.
-void give_creation(tvk_map_ctx ctx, const Node *node) {
-    if ((node->presence & TVK_HAS_OPERATION) == 0 && ctx->state->create_node != nullptr) {
-        tvk_map_datatree_set_operation(current_entry(ctx), ctx->state->create_operation);
-    }
+    return equal(identifier->data, kIdentifier.value)
+               ? TVK_OK
+               : refuse(ctx, identifier, TVK_ERR_UNSUPPORTED, "only BGP is mapped, %s is not",
+                        Quoted(identifier->data).text);
 }
 
 qerrno handle_protocol(tvk_map_ctx ctx, const Node *node, Node *target) {
@@ -93,7 +101,9 @@ qerrno handle_protocol(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (status != TVK_OK) {
         return status;
     }
-    give_creation(ctx, node);
+    if ((node->presence & TVK_HAS_OPERATION) == 0) {
+        give_creation(ctx);
+    }
     return set_process(ctx, find(node, "name"));
 }
 
@@ -106,8 +116,7 @@ constexpr struct tmap_child_entry kProtocolChildren[] = {
 };
 constexpr struct tmap_key_entry kProtocolKeys[] = {{"identifier", kProtocolPath, "config"},
                                                    {"name", kProtocolPath, "config"}};
-constexpr struct tmap_node_list_info kProtocol = {handle_protocol, refuse_child, kProtocolChildren, kProtocolKeys, 5, 2,
-                                                  kProtocolPath,   nullptr};
+constexpr struct tmap_node_list_info kProtocol = list_table(handle_protocol, kProtocolChildren, kProtocolKeys);
 
 qerrno parse_protocol(tvk_map_ctx ctx, const Node *node, Node *target) {
     return parse_list(ctx, node, target, &kProtocol, kProtocolList);
@@ -130,11 +139,10 @@ qerrno enter_protocols(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target
 }
 
 constexpr struct tmap_child_entry kProtocolsChildren[] = {{"protocol", parse_protocol, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kProtocols = {enter_protocols, refuse_child, kProtocolsChildren, 1,
-                                                   nullptr,         nullptr};
+constexpr struct tmap_node_cont_info kProtocols = container_table(enter_protocols, kProtocolsChildren);
 
 qerrno parse_protocols(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kProtocols);
+    return parse_container(ctx, node, target, &kProtocols, kNetworkInstanceNs);
 }
 
 // Of the name there is no native copy but the key.
@@ -142,10 +150,9 @@ qerrno enter_config(tvk_map_ctx ctx, const Node *, uint32_t, Node *) {
     return is_read(ctx) ? enter_read(ctx) : TVK_OK;
 }
 
-constexpr LeafRule kInstanceRules[] = {{.tag = "name"}};
-constexpr LeafContainer kInstanceConfig = {kInstanceRules,     1,           &kInstanceList, "config",
-                                           kNetworkInstanceNs, enter_config};
-constexpr LeafContainer kInstanceState = {kInstanceRules, 1, &kInstanceList, "state", kNetworkInstanceNs, nullptr};
+constexpr LeafRule kInstanceRules[] = {{.tag = "name", .type = &kPlainName}};
+constexpr LeafContainer kInstanceConfig = {kInstanceRules, &kInstanceList, "config", kNetworkInstanceNs, enter_config};
+constexpr LeafContainer kInstanceState = {kInstanceRules, &kInstanceList, "state", kNetworkInstanceNs, nullptr};
 
 qerrno handle_instance(tvk_map_ctx ctx, const Node *node, Node *target) {
     return is_read(ctx) ? push_instances(ctx, kInstanceList) : remove_instance(ctx, node, target);
@@ -158,8 +165,7 @@ constexpr struct tmap_child_entry kInstanceChildren[] = {
     {"protocols", parse_protocols, TMAP_CHILD_PROPAGATE},
 };
 constexpr struct tmap_key_entry kInstanceKeys[] = {{"name", kInstancePath, "config"}};
-constexpr struct tmap_node_list_info kInstance = {handle_instance, refuse_child, kInstanceChildren, kInstanceKeys, 4, 1,
-                                                  kInstancePath,   nullptr};
+constexpr struct tmap_node_list_info kInstance = list_table(handle_instance, kInstanceChildren, kInstanceKeys);
 
 qerrno parse_instance(tvk_map_ctx ctx, const Node *node, Node *target) {
     return parse_list(ctx, node, target, &kInstance, kInstanceList);
@@ -173,8 +179,8 @@ qerrno enter_network_instances(tvk_map_ctx ctx, const Node *node, uint32_t, Node
 
 constexpr struct tmap_child_entry kNetworkInstancesChildren[] = {
     {"network-instance", parse_instance, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kNetworkInstances = {
-    enter_network_instances, refuse_child, kNetworkInstancesChildren, 1, nullptr, nullptr};
+constexpr struct tmap_node_cont_info kNetworkInstances =
+    container_table(enter_network_instances, kNetworkInstancesChildren);
 
 }  // namespace
 

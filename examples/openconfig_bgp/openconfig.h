@@ -2,14 +2,14 @@
 #ifndef OPENCONFIG_BGP_OPENCONFIG_H
 #define OPENCONFIG_BGP_OPENCONFIG_H
 
-#include "leaf_rules.h"
+#include "tables.h"
 
 namespace bgp {
 
 using namespace mapping;
 
+// Of bgp and all below it, too: the network-instance model uses their groupings.
 inline constexpr char kNetworkInstanceNs[] = "http://openconfig.net/yang/network-instance";
-inline constexpr char kBgpNs[] = "http://openconfig.net/yang/bgp";
 inline constexpr char kBandwidthNs[] = "urn:example:bgp-bandwidth";  // augments a neighbor
 
 // Modules of identities.

@@ -18,8 +18,15 @@ const char *interface_key(const Node *entry, const char *, Scratch &) {
 
 }  // namespace
 
-constexpr ListShape kInterfaceList = {
-    0, nullptr, "interface", "name", kInterfacesNs, interface_candidates, interface_key};
+constexpr ListShape kInterfaceList = {.level = 0,
+                                      .parent = nullptr,
+                                      .path = "interface",
+                                      .key = "name",
+                                      .key_type = &kInterfaceName,
+                                      .ns = kInterfacesNs,
+                                      .candidates = interface_candidates,
+                                      .key_of = interface_key,
+                                      .text_of = interface_name};
 
 namespace {
 
@@ -30,7 +37,7 @@ constexpr ValuePair kTypes[] = {
     {"ethernetCsmacd", "ethernet"}, {"ieee8023adLag", "bundle"}, {"softwareLoopback", "loopback"}, {nullptr, nullptr}};
 
 // The size for all protocols is the entry with the owner interface.
-qerrno edit_mtu(tvk_map_ctx ctx, const Node *leaf, Node *) {
+qerrno edit_mtu(tvk_map_ctx ctx, const Node *leaf, Node *, const char *value) {
     constexpr List kMtus = {"mtus", "mtu", "owner", kNativeNs};
     Node *interface_entry = current_entry(ctx);
     qerrno status = enter_entry(ctx, interface_entry, kMtus, "interface");
@@ -38,8 +45,7 @@ qerrno edit_mtu(tvk_map_ctx ctx, const Node *leaf, Node *) {
         status = settle_entry(ctx, leaf, 1);
     }
     if (status == TVK_OK) {
-        status =
-            tvk_map_datatree_add_subtree(ctx, current_entry(ctx), "mtu", kNativeNs, leaf->data, nullptr, nullptr, 0);
+        status = tvk_map_datatree_add_subtree(ctx, current_entry(ctx), "mtu", kNativeNs, value, nullptr, nullptr, 0);
     }
     ctx->state->pending_list_node = interface_entry;  // where it was: only its children have moved
     return status == TVK_SKIP_NODE ? TVK_OK : status;
@@ -58,13 +64,9 @@ const char *read_mtu(tvk_map_ctx, const Node *native) {
 
 // What the device observes stands in a list of its own.
 const Node *observed(tvk_map_ctx ctx, const char *leaf) {
-    for (const Node &entry : children_of(find(native_root(ctx), kNativeStates))) {
-        const Node *name = find(&entry, "interface-name");
-        if (name != nullptr && equal(name->data, entry_key(ctx, kInterfaceList))) {
-            return find(&entry, leaf);
-        }
-    }
-    return nullptr;
+    const NodeRange states = children_of(find(native_root(ctx), kNativeStates));
+    const Node *state = find_entry(ctx, states, interface_name, entry_key(ctx, kInterfaceList));
+    return state != nullptr ? find(state, leaf) : nullptr;
 }
 
 const char *read_if_index(tvk_map_ctx ctx, const Node *) {
@@ -82,32 +84,27 @@ const char *read_admin_status(tvk_map_ctx, const Node *native) {
 }
 
 constexpr LeafRule kRules[] = {
-    {.tag = "name"},
+    {.tag = "name", .type = &kInterfaceName},
     {.tag = "type", .path = "type", .values = kTypes, .value_ns = kInterfaceTypeNs},
-    {.tag = "mtu", .edit = edit_mtu, .read = read_mtu},
-    {.tag = "description", .path = "description"},
-    {.tag = "enabled", .default_value = "true", .edit = edit_enabled, .read = read_enabled},
-    // Only in state.
-    {.tag = "ifindex", .read = read_if_index},
-    {.tag = "admin-status", .read = read_admin_status},
-    {.tag = "oper-status", .read = read_oper_status},
+    {.tag = "mtu", .type = &kUint16, .edit = edit_mtu, .read = read_mtu},
+    {.tag = "description", .type = &kString, .path = "description"},
+    {.tag = "enabled", .type = &kBoolean, .default_value = "true", .edit = edit_enabled, .read = read_enabled},
+    {.tag = "ifindex", .read = read_if_index, .in = In::kStateAlone},
+    {.tag = "admin-status", .read = read_admin_status, .in = In::kStateAlone},
+    {.tag = "oper-status", .read = read_oper_status, .in = In::kStateAlone},
 };
-constexpr std::size_t kConfigRuleCount = 5;
-constexpr std::size_t kStateRuleCount = 8;
-
-constexpr LeafContainer kConfig = {kRules, kConfigRuleCount, &kInterfaceList, "config", kInterfacesNs, in_interface};
-constexpr LeafContainer kState = {kRules, kStateRuleCount, &kInterfaceList, "state", kInterfacesNs, nullptr};
+constexpr LeafContainer kConfig = {kRules, &kInterfaceList, "config", kInterfacesNs, in_interface};
+constexpr LeafContainer kState = {kRules, &kInterfaceList, "state", kInterfacesNs, nullptr};
 
 // ---- hold-time ----
 
 constexpr LeafRule kHoldTimeRules[] = {
-    {.tag = "up", .path = "carrier-delay/up", .default_value = "0"},
-    {.tag = "down", .path = "carrier-delay/down", .default_value = "0"},
+    {.tag = "up", .type = &kUint32, .path = "carrier-delay/up", .default_value = "0"},
+    {.tag = "down", .type = &kUint32, .path = "carrier-delay/down", .default_value = "0"},
 };
-constexpr LeafContainer kHoldTimeConfig = {kHoldTimeRules, 2,           &kInterfaceList, "hold-time/config",
-                                           kInterfacesNs,  in_interface};
-constexpr LeafContainer kHoldTimeState = {kHoldTimeRules, 2,      &kInterfaceList, "hold-time/state",
-                                          kInterfacesNs,  nullptr};
+constexpr LeafContainer kHoldTimeConfig = {kHoldTimeRules, &kInterfaceList, "hold-time/config", kInterfacesNs,
+                                           in_interface};
+constexpr LeafContainer kHoldTimeState = {kHoldTimeRules, &kInterfaceList, "hold-time/state", kInterfacesNs, nullptr};
 
 qerrno enter_hold_time(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target) {
     if (is_read(ctx)) {
@@ -121,11 +118,10 @@ constexpr struct tmap_child_entry kHoldTimeChildren[] = {
     {"config", Leaves<kHoldTimeConfig>::parse, TMAP_CHILD_PROPAGATE},
     {"state", Leaves<kHoldTimeState>::parse, TMAP_CHILD_PROPAGATE},
 };
-constexpr struct tmap_node_cont_info kHoldTime = {enter_hold_time, refuse_child, kHoldTimeChildren, 2,
-                                                  nullptr,         nullptr};
+constexpr struct tmap_node_cont_info kHoldTime = container_table(enter_hold_time, kHoldTimeChildren);
 
 qerrno parse_hold_time(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kHoldTime);
+    return parse_container(ctx, node, target, &kHoldTime, kInterfacesNs);
 }
 
 // ---- interface ----
@@ -135,13 +131,13 @@ qerrno handle_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
         return push_instances(ctx, kInterfaceList);
     }
     char *name = nullptr;
-    if (tvk_map_get_node_info(ctx, kInterfacePath, "name", &name) != TVK_OK || name == nullptr) {
-        return refuse(ctx, node, TVK_ERR_LIST_KEY);
+    qerrno status = tvk_map_get_node_info(ctx, kInterfacePath, "name", &name);
+    if (status == TVK_OK) {
+        status = enter_interface(ctx, node, target, name, Kind::kInterface);
     }
-    if (tvk_map_is_request_delete(node) != 0) {
-        remove_subinterfaces(ctx, node, target, name);
+    if (status == TVK_OK && tvk_map_is_request_delete(node) != 0) {
+        status = remove_subinterfaces(ctx, node, target, name);
     }
-    const qerrno status = enter_interface(ctx, target, name);
     return status == TVK_OK ? settle_entry(ctx, node, kInterfaceKeyCount) : status;
 }
 
@@ -155,8 +151,7 @@ constexpr struct tmap_child_entry kInterfaceChildren[] = {
     {"aggregation", parse_aggregation, TMAP_CHILD_PROPAGATE},
 };
 constexpr struct tmap_key_entry kInterfaceKeys[] = {{"name", kInterfacePath, "config"}};
-constexpr struct tmap_node_list_info kInterface = {
-    handle_interface, refuse_child, kInterfaceChildren, kInterfaceKeys, 7, 1, kInterfacePath, kVlanNs};
+constexpr struct tmap_node_list_info kInterface = list_table(handle_interface, kInterfaceChildren, kInterfaceKeys);
 
 qerrno parse_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
     return parse_list(ctx, node, target, &kInterface, kInterfaceList);
@@ -165,12 +160,15 @@ qerrno parse_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
 // ---- interfaces ----
 
 qerrno enter_interfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
-    return is_read(ctx) ? enter_read(ctx) : settle_container(ctx, node, target, kNativeInterfaces);
+    if (is_read(ctx)) {
+        return enter_read(ctx);
+    }
+    forget_interfaces(ctx);  // a deletion takes them all
+    return settle_container(ctx, node, target, kNativeInterfaces);
 }
 
 constexpr struct tmap_child_entry kInterfacesChildren[] = {{"interface", parse_interface, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kInterfaces = {enter_interfaces, refuse_child, kInterfacesChildren, 1,
-                                                    nullptr,          nullptr};
+constexpr struct tmap_node_cont_info kInterfaces = container_table(enter_interfaces, kInterfacesChildren);
 
 }  // namespace
 
@@ -178,30 +176,26 @@ qerrno parse_interfaces(tvk_map_ctx ctx, const Node *node, Node *target) {
     return parse_top(ctx, node, target, &kInterfaces, kInterfacesNs);
 }
 
-qerrno in_interface(tvk_map_ctx ctx, const Node *, uint32_t, Node *target) {
+qerrno in_interface(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
     char *name = nullptr;
     if (is_read(ctx)) {
         return enter_read(ctx);
     }
     const qerrno status = tvk_map_get_node_info(ctx, kInterfacePath, "name", &name);
-    return status == TVK_OK ? enter_interface(ctx, target, name) : status;
+    return status == TVK_OK ? enter_interface(ctx, node, target, name, Kind::kInterface) : status;
 }
 
 NodeRange native_interfaces(const Node *root) {
     return children_of(root != nullptr ? find(root, kNativeInterfaces) : nullptr);
 }
 
-bool is_virtual(const Node *entry) {
-    return find(entry, "interface-virtual") != nullptr;
+Text interface_name(const Node &entry) {
+    return child_text(entry, "interface-name");
 }
 
-qerrno edit_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target) {
-    const bool is_delete = tvk_map_is_request_delete(leaf) != 0;
-    if (!is_delete && equal(leaf->data, "false")) {
+qerrno edit_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *value) {
+    if (equal(value, "false")) {
         return add_value(ctx, leaf, target, "shutdown", nullptr);
-    }
-    if (!is_delete && !equal(leaf->data, "true")) {
-        return refuse(ctx, leaf, TVK_ERR_INVALID);
     }
     Node removal = *leaf;
     tvk_map_datatree_set_operation(&removal, TVK_OPERATION_REMOVE);

@@ -16,36 +16,51 @@ const char *bundle_key(const Node *entry, const char *, Scratch &) {
     return name != nullptr && find(entry, "lacp") != nullptr ? name->data : nullptr;
 }
 
-constexpr ListShape kBundleList = {0, nullptr, "interfaces/interface", "name", kLacpNs, bundle_candidates, bundle_key};
+constexpr ListShape kBundleList = {.level = 0,
+                                   .parent = nullptr,
+                                   .path = "interfaces/interface",
+                                   .key = "name",
+                                   .key_type = &kInterfaceName,
+                                   .ns = kLacpNs,
+                                   .candidates = bundle_candidates,
+                                   .key_of = bundle_key,
+                                   .text_of = interface_name};
 
 qerrno in_bundle(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
     char *name = nullptr;
-    if (tvk_map_get_node_info(ctx, kLacpInterfacePath, "name", &name) != TVK_OK || name == nullptr) {
-        return refuse(ctx, node, TVK_ERR_LIST_KEY);
-    }
-    return enter_interface(ctx, target, name);
+    const qerrno status = tvk_map_get_node_info(ctx, kLacpInterfacePath, "name", &name);
+    return status == TVK_OK ? enter_interface(ctx, node, target, name, Kind::kEither) : status;
 }
 
 constexpr ValuePair kIntervals[] = {{"FAST", "short"}, {"SLOW", "long"}, {nullptr, nullptr}};
 constexpr ValuePair kModes[] = {{"ACTIVE", "active"}, {"PASSIVE", "passive"}, {nullptr, nullptr}};
 
 constexpr LeafRule kBundleRules[] = {
-    {.tag = "name"},
+    {.tag = "name", .type = &kInterfaceName},
     {.tag = "interval", .path = "lacp/period", .values = kIntervals, .default_value = "SLOW"},
     {.tag = "lacp-mode", .path = "lacp/mode", .values = kModes, .default_value = "ACTIVE"},
-    {.tag = "system-id-mac", .path = "lacp/system-mac"},
-    {.tag = "system-priority", .path = "lacp/system-priority"},
+    {.tag = "system-id-mac", .type = &kMacAddress, .path = "lacp/system-mac"},
+    {.tag = "system-priority", .type = &kUint16, .path = "lacp/system-priority"},
 };
-constexpr LeafContainer kBundleConfig = {kBundleRules, 5, &kBundleList, "config", kLacpNs, in_bundle};
-constexpr LeafContainer kBundleState = {kBundleRules, 5, &kBundleList, "state", kLacpNs, nullptr};
+constexpr LeafContainer kBundleConfig = {kBundleRules, &kBundleList, "config", kLacpNs, in_bundle};
+constexpr LeafContainer kBundleState = {kBundleRules, &kBundleList, "state", kLacpNs, nullptr};
 
-// The native interface stays when its LACP settings go: only the container below it is deleted or replaced.
+// The native interface stays when its LACP settings go: only the container below it is deleted or replaced. That it is
+// there says that the bundle speaks LACP, whatever it holds.
 qerrno handle_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (is_read(ctx)) {
         return push_instances(ctx, kBundleList);
     }
     const qerrno status = in_bundle(ctx, node, 0, target);
-    return status == TVK_OK ? settle_container(ctx, node, target, "lacp") : status;
+    if (status != TVK_OK) {
+        return status;
+    }
+    const bool is_delete = tvk_map_is_request_delete(node) != 0;
+    if (!is_delete) {
+        take_back_removal(current_entry(ctx));  // deleted as an interface, and there again for this
+    }
+    const qerrno added = add_value(ctx, node, target, "lacp", nullptr);
+    return added == TVK_OK && is_delete ? TVK_SKIP_NODE : added;
 }
 
 constexpr struct tmap_child_entry kInterfaceChildren[] = {
@@ -54,8 +69,7 @@ constexpr struct tmap_child_entry kInterfaceChildren[] = {
     {"state", Leaves<kBundleState>::parse, TMAP_CHILD_PROPAGATE},
 };
 constexpr struct tmap_key_entry kInterfaceKeys[] = {{"name", kLacpInterfacePath, "config"}};
-constexpr struct tmap_node_list_info kInterface = {
-    handle_interface, refuse_child, kInterfaceChildren, kInterfaceKeys, 3, 1, kLacpInterfacePath, nullptr};
+constexpr struct tmap_node_list_info kInterface = list_table(handle_interface, kInterfaceChildren, kInterfaceKeys);
 
 qerrno parse_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
     return parse_list(ctx, node, target, &kInterface, kBundleList);
@@ -71,20 +85,19 @@ qerrno enter_interfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *targe
     if (tvk_map_is_request_delete(node) == 0) {
         return TVK_OK;
     }
-    for (const Node &entry : native_interfaces(target)) {
-        if (const Node *lacp = find(&entry, "lacp"); lacp != nullptr) {
-            remove_entry(ctx, const_cast<Node *>(lacp), 0, node->operation);
+    for (Node &entry : native_interfaces(target)) {
+        if (Node *lacp = find(&entry, "lacp"); lacp != nullptr) {
+            remove_entry(ctx, node, lacp, 0, &entry);
         }
     }
     return TVK_SKIP_NODE;
 }
 
 constexpr struct tmap_child_entry kInterfacesChildren[] = {{"interface", parse_interface, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kInterfaces = {enter_interfaces, refuse_child, kInterfacesChildren, 1,
-                                                    nullptr,          nullptr};
+constexpr struct tmap_node_cont_info kInterfaces = container_table(enter_interfaces, kInterfacesChildren);
 
 qerrno parse_lacp_interfaces(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kInterfaces);
+    return parse_container(ctx, node, target, &kInterfaces, kLacpNs);
 }
 
 // ---- lacp ----
@@ -95,9 +108,10 @@ qerrno enter_global(tvk_map_ctx ctx, const Node *, uint32_t, Node *) {
     return TVK_OK;
 }
 
-constexpr LeafRule kGlobalRules[] = {{.tag = "system-priority", .path = "lacp-global/system-priority"}};
-constexpr LeafContainer kGlobalConfig = {kGlobalRules, 1, nullptr, "config", kLacpNs, enter_global};
-constexpr LeafContainer kGlobalState = {kGlobalRules, 1, nullptr, "state", kLacpNs, nullptr};
+constexpr LeafRule kGlobalRules[] = {
+    {.tag = "system-priority", .type = &kUint16, .path = "lacp-global/system-priority"}};
+constexpr LeafContainer kGlobalConfig = {kGlobalRules, nullptr, "config", kLacpNs, enter_global};
+constexpr LeafContainer kGlobalState = {kGlobalRules, nullptr, "state", kLacpNs, nullptr};
 
 qerrno enter_lacp(tvk_map_ctx ctx, const Node *, uint32_t, Node *) {
     return is_read(ctx) ? enter_read(ctx) : TVK_OK;
@@ -108,7 +122,7 @@ constexpr struct tmap_child_entry kLacpChildren[] = {
     {"state", Leaves<kGlobalState>::parse, TMAP_CHILD_PROPAGATE},
     {"interfaces", parse_lacp_interfaces, TMAP_CHILD_PROPAGATE},
 };
-constexpr struct tmap_node_cont_info kLacp = {enter_lacp, refuse_child, kLacpChildren, 3, nullptr, nullptr};
+constexpr struct tmap_node_cont_info kLacp = container_table(enter_lacp, kLacpChildren);
 
 }  // namespace
 

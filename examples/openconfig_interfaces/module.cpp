@@ -1,6 +1,8 @@
 // OpenConfig interfaces and LACP on a flat native list of interfaces.
 #include "tvk_map_module.h"
 
+#include <iterator>
+
 #include "openconfig.h"
 
 namespace {
@@ -10,16 +12,33 @@ constexpr struct tvk_map_module_container kContainers[] = {
     {"lacp", interfaces::kLacpNs, interfaces::parse_lacp},
 };
 
+constexpr const char *kIdentities[] = {
+    "interfaces/interface/config/type",
+    "interfaces/interface/state/type",
+    "interfaces/interface/ethernet/config/port-speed",
+    "interfaces/interface/ethernet/state/port-speed",
+    nullptr,
+};
+
+constexpr struct tvk_map_module_list kNativeLists[] = {
+    {"interface-configurations/interface-configuration", "interface-name active"},
+    {"interface-configurations/interface-configuration/mtus/mtu", "owner"},
+    {"interface-configurations/interface-configuration/ipv4-addresses/address", "ip"},
+    {"interface-configurations/interface-configuration/ipv6-addresses/address", "ip"},
+    {"interface-states/interface-state", "interface-name"},
+    {nullptr, nullptr},
+};
+
 constexpr struct tvk_map_module kModule = {
     .version = TVK_MAP_MODULE_VERSION,
     .name = "openconfig_interfaces",
-    .container_count = 2,
+    .container_count = std::size(kContainers),
     .containers = kContainers,
     .begin_request = nullptr,
     .end_request = nullptr,
-    .release_data = nullptr,
-    .identities = nullptr,
-    .native_lists = nullptr,
+    .release_data = mapping::release_memory,
+    .identities = kIdentities,
+    .native_lists = kNativeLists,
     .flags = 0,
 };
 

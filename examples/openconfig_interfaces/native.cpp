@@ -13,33 +13,59 @@ bool is_current(tvk_map_ctx ctx, const char *name) {
            tvk_map_datatree_get_subtree(entry, &key, kInterfaces.key, name, nullptr) == TVK_OK;
 }
 
-}  // namespace
-
-qerrno enter_interface(tvk_map_ctx ctx, Node *target, const char *name) {
-    if (is_current(ctx, name)) {
+// What is deleted leaves its name to either.
+qerrno check_kind(tvk_map_ctx ctx, const Node *node, const char *name, Kind kind) {
+    const Node *entry = current_entry(ctx);
+    if (kind == Kind::kEither || memory_of(ctx).entry_is_new || tvk_map_is_request_delete(entry) != 0 ||
+        is_virtual(entry) == (kind == Kind::kSubinterface)) {
         return TVK_OK;
     }
-    const qerrno status = enter_entry(ctx, target, kInterfaces, name);
+    return refuse(ctx, node, TVK_ERR_INVALID,
+                  kind == Kind::kInterface ? "%s is a subinterface of the device" : "the device has an interface %s",
+                  Quoted(name).text);
+}
+
+}  // namespace
+
+qerrno enter_interface(tvk_map_ctx ctx, const Node *node, Node *target, const char *name, Kind kind) {
+    if (is_current(ctx, name)) {
+        memory_of(ctx).entry_is_new = false;
+        return TVK_OK;
+    }
+    qerrno status = enter_entry(ctx, target, kInterfaces, name);
+    if (status == TVK_OK) {
+        status = check_kind(ctx, node, name, kind);
+    }
     return status == TVK_OK
                ? tvk_map_datatree_add_subtree(ctx, current_entry(ctx), "active", kNativeNs, "act", nullptr, nullptr, 0)
                : status;
+}
+
+bool is_virtual(const Node *entry) {
+    return find(entry, "interface-virtual") != nullptr;
 }
 
 }  // namespace interfaces
 
 qerrno mapping::add_value(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *path, const char *value) {
     Node *entry = current_node(ctx, target);
-    const bool taken_back = take_back_removal(find(entry, path));
-    Node *native = nullptr;
-    const qerrno status =
-        tvk_map_datatree_add_path(ctx, entry, path, interfaces::kNativeNs, value, nullptr, &native, 0);
-    if (status != TVK_OK || native == nullptr) {
-        return status;
+    Node *native = find(entry, path);
+    const bool was_there = native != nullptr;
+    if (tvk_map_is_request_delete(leaf) == 0) {
+        take_back_removal(native);  // what is marked as removed is not found by path
     }
+    if (!was_there || value != nullptr) {
+        const qerrno status =
+            tvk_map_datatree_add_path(ctx, entry, path, interfaces::kNativeNs, value, nullptr, &native, 0);
+        if (status != TVK_OK || native == nullptr) {
+            return status;
+        }
+    }
+    const Node *within = was_there ? current_entry(ctx) : nullptr;
     if (tvk_map_is_request_delete(leaf) != 0) {
-        remove_entry(ctx, native, 0, leaf->operation);
-    } else if (!taken_back) {
-        give_operation(ctx, leaf, native);
+        remove_entry(ctx, leaf, native, 0, within);
+    } else {
+        give_operation(ctx, leaf, native, within);
     }
     return TVK_OK;
 }

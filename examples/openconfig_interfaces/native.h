@@ -14,9 +14,15 @@ inline constexpr char kNativeNs[] = "urn:example:native-interfaces";
 inline constexpr char kNativeInterfaces[] = "interface-configurations";
 inline constexpr char kNativeStates[] = "interface-states";
 
+// What an entry of the one native list is.
+enum class Kind { kEither, kInterface, kSubinterface };
+
 // Makes the native interface of that name the current entry; adds it if need be. Entering the one that is current
-// already costs nothing.
-qerrno enter_interface(tvk_map_ctx ctx, Node *target, const char *name);
+// already costs nothing. One that is there and not of that kind is refused, with node as what asks for it.
+qerrno enter_interface(tvk_map_ctx ctx, const Node *node, Node *target, const char *name, Kind kind);
+
+// Whether a native entry is a subinterface.
+bool is_virtual(const Node *entry);
 
 inline constexpr int32_t kInterfaceKeyCount = 2;
 

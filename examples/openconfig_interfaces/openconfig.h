@@ -3,6 +3,7 @@
 #define OPENCONFIG_INTERFACES_OPENCONFIG_H
 
 #include "native.h"
+#include "tables.h"
 
 namespace interfaces {
 
@@ -11,7 +12,6 @@ inline constexpr char kIpNs[] = "http://openconfig.net/yang/interfaces/ip";
 inline constexpr char kEthernetNs[] = "http://openconfig.net/yang/interfaces/ethernet";
 inline constexpr char kAggregateNs[] = "http://openconfig.net/yang/interfaces/aggregate";
 inline constexpr char kLacpNs[] = "http://openconfig.net/yang/lacp";
-inline constexpr char kVlanNs[] = "http://openconfig.net/yang/vlan";  // not mapped here
 
 inline constexpr char kInterfacePath[] = "/interfaces/interface";
 inline constexpr char kSubinterfacePath[] = "/interfaces/interface/subinterfaces/subinterface";
@@ -35,16 +35,21 @@ qerrno in_interface(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Nod
 // The interfaces of the native tree.
 NodeRange native_interfaces(const Node *root);
 
-// Whether a native entry is a subinterface.
-bool is_virtual(const Node *entry);
+// The name of a native entry, of its configuration or its state.
+Text interface_name(const Node &entry);
+
+// The names that the device takes.
+inline constexpr ValueType kInterfaceName = {"interface name of 1 to 255 characters", is_text_of<1, 255>};
 
 // The leaf enabled. The native side knows only what is shut down; an interface that is enabled has no such leaf.
-qerrno edit_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target);
+qerrno edit_enabled(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *value);
 const char *read_enabled(tvk_map_ctx ctx, const Node *native);
 
-// Marks all native subinterfaces of the interface that stand in target with the operation of node, a delete. No entry
-// is the current one then.
-void remove_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target, const char *interface_name);
+// Marks all native subinterfaces of the interface that stand in target with the operation of node, a delete.
+qerrno remove_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target, const char *interface_name);
+
+// Where the subinterfaces are that the edit has met counts no longer.
+void forget_interfaces(tvk_map_ctx ctx);
 
 }  // namespace interfaces
 

@@ -1,32 +1,39 @@
 // Subinterfaces with their addresses. Each is an interface of its own on the native side, called eth0.1 for
 // subinterface 1 of eth0.
+#include <cstdio>
 #include <cstring>
 
 #include "openconfig.h"
-#include "tvk_string.h"
 
 namespace interfaces {
 
 namespace {
 
-constexpr std::size_t kMaxName = 256;
+constexpr std::size_t kMaxName = 1024;  // bytes of 255 characters, with the terminator
 
-// The native name of the subinterface that the walk is in; false when there is none, or it is too long.
-bool native_name(tvk_map_ctx ctx, char (&name)[kMaxName]) {
-    char *interface_name = nullptr;
-    char *index = nullptr;
-    if (tvk_map_get_node_info(ctx, kInterfacePath, "name", &interface_name) != TVK_OK ||
-        tvk_map_get_node_info(ctx, kSubinterfacePath, "index", &index) != TVK_OK || interface_name == nullptr ||
-        index == nullptr) {
-        return false;
-    }
-    return tvk_strcpy_s(__func__, name, kMaxName, interface_name) == 0 &&
-           tvk_strcat_s(__func__, name, kMaxName, ".") == 0 && tvk_strcat_s(__func__, name, kMaxName, index) == 0;
+// The name of the subinterface of that index; false when it is too long.
+bool compose_name(const char *interface_name, const char *index, char (&name)[kMaxName]) {
+    const int length = std::snprintf(name, sizeof name, "%s.%s", interface_name, index);
+    return length < static_cast<int>(sizeof name) && kInterfaceName.accepts(name);
 }
 
 qerrno enter_subinterface(tvk_map_ctx ctx, const Node *node, Node *target) {
+    char *interface_name = nullptr;
+    char *index = nullptr;
+    qerrno status = tvk_map_get_node_info(ctx, kInterfacePath, "name", &interface_name);
+    if (status == TVK_OK) {
+        status = tvk_map_get_node_info(ctx, kSubinterfacePath, "index", &index);
+    }
+    if (status != TVK_OK) {
+        return status;
+    }
     char name[kMaxName];
-    return native_name(ctx, name) ? enter_interface(ctx, target, name) : refuse(ctx, node, TVK_ERR_LIST_KEY);
+    Scratch scratch;
+    if (!compose_name(interface_name, canonical_number(index, scratch), name)) {
+        return refuse(ctx, node, TVK_ERR_INVALID, "with its interface %s its name is no %s",
+                      Quoted(interface_name).text, kInterfaceName.name);
+    }
+    return enter_interface(ctx, node, target, name, Kind::kSubinterface);
 }
 
 qerrno in_subinterface(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
@@ -35,28 +42,48 @@ qerrno in_subinterface(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target
 
 // ---- The list in a read ----
 
-// The native list is flat, so all of it is looked through.
 NodeRange subinterface_candidates(tvk_map_ctx ctx, const Node *) {
     return native_interfaces(native_root(ctx));
 }
 
-const char *subinterface_key(const Node *entry, const char *interface_name, Scratch &) {
-    const Node *name = find(entry, "interface-name");
-    const std::size_t length = std::strlen(interface_name);
-    if (name == nullptr || name->data == nullptr || !is_virtual(entry) ||
-        std::strncmp(name->data, interface_name, length) != 0 || name->data[length] != '.') {
-        return nullptr;
-    }
-    return name->data + length + 1;
+// The index at the end of a name, as it would be written; null when there is none, as in eth0.a, eth0.01 and eth0.
+const char *index_in(Text name) {
+    const char *end = name.begin != nullptr ? name.begin + name.length : nullptr;
+    const char *dot = end != nullptr ? std::strrchr(name.begin, '.') : nullptr;
+    Scratch scratch;
+    const bool is_index =
+        dot != nullptr && kUint32.accepts(dot + 1) && equal(canonical_number(dot + 1, scratch), dot + 1);
+    return is_index ? dot + 1 : nullptr;
 }
 
-constexpr ListShape kSubinterfaceList = {1,
-                                         &kInterfaceList,
-                                         "interface/subinterfaces/subinterface",
-                                         "index",
-                                         kInterfacesNs,
-                                         subinterface_candidates,
-                                         subinterface_key};
+// A name may hold more than one dot: eth0.1.2 is subinterface 2 of eth0.1 and nothing to eth0.
+Text outer_name(const Node &entry) {
+    const Text name = interface_name(entry);
+    const char *index = index_in(name);
+    return index != nullptr ? Text{name.begin, static_cast<std::size_t>(index - 1 - name.begin)} : Text{nullptr, 0};
+}
+
+const char *subinterface_key(const Node *entry, const char *interface_name, Scratch &) {
+    const bool is_part = is_virtual(entry) && same(outer_name(*entry), all_of(interface_name));
+    return is_part ? index_in(interfaces::interface_name(*entry)) : nullptr;
+}
+
+const char *subinterface_name(const char *index, const char *interface_name, Scratch &scratch) {
+    const int length = std::snprintf(scratch, sizeof scratch, "%s.%s", interface_name, index);
+    return length < static_cast<int>(sizeof scratch) ? scratch : nullptr;
+}
+
+constexpr ListShape kSubinterfaceList = {.level = 1,
+                                         .parent = &kInterfaceList,
+                                         .path = "interface/subinterfaces/subinterface",
+                                         .key = "index",
+                                         .key_type = &kUint32,
+                                         .ns = kInterfacesNs,
+                                         .candidates = subinterface_candidates,
+                                         .key_of = subinterface_key,
+                                         .text_of = interface_name,
+                                         .native_key = subinterface_name,
+                                         .outer_key_of = outer_name};
 
 // ---- Addresses, alike for both families ----
 
@@ -80,31 +107,46 @@ NodeRange address_candidates(tvk_map_ctx, const Node *interface_entry) {
     return children_of(find(interface_entry, kFamily.list.container));
 }
 
-constexpr ListShape kIpv4List = {2,
-                                 &kSubinterfaceList,
-                                 "interface/subinterfaces/subinterface/ipv4/addresses/address",
-                                 "ip",
-                                 kIpNs,
-                                 address_candidates<kIpv4>,
-                                 address_key};
-constexpr ListShape kIpv6List = {2,
-                                 &kSubinterfaceList,
-                                 "interface/subinterfaces/subinterface/ipv6/addresses/address",
-                                 "ip",
-                                 kIpNs,
-                                 address_candidates<kIpv6>,
-                                 address_key};
+Text address_text(const Node &address) {
+    return child_text(address, "ip");
+}
 
-constexpr LeafRule kAddressRules[] = {{.tag = "ip"}, {.tag = "prefix-length", .path = "prefix-length"}};
+constexpr ListShape kIpv4List = {.level = 2,
+                                 .parent = &kSubinterfaceList,
+                                 .path = "interface/subinterfaces/subinterface/ipv4/addresses/address",
+                                 .key = "ip",
+                                 .key_type = &kIpv4Address,
+                                 .ns = kIpNs,
+                                 .candidates = address_candidates<kIpv4>,
+                                 .key_of = address_key,
+                                 .text_of = address_text};
+constexpr ListShape kIpv6List = {.level = 2,
+                                 .parent = &kSubinterfaceList,
+                                 .path = "interface/subinterfaces/subinterface/ipv6/addresses/address",
+                                 .key = "ip",
+                                 .key_type = &kIpv6Address,
+                                 .ns = kIpNs,
+                                 .candidates = address_candidates<kIpv6>,
+                                 .key_of = address_key,
+                                 .text_of = address_text};
 
-template <const Family &kFamily, const ListShape &kList>
+constexpr LeafRule kIpv4Rules[] = {
+    {.tag = "ip", .type = &kIpv4Address},
+    {.tag = "prefix-length", .type = &kIpv4PrefixLength, .path = "prefix-length"},
+};
+constexpr LeafRule kIpv6Rules[] = {
+    {.tag = "ip", .type = &kIpv6Address},
+    {.tag = "prefix-length", .type = &kIpv6PrefixLength, .path = "prefix-length"},
+};
+
+template <const Family &kFamily, const ListShape &kList, const auto &kRulesOfFamily>
 struct Addresses {
     static qerrno enter_address(tvk_map_ctx ctx, const Node *node, Node *target) {
         char *ip = nullptr;
-        if (tvk_map_get_node_info(ctx, kFamily.hierarchy_path, "ip", &ip) != TVK_OK || ip == nullptr) {
-            return refuse(ctx, node, TVK_ERR_LIST_KEY);
+        qerrno status = tvk_map_get_node_info(ctx, kFamily.hierarchy_path, "ip", &ip);
+        if (status == TVK_OK) {
+            status = enter_subinterface(ctx, node, target);
         }
-        const qerrno status = enter_subinterface(ctx, node, target);
         return status == TVK_OK ? enter_entry(ctx, current_entry(ctx), kFamily.list, ip) : status;
     }
 
@@ -125,8 +167,8 @@ struct Addresses {
         return status == TVK_OK && !is_read(ctx) ? settle_container(ctx, node, target, kFamily.list.container) : status;
     }
 
-    static constexpr LeafContainer kConfig = {kAddressRules, 2, &kList, "config", kIpNs, in_address};
-    static constexpr LeafContainer kState = {kAddressRules, 2, &kList, "state", kIpNs, nullptr};
+    static constexpr LeafContainer kConfig = {kRulesOfFamily, &kList, "config", kIpNs, in_address};
+    static constexpr LeafContainer kState = {kRulesOfFamily, &kList, "state", kIpNs, nullptr};
 
     static constexpr struct tmap_child_entry kAddressChildren[] = {
         {"ip", handle_key<kList>, TMAP_CHILD_KEY},
@@ -134,36 +176,33 @@ struct Addresses {
         {"state", Leaves<kState>::parse, TMAP_CHILD_PROPAGATE},
     };
     static constexpr struct tmap_key_entry kAddressKeys[] = {{"ip", kFamily.hierarchy_path, "config"}};
-    static constexpr struct tmap_node_list_info kAddress = {
-        handle_address, refuse_child, kAddressChildren, kAddressKeys, 3, 1, kFamily.hierarchy_path, nullptr};
+    static constexpr struct tmap_node_list_info kAddress = list_table(handle_address, kAddressChildren, kAddressKeys);
     static qerrno parse_address(tvk_map_ctx ctx, const Node *node, Node *target) {
         return parse_list(ctx, node, target, &kAddress, kList);
     }
 
     static constexpr struct tmap_child_entry kAddressesChildren[] = {{"address", parse_address, TMAP_CHILD_PROPAGATE}};
-    static constexpr struct tmap_node_cont_info kAddresses = {in_addresses, refuse_child, kAddressesChildren, 1,
-                                                              nullptr,      nullptr};
+    static constexpr struct tmap_node_cont_info kAddresses = container_table(in_addresses, kAddressesChildren);
     static qerrno parse_addresses(tvk_map_ctx ctx, const Node *node, Node *target) {
-        return tmap_high_container_parse(ctx, node, target, &kAddresses);
+        return parse_container(ctx, node, target, &kAddresses, kIpNs);
     }
 
     static constexpr struct tmap_child_entry kChildren[] = {{"addresses", parse_addresses, TMAP_CHILD_PROPAGATE}};
-    static constexpr struct tmap_node_cont_info kFamilyContainer = {in_subinterface, refuse_child, kChildren, 1,
-                                                                    nullptr,         nullptr};
+    static constexpr struct tmap_node_cont_info kFamilyContainer = container_table(in_subinterface, kChildren);
     static qerrno parse(tvk_map_ctx ctx, const Node *node, Node *target) {
-        return tmap_high_container_parse(ctx, node, target, &kFamilyContainer);
+        return parse_container(ctx, node, target, &kFamilyContainer, kIpNs);
     }
 };
 
 // ---- config and state ----
 
 constexpr LeafRule kRules[] = {
-    {.tag = "index"},
-    {.tag = "description", .path = "description"},
-    {.tag = "enabled", .default_value = "true", .edit = edit_enabled, .read = read_enabled},
+    {.tag = "index", .type = &kUint32},
+    {.tag = "description", .type = &kString, .path = "description"},
+    {.tag = "enabled", .type = &kBoolean, .default_value = "true", .edit = edit_enabled, .read = read_enabled},
 };
-constexpr LeafContainer kConfig = {kRules, 3, &kSubinterfaceList, "config", kInterfacesNs, in_subinterface};
-constexpr LeafContainer kState = {kRules, 3, &kSubinterfaceList, "state", kInterfacesNs, nullptr};
+constexpr LeafContainer kConfig = {kRules, &kSubinterfaceList, "config", kInterfacesNs, in_subinterface};
+constexpr LeafContainer kState = {kRules, &kSubinterfaceList, "state", kInterfacesNs, nullptr};
 
 // ---- subinterface ----
 
@@ -178,10 +217,7 @@ qerrno handle_subinterface(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (status != TVK_OK) {
         return status;
     }
-    // Natively no part of its interface: what creates the one creates the other.
-    if (ctx->state->create_node != nullptr) {
-        tvk_map_datatree_set_operation(current_entry(ctx), ctx->state->create_operation);
-    }
+    give_creation(ctx);
     return tvk_map_datatree_add_subtree(ctx, current_entry(ctx), "interface-virtual", kNativeNs, nullptr, nullptr,
                                         nullptr, 0);
 }
@@ -190,12 +226,12 @@ constexpr struct tmap_child_entry kSubinterfaceChildren[] = {
     {"index", handle_key<kSubinterfaceList>, TMAP_CHILD_KEY},
     {"config", Leaves<kConfig>::parse, TMAP_CHILD_PROPAGATE},
     {"state", Leaves<kState>::parse, TMAP_CHILD_PROPAGATE},
-    {"ipv4", Addresses<kIpv4, kIpv4List>::parse, TMAP_CHILD_PROPAGATE},
-    {"ipv6", Addresses<kIpv6, kIpv6List>::parse, TMAP_CHILD_PROPAGATE},
+    {"ipv4", Addresses<kIpv4, kIpv4List, kIpv4Rules>::parse, TMAP_CHILD_PROPAGATE},
+    {"ipv6", Addresses<kIpv6, kIpv6List, kIpv6Rules>::parse, TMAP_CHILD_PROPAGATE},
 };
 constexpr struct tmap_key_entry kSubinterfaceKeys[] = {{"index", kSubinterfacePath, "config"}};
-constexpr struct tmap_node_list_info kSubinterface = {
-    handle_subinterface, refuse_child, kSubinterfaceChildren, kSubinterfaceKeys, 5, 1, kSubinterfacePath, kVlanNs};
+constexpr struct tmap_node_list_info kSubinterface =
+    list_table(handle_subinterface, kSubinterfaceChildren, kSubinterfaceKeys);
 
 qerrno parse_subinterface(tvk_map_ctx ctx, const Node *node, Node *target) {
     return parse_list(ctx, node, target, &kSubinterface, kSubinterfaceList);
@@ -211,32 +247,44 @@ qerrno enter_subinterfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *ta
     if (tvk_map_is_request_delete(node) == 0) {
         return TVK_OK;
     }
-    const qerrno status = tvk_map_get_node_info(ctx, kInterfacePath, "name", &name);
+    qerrno status = tvk_map_get_node_info(ctx, kInterfacePath, "name", &name);
     if (status == TVK_OK) {
-        remove_subinterfaces(ctx, node, target, name);
+        ctx->state->pending_list_node = nullptr;  // an address, it may be, of one of those
+        status = remove_subinterfaces(ctx, node, target, name);
     }
     return status == TVK_OK ? TVK_SKIP_NODE : status;
 }
 
 constexpr struct tmap_child_entry kSubinterfacesChildren[] = {
     {"subinterface", parse_subinterface, TMAP_CHILD_PROPAGATE}};
-constexpr struct tmap_node_cont_info kSubinterfaces = {
-    enter_subinterfaces, refuse_child, kSubinterfacesChildren, 1, nullptr, nullptr};
+constexpr struct tmap_node_cont_info kSubinterfaces = container_table(enter_subinterfaces, kSubinterfacesChildren);
+
+// In an edit the list moves as it grows.
+constexpr int kEditedList = 0;
 
 }  // namespace
 
-void remove_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target, const char *interface_name) {
-    ctx->state->pending_list_node = nullptr;  // an address, it may be, of one of those
-    for (Node &entry : native_interfaces(target)) {
-        Scratch scratch;
-        if (subinterface_key(&entry, interface_name, scratch) != nullptr) {
-            remove_entry(ctx, &entry, kInterfaceKeyCount, node->operation);
+qerrno remove_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target, const char *interface_name) {
+    Entries entries;
+    const qerrno status =
+        Entries::find(ctx, &kEditedList, native_interfaces(target), outer_name, all_of(interface_name), entries);
+    if (status != TVK_OK) {
+        return status;
+    }
+    while (Node *entry = entries.next()) {
+        if (is_virtual(entry)) {
+            remove_entry(ctx, node, entry, kInterfaceKeyCount, entry);
         }
     }
+    return TVK_OK;
+}
+
+void forget_interfaces(tvk_map_ctx ctx) {
+    forget_entries(ctx, &kEditedList);
 }
 
 qerrno parse_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target) {
-    return tmap_high_container_parse(ctx, node, target, &kSubinterfaces);
+    return parse_container(ctx, node, target, &kSubinterfaces, kInterfacesNs);
 }
 
 }  // namespace interfaces

@@ -6,6 +6,7 @@
 
 #include "allocation_failures.h"
 #include "context.h"
+#include "kel_memory.h"
 #include "status.h"
 #include "tree.h"
 #include "tvk_map_filter.h"
@@ -17,23 +18,22 @@ namespace {
 using namespace tvk::test;
 
 constexpr char kInterfacesNs[] = "http://openconfig.net/yang/interfaces";
+constexpr char kIpNs[] = "http://openconfig.net/yang/interfaces/ip";
 constexpr char kInstancesNs[] = "http://openconfig.net/yang/network-instance";
-constexpr char kBgpNs[] = "http://openconfig.net/yang/bgp";
 constexpr char kBgpTypesNs[] = "http://openconfig.net/yang/bgp-types";
 
-const tvk_map_module_container &example(const std::string &name) {
+const tvk_map_module &example(const std::string &name) {
     void *module = dlopen((EXAMPLES + name + ".so").c_str(), RTLD_NOW | RTLD_LOCAL);
     EXPECT_NE(nullptr, module) << dlerror();
     void *get = dlsym(module, TVK_MAP_MODULE_SYMBOL);
-    return reinterpret_cast<tvk_map_module_get_fp>(get)()->containers[0];
+    return *reinterpret_cast<tvk_map_module_get_fp>(get)();
 }
 
 template <class... Children>
 Node neighbors(const Children &...children) {
     return node("network-instances", kInstancesNs)(node("network-instance")(
-        leaf("name", "default"),
-        node("protocols")(node("protocol")(leaf("identifier", "BGP"), leaf("name", "main"),
-                                           node("bgp", kBgpNs)(node("neighbors")(children...))))));
+        leaf("name", "default"), node("protocols")(node("protocol")(leaf("identifier", "BGP"), leaf("name", "main"),
+                                                                    node("bgp")(node("neighbors")(children...))))));
 }
 
 template <class... Children>
@@ -49,7 +49,7 @@ Node edit_of_interfaces() {
                 leaf("name", "eth0"),
                 node("config")(leaf("name", "eth0"), leaf("type", "ethernetCsmacd"), leaf("mtu", "9000")),
                 node("subinterfaces")(node("subinterface")(
-                    leaf("index", "1"), node("ipv4")(node("addresses")(node("address")(
+                    leaf("index", "1"), node("ipv4", kIpNs)(node("addresses")(node("address")(
                                             leaf("ip", "192.0.2.1"), node("config")(leaf("prefix-length", "24")))))))),
         node("interface").op(TVK_OPERATION_REPLACE)(leaf("name", "eth1"), node("config")(leaf("description", "new"))),
         node("interface")(leaf("name", "eth2"), node("hold-time").op(TVK_OPERATION_DELETE)),
@@ -138,6 +138,34 @@ private:
     tvk_session session_{&sessions_};
 };
 
+// A request that concerns the module, from its begin to its end.
+class MappedRequest {
+public:
+    MappedRequest(const tvk_map_module &module, tvk_map_ctx ctx) : module_(module), ctx_(ctx) {}
+    ~MappedRequest() {
+        if (has_begun_ && module_.end_request != nullptr) {
+            module_.end_request(ctx_);
+        }
+        if (ctx_->mapping_data != nullptr) {
+            module_.release_data(ctx_->mapping_data);
+        }
+        kel_named_free(ctx_->failure_reason);
+    }
+    MappedRequest(const MappedRequest &) = delete;
+    MappedRequest &operator=(const MappedRequest &) = delete;
+
+    qerrno handle(const Tree &request, const Tree &target) const {
+        const qerrno status = module_.begin_request != nullptr ? module_.begin_request(ctx_) : TVK_OK;
+        has_begun_ = status == TVK_OK;
+        return has_begun_ ? module_.containers[0].handler(ctx_, request.get(), target.get()) : status;
+    }
+
+private:
+    const tvk_map_module &module_;
+    tvk_map_ctx ctx_;
+    mutable bool has_begun_ = false;
+};
+
 class RequestOutOfMemory : public HeapTest {
 protected:
     static void expect_walk_is_over(const tvk_map_request_state &state) {
@@ -149,11 +177,11 @@ protected:
     // Runs the edit; returns what it made of the target.
     static Tree edit(AllocationFailure &failure, const std::string &mapping_name, const Node &description,
                      qerrno &status) {
-        const tvk_map_module_container &mapped = example(mapping_name);
         Tree request = description;
         Tree target = root();
         MappingContext mapping;
-        status = failure.during([&] { return mapped.handler(mapping.ctx, request.get(), target.get()); });
+        const MappedRequest mapped(example(mapping_name), mapping.ctx);
+        status = failure.during([&] { return mapped.handle(request, target); });
         expect_walk_is_over(*mapping.state);
         return target;
     }
@@ -161,15 +189,15 @@ protected:
     // Answers the get as a framework does, marking by names or by values.
     static Tree get(AllocationFailure &failure, const std::string &mapping_name, const Node &filter, const Node &native,
                     decltype(tvk_map_dfs_filter_mark) *mark, qerrno &status) {
-        const tvk_map_module_container &mapped = example(mapping_name);
         Tree request = filter;
         Tree response = root();
         MappingContext mapping(TVK_REQUEST_GET);
         mapping.state->datatree = request.get();
         mapping.state->build_flags = TVK_BUILD_FILTERED;
         const Database database(mapping, native);
+        const MappedRequest mapped(example(mapping_name), mapping.ctx);
         status = failure.during([&] {
-            const qerrno mapped_status = mapped.handler(mapping.ctx, request.get(), response.get());
+            const qerrno mapped_status = mapped.handle(request, response);
             if (mapped_status == TVK_OK && response->subtree_count > 0) {
                 mark(mapping.ctx, request.get(), response->subtrees);
                 tvk_map_dfs_filter_sweep(mapping.ctx, response->subtrees);

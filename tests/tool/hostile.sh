@@ -81,7 +81,7 @@ list "style sheet and schema" 0 out "schemaLocation=urn:a secret\.txt" \
 # Depth, width and length.
 { repeat 100000 '<a>' && repeat 100000 '</a>'; } | refused "100,000 levels" 1 "not well-formed XML: .*depth"
 { echo "<interfaces xmlns='$oc'>" && repeat 1000000 '<interface/>' && echo '</interfaces>'; } |
-    edit "1,000,000 children" 1 out "<error-tag>data-missing</error-tag>"
+    edit "1,000,000 children" 1 out "<error-tag>missing-element</error-tag>"
 expect "1,000,000 children" 0 out "^    interface *$" print document.xml
 { echo '<filter>' && repeat 100000 "<top xmlns='urn:example:deep'><a/></top>" && echo '</filter>'; } |
     read_deep "100,000 filters of one name" 0 out "<data/>"
