@@ -8,6 +8,7 @@
 #include "inputs.h"
 #include "mapping.h"
 #include "mapping_run.h"
+#include "request_values.h"
 #include "xml_encode.h"
 
 namespace tvk::bench {
@@ -19,11 +20,12 @@ struct Edit {
     std::string reply;
 };
 
-void run_edit(const tool::MappingModule &module, const std::string &file, Edit &edit) {
+void run_edit(const tool::Mappings &mappings, const std::string &file, Edit &edit) {
     tool::read_edit(tool::XmlDocument::read(file, tool::kEditLayout), edit.trees.request);
     tool::Framework framework(false);
     tool::RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
-    if (tool::walk(module, scope, edit.trees.request, edit.trees.native, tool::Unmapped::kRefused)) {
+    tool::resolve_identities(mappings, edit.trees.request);
+    if (!tool::walk(mappings, scope, edit.trees.request, edit.trees.native, tool::UnmappedTops::kRefused).empty()) {
         throw std::runtime_error("the mapping refused the request");
     }
     edit.reply = tool::encode_config(edit.trees.native.root());
@@ -34,10 +36,10 @@ void run_edit(const tool::MappingModule &module, const std::string &file, Edit &
 constexpr std::size_t kNativeNodesPerEntry = 15;
 
 const Benchmark edit("edit", "tvk_map", [](benchmark::State &state, std::size_t n) {
-    static const tool::MappingModule module = tool::MappingModule::load(TVK_BENCH_MODULE);
+    static const tool::Mappings mappings = tool::Mappings::load({TVK_BENCH_MODULE});
     const std::string &file = document_file(n);
     measure(
-        state, 1 + kNativeNodesPerEntry * n, [] { return Edit(); }, [&](Edit &run) { run_edit(module, file, run); },
+        state, 1 + kNativeNodesPerEntry * n, [] { return Edit(); }, [&](Edit &run) { run_edit(mappings, file, run); },
         [](const Edit &run) {
             if (run.reply.find("<interface-configurations") == std::string::npos) {
                 throw std::runtime_error("the native tree was not written");

@@ -21,13 +21,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::string given = input.text('\f');
     run_both_ways(failing_allocation, [&](tool::Framework &framework) {
         tool::RequestTrees trees;
-        const auto message_id =
+        const tool::EditParameters parameters =
             tool::read_edit(tool::XmlDocument::parse(request, "the request", tool::kEditLayout), trees.request);
         if (native != 0) {
             const std::string &bytes = native == 1 ? example.native_before_edit : given;
-            tool::take_data(tool::XmlDocument::parse(bytes, "the native data", tool::kDataLayout), trees.native);
+            tool::take_data(tool::XmlDocument::parse(bytes, "the native data", tool::kNativeLayout), trees.native);
         }
-        const tool::Reply reply = tool::answer_edit(example.module, framework, trees, message_id, listing);
+        const tool::Reply reply = tool::answer_edit(example.mappings, framework, trees, parameters, listing);
         if (!listing) {
             require_document(reply);
         }

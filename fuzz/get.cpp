@@ -22,11 +22,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     run_both_ways(failing_allocation, [&](tool::Framework &framework) {
         tool::RequestTrees trees;
         const tool::GetParameters parameters = tool::read_get(
-            tool::XmlDocument::parse(filter, "the filter", tool::kGetLayout), example.module, trees.request);
+            tool::XmlDocument::parse(filter, "the filter", tool::kGetLayout), example.mappings, trees.asked);
         tool::take_data(tool::XmlDocument::parse(is_native_given ? given : example.native_device, "the native data",
-                                                 tool::kDataLayout),
+                                                 tool::kNativeLayout),
                         trees.native);
-        const tool::Reply reply = tool::answer_get(example.module, framework, trees, parameters, mark, false);
+        tool::Session session(framework, trees.native.root());
+        const tool::Reply reply =
+            tool::answer_get(example.mappings, framework, session, trees, parameters, mark, false);
         require_document(reply);
         return reply;
     });

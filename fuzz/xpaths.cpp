@@ -45,13 +45,6 @@ public:
             require(*places[i] == nullptr || is_same(*places[i], i), "an installed node has moved");
         }
     }
-    // Takes out what is no longer where it was. At its place may be another node.
-    void drop_moved() const {
-        const std::vector<Record **> places = installed(world_);
-        for (std::size_t i = 0; i < places.size(); ++i) {
-            *places[i] = is_same(*places[i], i) ? *places[i] : nullptr;
-        }
-    }
 
 private:
     bool is_same(const Record *node, std::size_t number) const {
@@ -111,17 +104,14 @@ std::string stitch(World &world, Input &input) {
     return world.outcome(status, record.result);
 }
 
-// Whoever changes the tree otherwise has to look after what is installed: here, to take it out.
 std::string add_path(World &world, Input &input) {
     constexpr int kFlags[] = {0, TVK_ADD_RELATIVE, TVK_ADD_TRIM_PENDING, TVK_ADD_UNFILTERED};
-    const Marks marks(world);
     const std::string path = read_path(input);
     const int flags = input.pick(kFlags);
     const int append = input.flag() ? 1 : 0;
     Record *added = nullptr;
     const qerrno status = tvk_map_datatree_add_path_flagged(world.ctx(), &world.some_node(input), path.c_str(), kNs[0],
                                                             "1", nullptr, &added, append, flags);
-    marks.drop_moved();
     return world.outcome(status, added);
 }
 
@@ -172,7 +162,7 @@ constexpr Step kSteps[] = {{"xpath", followed<operate, true>},
                            {"xpath", followed<operate, true>},
                            {"stitch list", followed<stitch<tvk_map_stitch_list_to_list>, false>},
                            {"stitch container", followed<stitch<tvk_map_stitch_container_to_list>, false>},
-                           {"add path", add_path},
+                           {"add path", followed<add_path, true>},
                            {"tokens", followed<from_tokens, false>},
                            {"walk", followed<walk, false>},
                            {"release", followed<release, false>}};

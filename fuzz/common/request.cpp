@@ -12,7 +12,7 @@ namespace {
 
 Example load(const char *name) {
     const std::string folder = std::string(TVK_EXAMPLES_FOLDER "/") + name;
-    return {tool::MappingModule::load(name), read_file(folder + "/native-before-edit.xml"),
+    return {tool::Mappings::load({name}), read_file(folder + "/native-before-edit.xml"),
             read_file(folder + "/native-device.xml")};
 }
 

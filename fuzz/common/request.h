@@ -15,7 +15,7 @@
 namespace tvk::fuzz {
 
 struct Example {
-    tool::MappingModule module;
+    tool::Mappings mappings;
     std::string native_before_edit;
     std::string native_device;
 };

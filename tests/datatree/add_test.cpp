@@ -182,6 +182,7 @@ TEST_F(AddPath, GoesWhereTheRequestStands) {
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.why);
+        clear_logs();
         const Tree places[] = {Tree(root()), Tree(root()), Tree(root())};
         state->build_flags = row.build_flags;
         state->pending_trim_path = row.pending;
@@ -189,6 +190,7 @@ TEST_F(AddPath, GoesWhereTheRequestStands) {
         state->output_list_count = row.entry != nullptr ? 2 : 0;
         state->output_list[1] = {places[kEntry].get(), row.entry, nullptr, 0};
         EXPECT_STATUS(row.place == kNowhere ? TVK_ERR_NOT_FOUND : TVK_OK, add(places[kTree], "x/a/b", row.flags));
+        EXPECT_EQ(row.place == kNowhere || (row.pending == other && row.place == kTree) ? 2u : 0u, errors().size());
         for (int i = kTree; i <= kEntry; ++i) {
             const qidl_tvk_datatree *first = places[i]->subtrees;
             EXPECT_STREQ(i == row.place ? row.added.c_str() : nullptr, first != nullptr ? first->tag : nullptr);
@@ -200,6 +202,29 @@ TEST_F(AddPath, GoesWhereTheRequestStands) {
     state->pending_list_node = nullptr;
     EXPECT_STATUS(TVK_ERR_INVALID, add(Tree(root()), "x/a/b")) << "there is nowhere to put it";
     state->pending_trim_path = nullptr;
+}
+
+TEST_F(AddPath, PutsABundleOnSubinterface0) {
+    char name[] = "b1.0";
+    mapping.context.intf_name = name;
+    const auto placed = [&](const char *path) {
+        const auto configuration = [](const char *of) {
+            return node("interface-configuration")(leaf("interface-name", of), leaf("interface-virtual", ""));
+        };
+        Tree tree = node("top", kSketchedNs)(configuration("b1"), configuration(name));
+        mapping.context.intf_config_flag = 1;
+        EXPECT_STATUS(TVK_OK, tvk_map_datatree_add_path(ctx, tree.get(), path, kSketchedNs, "1", nullptr, nullptr, 0));
+        tvk_map_forget_children(ctx, nullptr);
+        std::string text = sketch(*tree);
+        return text.substr(text.find("interface-virtual=") + 18);
+    };
+    const std::string second = ",interface-configuration(interface-name=b1.0,interface-virtual=";
+    EXPECT_EQ(")" + second + ",x=1))", placed("interface-configuration/x"));
+    EXPECT_EQ(")" + second + ",bundle,x=1))", placed("interface-configuration/bundle/x"));
+    EXPECT_EQ(")" + second + ",bundle(mode=1)))", placed("interface-configuration/bundle/mode"));
+    EXPECT_EQ(")" + second + ",bundle(mode,x=1)))", placed("interface-configuration/bundle/mode/x"));
+    EXPECT_EQ(")" + second + ",lacp(links(a),b=1)))", placed("interface-configuration/lacp/links/a/b"));
+    EXPECT_EQ(",mode(a),b=1)" + second + "))", placed("interface-configuration/mode/a/b")) << "whatever holds it";
 }
 
 }  // namespace

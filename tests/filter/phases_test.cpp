@@ -186,6 +186,11 @@ TEST_F(Phases, CompactionMovesWithoutMemoryAndKeepsTheFrameworksBits) {
     EXPECT_EQ(value, tree->subtrees[0].data);
     EXPECT_EQ(nullptr, tree->subtrees[2].tag) << "what moved is not there twice";
     EXPECT_EQ(0, tree->subtrees[2].presence);
+    const Tree whole = node("t").kind(kAll)(node("a"));
+    tvk_platform_fail_allocation(1, 1);
+    tvk_map_dfs_filter_sweep(ctx, whole.get());
+    tvk_platform_fail_allocation(0, 0);
+    EXPECT_TREE(node("t").kind(kAll)(node("a")), whole);
     const Tree emptied = node("t")(node("a").with(0x8000u));
     tvk_map_dfs_filter_sweep(ctx, emptied.get());
     EXPECT_EQ(0x8000, emptied->subtrees[0].presence);

@@ -41,7 +41,18 @@ qerrno map_top(tvk_map_ctx ctx, const Node *node, Node *target) {
 }
 
 constexpr tvk_map_module_container kTops[] = {{"top", kNs, map_top}};
-constexpr tvk_map_module kModule = {TVK_MAP_MODULE_VERSION, "deep_mapping", 1, kTops};
+constexpr tvk_map_module kModule = {
+    .version = TVK_MAP_MODULE_VERSION,
+    .name = "deep_mapping",
+    .container_count = 1,
+    .containers = kTops,
+    .begin_request = nullptr,
+    .end_request = nullptr,
+    .release_data = nullptr,
+    .identities = nullptr,
+    .native_lists = nullptr,
+    .flags = TVK_MAP_MODULE_TAKES_INSERT,
+};
 
 }  // namespace
 

@@ -69,8 +69,7 @@ TEST_F(Xpath, AddMakesWhatIsMissing) {
         {"any entry has no keys", "/l[]/x", root()(entry("1")), root()(entry("1")(x)), "l"},
         {"all keys must match", "/l[k=1][m=2]/", root()(both), root()(both, entry("1").index(2)(made("m", "2"))),
          "l[2]"},
-        {"an unmarked value is none", "/l[k=1]/", root()(made("l")(unmarked)),
-         root()(made("l")(unmarked), entry("1").index(2)), "l[2]"},
+        {"an unmarked value is one", "/l[k=1]/x", root()(made("l")(unmarked)), root()(made("l")(unmarked, x)), "l"},
         {"deleted entries are absent", "/l[k=1]/x", root()(deleted, removed),
          root()(deleted, removed, entry("1").index(3)(x)), "l[3]"},
         {"deleted containers are not", "/a/x", root()(gone), root()(Node(gone)(x)), "a"},
@@ -85,6 +84,9 @@ TEST_F(Xpath, AddMakesWhatIsMissing) {
         EXPECT_EQ(Lines{}, errors());
         tvk_map_forget_children(ctx, nullptr);
     }
+    Tree tree = root()(made("l")(unmarked));
+    EXPECT_STATUS(TVK_OK, run(ctx, tree, TVK_XPATH_READ, "/l[k=1]/k"));
+    EXPECT_STREQ("1", record.value) << "an unmarked value is read, too";
 }
 
 TEST_F(Xpath, UnusableRecordsAreRefusedWithoutAWord) {

@@ -7,24 +7,32 @@ namespace tvk::tool {
 namespace {
 
 bool is_wrapper(const xmlNode *root) {
-    return is_envelope(root, "data") || is_envelope(root, "config");
+    return is_reply(root) || is_envelope(root, "config");
 }
 
 bool is_file_data(const xmlNode *element) {
-    return parent_element(element) != nullptr || !is_wrapper(element);
+    const xmlNode *parent = parent_element(element);
+    if (parent == nullptr) {
+        return !is_wrapper(element);
+    }
+    return !is_envelope(parent, "rpc-reply");
 }
 
 }  // namespace
 
 const Layout kDataLayout{is_file_data, Values::kAsWritten};
+const Layout kNativeLayout{is_file_data, Values::kAsWritten, Edits::kRefused};
 
 void take_data(XmlDocument document, TreeHolder &data) {
     xmlNode *root = document.root();
-    move_data(is_wrapper(root) ? document.child_elements(root) : std::vector{root}, data.root());
+    const std::vector<xmlNode *> tops = is_reply(root)                ? open_reply(document, root)
+                                        : is_envelope(root, "config") ? document.child_elements(root)
+                                                                      : std::vector{root};
+    move_data(tops, data.root());
 }
 
-void read_data(const std::string &path, TreeHolder &data) {
-    take_data(XmlDocument::read(path, kDataLayout), data);
+void read_data(const std::string &path, const Layout &layout, TreeHolder &data) {
+    take_data(XmlDocument::read(path, layout), data);
 }
 
 }  // namespace tvk::tool

@@ -8,13 +8,15 @@
 
 namespace tvk::tool {
 
-// Data are the children of a <data> or <config> root, or the root itself.
+// Data are the children of a <config>, of a <data>, also of one in an <rpc-reply>, or else the root itself. Operations
+// and the places of entries are refused in native data, which edits and reads start from.
 extern const Layout kDataLayout;
+extern const Layout kNativeLayout;
 
-// Moves the top nodes out of a document of that layout. Throws UsageError.
+// Moves the top nodes out of a document of either layout. Throws UsageError.
 void take_data(XmlDocument document, TreeHolder &data);
 
 // Those of a file, "-" for standard input. Throws UsageError.
-void read_data(const std::string &path, TreeHolder &data);
+void read_data(const std::string &path, const Layout &layout, TreeHolder &data);
 
 }  // namespace tvk::tool

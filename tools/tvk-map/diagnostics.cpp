@@ -23,7 +23,7 @@ std::string shortened(const std::string &reason) {
 }
 
 std::string located(const std::string &file, long line, const std::string &reason) {
-    return (line > 0 ? file + ":" + std::to_string(line) : file) + ": " + shortened(reason);
+    return (line > 0 ? file + ":" + std::to_string(line) : file) + ": " + shortened(printable(reason));
 }
 
 bool colour_wanted() {
@@ -33,12 +33,31 @@ bool colour_wanted() {
 
 }  // namespace
 
+std::string printable(const std::string &text) {
+    std::string shown;
+    shown.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
+        const bool is_c1 = byte == 0xc2 && next >= 0x80 && next < 0xa0;  // in UTF-8
+        if (byte >= ' ' && byte != 0x7f && !is_c1) {
+            shown += text[i];
+            continue;
+        }
+        char escaped[8];
+        std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(is_c1 ? next : byte));
+        shown += byte == '\n' ? "\\n" : byte == '\r' ? "\\r" : byte == '\t' ? "\\t" : escaped;
+        i += is_c1 ? 1 : 0;
+    }
+    return shown;
+}
+
 UsageError::UsageError(const std::string &file, long line, const std::string &reason)
     : std::runtime_error(located(file, line, reason)) {}
 
 void report(const std::string &text) {
     const char *prefix = colour_wanted() ? "\033[1;31mtvk-map:\033[0m" : "tvk-map:";
-    std::fprintf(stderr, "%s %s\n", prefix, text.c_str());
+    std::fprintf(stderr, "%s %s\n", prefix, printable(text).c_str());
 }
 
 }  // namespace tvk::tool

@@ -21,6 +21,9 @@ public:
     UsageError(const std::string &file, long line, const std::string &reason);
 };
 
+// A text for a terminal or a log: control characters, of which a document may be full, are written as \n, \t or \x1b.
+std::string printable(const std::string &text);
+
 // Writes "tvk-map: text" to standard error, its first word in colour on a terminal unless NO_COLOR is set.
 void report(const std::string &text);
 

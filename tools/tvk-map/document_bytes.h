@@ -5,13 +5,20 @@
 
 namespace tvk::tool {
 
+struct DocumentBytes {
+    std::string text;         // ASCII where it matters: in UTF-8, US-ASCII or ISO 8859-1
+    bool is_recoded = false;  // the text does not have the encoding that it declares
+};
+
 /*
- * Throws UsageError, with name and line, for
+ * Takes off the framing of a NETCONF session around a single message, end-of-message or chunked, and makes UTF-8 of
+ * UTF-16. Throws UsageError, with name and line, for
  *   - a document without bytes, or with more than the parser counts;
+ *   - JSON, and framing around no or several messages;
+ *   - an encoding that is none of these;
  *   - a zero byte, which to the parser is the end of the document;
  *   - more than 1,000 attributes in one tag, since the parser compares each with all others.
- * The last two are looked for in encodings that are ASCII where it matters, not in UTF-16 and the like.
  */
-void check_bytes(const std::string &bytes, const std::string &name);
+DocumentBytes prepare_bytes(std::string bytes, const std::string &name);
 
 }  // namespace tvk::tool

@@ -1,53 +1,90 @@
 #include "edit_command.h"
 
+#include "apply_command.h"
 #include "data_file.h"
-#include "edit_request.h"
+#include "edit_defaults.h"
+#include "operation.h"
 #include "output.h"
+#include "request_values.h"
 #include "xml_encode.h"
 
 namespace tvk::tool {
 
 namespace {
 
-std::optional<RpcError> edit(const MappingModule &module, Framework &framework, RequestTrees &trees) {
+TopNames mapped_tops(const Mappings &mappings) {
+    TopNames names;
+    for (const MappingModule &module : mappings.modules()) {
+        for (const tvk_map_module_container &container : module.containers()) {
+            names.emplace_back(container.tag, container.ns);
+        }
+    }
+    return names;
+}
+
+std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees) {
     RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
-    return walk(module, scope, trees.request, trees.native, Unmapped::kRefused);
+    std::vector<RpcError> errors = walk(mappings, scope, trees.request, trees.native, UnmappedTops::kRefused);
+    return errors.empty() ? refuse_texts(trees.request.root()) : errors;
 }
 
 }  // namespace
 
-std::optional<std::string> read_edit(XmlDocument document, TreeHolder &request) {
+EditParameters read_edit(XmlDocument document, TreeHolder &request) {
     EditPayload payload = find_edit_payload(document);
     move_data(payload.tops, request.root());
-    for (Node &top : request.tops()) {
-        if (payload.default_operation && (top.presence & TVK_HAS_OPERATION) == 0) {
-            top.operation = *payload.default_operation;
-            set_present(top, TVK_HAS_OPERATION);
-        }
-    }
-    return payload.message_id;
+    return {payload.message_id, payload.default_operation, payload.is_whole};
 }
 
-Reply answer_edit(const MappingModule &module, Framework &framework, RequestTrees &trees,
-                  const std::optional<std::string> &message_id, bool tree) {
-    if (const std::optional<RpcError> error = edit(module, framework, trees)) {
-        return refusal(*error, message_id);
+std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,
+                                const EditParameters &parameters) {
+    resolve_identities(mappings, trees.request);
+    std::vector<RpcError> errors = refuse_inserts(mappings, trees.request);
+    if (!errors.empty()) {
+        return errors;
     }
-    const Node &result = trees.native.root();
-    return encoded([&] { return tree ? tree_listing(result) : encode_config(result); }, message_id);
+    if (parameters.is_whole) {
+        replace_all(trees.request, mapped_tops(mappings));
+    } else if (parameters.default_operation == kNoOperation) {
+        errors = drop_what_does_nothing(mappings, framework, trees);
+    } else if (parameters.default_operation) {
+        give_operation_to_tops(trees.request, *parameters.default_operation);
+    }
+    return errors.empty() ? walk_edit(mappings, framework, trees) : errors;
+}
+
+Reply answer_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees, const EditParameters &parameters,
+                  bool tree) {
+    const std::vector<RpcError> errors = make_edit(mappings, framework, trees, parameters);
+    if (!errors.empty()) {
+        return refusal(errors, parameters.message_id);
+    }
+    return config_reply(trees.native.root(), parameters.message_id, tree);
 }
 
 int run_edit(const EditOptions &options) {
     check_inputs(options.request, options.into, "only one of REQUEST and --into can be standard input");
-    const MappingModule module = MappingModule::load(options.mapping);
+    const Mappings mappings = Mappings::load(options.mappings);
     RequestTrees trees;
-    const std::optional<std::string> message_id =
-        read_edit(XmlDocument::read(options.request, kEditLayout), trees.request);
+    const EditParameters parameters = read_edit(XmlDocument::read(options.request, kEditLayout), trees.request);
+    TreeHolder before;
     if (!options.into.empty()) {
-        read_data(options.into, trees.native);
+        read_data(options.into, kNativeLayout, trees.native);
+        if (options.apply) {
+            copy_tree(trees.native.root(), before.root());
+        }
     }
     Framework framework(options.trace);
-    return print(answer_edit(module, framework, trees, message_id, options.tree));
+    if (!options.apply) {
+        return print(answer_edit(mappings, framework, trees, parameters, options.tree));
+    }
+    const std::vector<RpcError> errors = make_edit(mappings, framework, trees, parameters);
+    if (!errors.empty()) {
+        return print(refusal(errors, parameters.message_id));
+    }
+    Shapes shapes(mappings);
+    return print(answer_apply(before, trees.native.root(), TVK_OPERATION_MERGE, shapes,
+                              {parameters.message_id, options.changes, options.tree}));
 }
 
 }  // namespace tvk::tool

@@ -17,7 +17,7 @@ std::optional<uint32_t> default_operation_of(const XmlDocument &document, const 
     if (text != "merge" && text != "replace" && text != "none") {
         document.fail(element, "default-operation \"" + text + "\" is none of merge, replace, none");
     }
-    return index_of_name(kOperationNames, text);
+    return text == "none" ? kNoOperation : *index_of_name(kOperationNames, text);
 }
 
 std::vector<xmlNode *> open_config(const XmlDocument &document, const xmlNode *config) {
@@ -34,11 +34,20 @@ void read_operation(const XmlDocument &document, const xmlNode *operation, EditP
         const xmlNode *source = find_envelope(document, operation, "source");
         place = source != nullptr ? source : operation;
     }
+    if (is_envelope(operation, "edit-config")) {
+        check_children(document, operation, {"target", "default-operation", "test-option", "error-option", "config"});
+    } else {
+        check_children(document, operation, {"target", "source", "config", "with-defaults"});
+        if (place != operation) {
+            check_children(document, place, {"config"});
+        }
+    }
     const xmlNode *config = find_envelope(document, place, "config");
     if (config == nullptr) {
         document.fail(place, named(place) + " holds no <config>");
     }
     payload.tops = open_config(document, config);
+    payload.is_whole = is_envelope(operation, "copy-config");
     if (is_envelope(operation, "edit-config")) {
         payload.default_operation = default_operation_of(document, operation);
     }
@@ -50,12 +59,12 @@ bool is_edit_operation(const xmlNode *element) {
 
 // Of a root: whether it is around the data and not data itself.
 bool is_message(const xmlNode *root) {
-    return is_envelope(root, "rpc") || is_edit_operation(root) || is_envelope(root, "config");
+    return is_envelope(root, "rpc") || is_edit_operation(root) || is_envelope(root, "config") || is_reply(root);
 }
 
 bool is_edit_data(const xmlNode *element) {
     const xmlNode *parent = parent_element(element);
-    return parent != nullptr ? is_envelope(parent, "config") : !is_message(element);
+    return parent != nullptr ? is_envelope(parent, "config") || is_envelope(parent, "data") : !is_message(element);
 }
 
 void read_rpc(const XmlDocument &document, xmlNode *element, EditPayload &payload) {
@@ -83,6 +92,8 @@ EditPayload find_edit_payload(const XmlDocument &document) {
         read_rpc(document, root, payload);
     } else if (is_edit_operation(root)) {
         read_operation(document, root, payload);
+    } else if (is_reply(root)) {
+        payload.tops = open_reply(document, root);
     } else {
         payload.tops = open_config(document, root);
     }

@@ -15,16 +15,17 @@ namespace tvk::tool {
 // The payload of an edit request.
 struct EditPayload {
     std::vector<xmlNode *> tops;  // top containers, in document order
+    bool is_whole = false;        // they replace the whole configuration: <copy-config>
     std::optional<std::string> message_id;
-    std::optional<uint32_t> default_operation;  // what top containers without an operation get
+    std::optional<uint32_t> default_operation;  // of top containers without one of their own
 };
 
-// Data are the elements of a <config>, or a root that belongs to no message.
+// Data are the elements of a <config> or <data>, or a root that belongs to no message.
 extern const Layout kEditLayout;
 
 /*
  * Finds the top containers of an edit: an <rpc> with <edit-config> or <copy-config>, one of these alone, a <config>,
- * or a bare top container. Throws UsageError when the message asks for something else.
+ * what a get was answered with, or a bare top container. Throws UsageError when the message asks for something else.
  */
 EditPayload find_edit_payload(const XmlDocument &document);
 

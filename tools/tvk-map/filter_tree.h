@@ -1,5 +1,8 @@
-// The filter of a read as a tree, and what it leaves of a response.
+// The filter of a read as a tree: what mappings and filter engine get of what a client asks for.
 #pragma once
+
+#include <set>
+#include <string>
 
 #include "framework.h"
 #include "module_loader.h"
@@ -7,19 +10,28 @@
 
 namespace tvk::tool {
 
-// The filter that selects all that the module maps. filter has no nodes yet.
-void select_everything(const MappingModule &module, TreeHolder &filter);
+// The filter that selects all that the modules map. filter has no nodes yet.
+void select_everything(const Mappings &mappings, TreeHolder &filter);
+
+// Lists that are walked without conditions, by the tags from the top container down: "a/b/c".
+using OpenLists = std::set<std::string>;
 
 /*
- * Makes top nodes of the same tag and namespace one, with the children of all; one without children, which selects
- * everything, leaves the others nothing to say.
+ * Makes walked, which has no nodes yet, a filter that selects at least what asked does, and that mappings and engine
+ * get along with:
+ *   - nodes of the same name are one, with what all of them ask for, unless each names other values of the same
+ *     leaves, as for entries of a list by their keys; these stay apart, one for each value, with the values first;
+ *   - what holds nodes without a namespace, which select in any, is asked for whole; a top container without one
+ *     stands there for each container of its name that is mapped;
+ *   - the lists of open are asked for whole.
  */
-void merge_tops(TreeHolder &filter);
+void widen(const Mappings &mappings, const Node &asked, const OpenLists &open, TreeHolder &walked);
 
 // Marks a response against a filter, whose roots correspond.
 using MarkPhase = uint32_t (*)(tvk_map_ctx ctx, Node *filter, Node *response);
 
-// Leaves of response what filter selects: marks each top node against the filter's top node of its name, and sweeps it.
-void prune(RequestScope &scope, MarkPhase mark, TreeHolder &filter, TreeHolder &response);
+// Leaves of response what walked selects by the rules of the engine, and of that what asked selects by those of
+// NETCONF. A top container of which nothing is left goes.
+void prune(RequestScope &scope, MarkPhase mark, const Node &asked, TreeHolder &walked, TreeHolder &response);
 
 }  // namespace tvk::tool

@@ -1,5 +1,6 @@
 #include "framework.h"
 
+#include <algorithm>
 #include <new>
 
 #include "kel_memory.h"
@@ -13,6 +14,15 @@ namespace tvk::tool {
 namespace {
 
 constexpr uint32_t kSessionId = 1;
+
+void note_unmapped(tvk_map_context *ctx, const qidl_tvk_datatree *node) {
+    auto &unmapped = *static_cast<Unmapped *>(ctx->framework_data);
+    try {
+        unmapped.nodes.push_back(node);
+    } catch (const std::bad_alloc &) {  // which may not pass through the library
+        unmapped.lost_some = true;
+    }
+}
 
 }  // namespace
 
@@ -31,6 +41,20 @@ Framework::~Framework() {
     }
 }
 
+MappingMemory::~MappingMemory() {
+    for (const Entry &entry : entries_) {
+        if (entry.data != nullptr && entry.module->release_data != nullptr) {
+            entry.module->release_data(entry.data);
+        }
+    }
+}
+
+void *&MappingMemory::of(const tvk_map_module &module) {
+    const auto entry =
+        std::find_if(entries_.begin(), entries_.end(), [&](const Entry &other) { return other.module == &module; });
+    return entry != entries_.end() ? entry->data : entries_.emplace_back(Entry{&module, nullptr}).data;
+}
+
 Session::Session(Framework &framework, qidl_tvk_datatree &database)
     : framework_(framework.context()),
       connections_a_{&database, &database},
@@ -44,8 +68,8 @@ Session::~Session() {
     tvk_platform_set_session(framework_, kSessionId, nullptr);
 }
 
-RequestScope::RequestScope(Framework &framework, uint32_t request_type, uint8_t with_defaults)
-    : state_(std::make_unique<tvk_map_request_state>()) {
+RequestScope::RequestScope(Framework &framework, uint32_t request_type, uint8_t with_defaults, MappingMemory *memory)
+    : state_(std::make_unique<tvk_map_request_state>()), memory_(memory != nullptr ? *memory : own_memory_) {
     request_.type = request_type;
     request_.session_id = kSessionId;
     request_.presence = TVK_REQUEST_HAS_SESSION_ID;
@@ -61,9 +85,12 @@ RequestScope::RequestScope(Framework &framework, uint32_t request_type, uint8_t 
     mapping_context_.trace_enabled = framework.context()->trace_enabled;
     mapping_context_.dfs_trace = framework.context()->trace_enabled;
     mapping_context_.index_children_from = framework.index_children_from();
+    mapping_context_.note_unmapped = note_unmapped;
+    mapping_context_.framework_data = &unmapped_;
 }
 
 RequestScope::~RequestScope() {
+    end_modules();
     mapping_context_.trace_enabled = 0;  // clearing up is not part of the request
     tvk_map_forget_children(ctx(), nullptr);
     release_stacks();
@@ -71,11 +98,50 @@ RequestScope::~RequestScope() {
     release_texts();
 }
 
-void RequestScope::enter(qidl_tvk_datatree &container) {
+qerrno RequestScope::enter(const tvk_map_module &module, qidl_tvk_datatree &container) {
     state_->datatree = &container;
-    if (request_.type == TVK_REQUEST_GET || request_.type == TVK_REQUEST_GET_CONFIG) {
+    if (is_read()) {
         state_->build_flags = TVK_BUILD_FILTERED;
     }
+    if (shown_ == &module) {
+        return TVK_OK;
+    }
+    const bool is_begun = std::find(begun_.begin(), begun_.end(), &module) != begun_.end();
+    if (!is_begun) {
+        memory_.of(module);
+        begun_.reserve(begun_.size() + 1);
+    }
+    show(&module);
+    if (is_begun) {
+        return TVK_OK;
+    }
+    const qerrno status = module.begin_request != nullptr ? module.begin_request(ctx()) : TVK_OK;
+    if (status == TVK_OK) {
+        begun_.push_back(&module);
+    }
+    return status;
+}
+
+bool RequestScope::is_read() const {
+    return request_.type == TVK_REQUEST_GET || request_.type == TVK_REQUEST_GET_CONFIG;
+}
+
+void RequestScope::show(const tvk_map_module *module) {
+    if (shown_ != nullptr) {
+        memory_.of(*shown_) = mapping_context_.mapping_data;
+    }
+    shown_ = module;
+    mapping_context_.mapping_data = module != nullptr ? memory_.of(*module) : nullptr;
+}
+
+void RequestScope::end_modules() {
+    for (const tvk_map_module *module : begun_) {
+        show(module);
+        if (module->end_request != nullptr) {
+            module->end_request(ctx());
+        }
+    }
+    show(nullptr);
 }
 
 void RequestScope::release_stacks() {
@@ -104,6 +170,7 @@ void RequestScope::release_texts() {
     kel_named_free(state_->error_xpath);
     kel_named_free(state_->error_xpath_ns);
     kel_named_free(mapping_context_.current_list_node);
+    kel_named_free(mapping_context_.failure_reason);
 }
 
 }  // namespace tvk::tool

@@ -5,6 +5,8 @@
 #include "data_file.h"
 #include "diagnostics.h"
 #include "output.h"
+#include "request_errors.h"
+#include "request_values.h"
 #include "tvk_map_filter.h"
 #include "with_defaults.h"
 
@@ -27,25 +29,44 @@ uint8_t mode_of(const std::string &name) {
     return *mode;
 }
 
-std::optional<RpcError> get(const MappingModule &module, Framework &framework, const GetParameters &parameters,
-                            MarkPhase mark, RequestTrees &trees) {
-    Session session(framework, trees.native.root());
-    RequestScope scope(framework, parameters.type, parameters.with_defaults);
-    std::optional<RpcError> error = walk(module, scope, trees.request, trees.response, Unmapped::kPassedOver);
-    if (!error) {
+// One walk. Where the library refuses conditions of a list, since they name some of its keys and not all, list gets its
+// place.
+std::vector<RpcError> walk_filter(const Mappings &mappings, Framework &framework, Session &session,
+                                  const GetParameters &parameters, MarkPhase mark, RequestTrees &trees,
+                                  std::string &list) {
+    RequestScope scope(framework, parameters.type, parameters.with_defaults, &session.memory());
+    qerrno failure = TVK_OK;
+    std::vector<RpcError> errors =
+        walk(mappings, scope, trees.request, trees.response, UnmappedTops::kPassedOver, &failure);
+    if (errors.empty()) {
         own_arrays(trees.response.root(), {&trees.native.root(), &trees.request.root()});
-        prune(scope, mark, trees.request, trees.response);
+        prune(scope, mark, trees.asked.root(), trees.request, trees.response);
+    } else if (failure == TVK_ERR_LIST_KEY) {
+        list = tags_of_error_path(scope, trees.request.root());
     }
-    return error;
+    return errors;
 }
 
-GetParameters read_request(const GetOptions &options, const MappingModule &module, TreeHolder &filter) {
+std::vector<RpcError> get(const Mappings &mappings, Framework &framework, Session &session,
+                          const GetParameters &parameters, MarkPhase mark, RequestTrees &trees) {
+    resolve_identities(mappings, trees.asked);
+    for (OpenLists open;;) {
+        widen(mappings, trees.asked.root(), open, trees.request);
+        std::string list;
+        std::vector<RpcError> errors = walk_filter(mappings, framework, session, parameters, mark, trees, list);
+        if (list.empty() || !open.insert(list).second) {
+            return errors;
+        }
+        trees.clear_walk();
+    }
+}
+
+GetParameters read_request(const GetOptions &options, const Mappings &mappings, TreeHolder &asked) {
     GetParameters parameters;
     if (options.filter) {
-        parameters = read_get(XmlDocument::read(*options.filter, kGetLayout), module, filter);
+        parameters = read_get(XmlDocument::read(*options.filter, kGetLayout), mappings, asked);
     } else {
-        select_everything(module, filter);
-        merge_tops(filter);
+        select_everything(mappings, asked);
     }
     if (options.with_defaults) {
         parameters.with_defaults = mode_of(*options.with_defaults);
@@ -55,21 +76,21 @@ GetParameters read_request(const GetOptions &options, const MappingModule &modul
 
 }  // namespace
 
-GetParameters read_get(XmlDocument document, const MappingModule &module, TreeHolder &filter) {
+GetParameters read_get(XmlDocument document, const Mappings &mappings, TreeHolder &asked) {
     GetPayload payload = find_get_payload(document);
     if (payload.filter) {
-        move_data(*payload.filter, filter.root());
+        move_data(*payload.filter, asked.root());
     } else {
-        select_everything(module, filter);
+        select_everything(mappings, asked);
     }
-    merge_tops(filter);
     return std::move(payload.parameters);
 }
 
-Reply answer_get(const MappingModule &module, Framework &framework, RequestTrees &trees,
+Reply answer_get(const Mappings &mappings, Framework &framework, Session &session, RequestTrees &trees,
                  const GetParameters &parameters, MarkPhase mark, bool tree) {
-    if (const std::optional<RpcError> error = get(module, framework, parameters, mark, trees)) {
-        return refusal(*error, parameters.message_id);
+    const std::vector<RpcError> errors = get(mappings, framework, session, parameters, mark, trees);
+    if (!errors.empty()) {
+        return refusal(errors, parameters.message_id);
     }
     const Node &result = trees.response.root();
     return encoded([&] { return tree ? tree_listing(result) : encode_data_reply(result, parameters.message_id); },
@@ -79,12 +100,13 @@ Reply answer_get(const MappingModule &module, Framework &framework, RequestTrees
 int run_get(const GetOptions &options) {
     check_inputs(options.filter.value_or(""), options.native, "only one of FILTER and --native can be standard input");
     const MarkPhase mark = phase_of(options.phase);
-    const MappingModule module = MappingModule::load(options.mapping);
+    const Mappings mappings = Mappings::load(options.mappings);
     RequestTrees trees;
-    const GetParameters parameters = read_request(options, module, trees.request);
-    read_data(options.native, trees.native);
+    const GetParameters parameters = read_request(options, mappings, trees.asked);
+    read_data(options.native, kNativeLayout, trees.native);
     Framework framework(options.trace);
-    return print(answer_get(module, framework, trees, parameters, mark, options.tree));
+    Session session(framework, trees.native.root());
+    return print(answer_get(mappings, framework, session, trees, parameters, mark, options.tree));
 }
 
 }  // namespace tvk::tool

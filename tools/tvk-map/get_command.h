@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "filter_tree.h"
 #include "get_request.h"
@@ -13,7 +14,7 @@ namespace tvk::tool {
 
 struct GetOptions {
     std::optional<std::string> filter;  // file, or "-"; none: everything
-    std::string mapping;
+    std::vector<std::string> mappings;
     std::string native;                        // file with the native data, or "-"
     std::string phase = "mark";                // or "container"
     std::optional<std::string> with_defaults;  // mode; none: what the request says
@@ -26,8 +27,8 @@ int run_get(const GetOptions &options);
 
 // The steps between the command's files and its output. The first moves what a document of kGetLayout asks for
 // into a filter without nodes; it throws UsageError.
-GetParameters read_get(XmlDocument document, const MappingModule &module, TreeHolder &filter);
-Reply answer_get(const MappingModule &module, Framework &framework, RequestTrees &trees,
+GetParameters read_get(XmlDocument document, const Mappings &mappings, TreeHolder &asked);
+Reply answer_get(const Mappings &mappings, Framework &framework, Session &session, RequestTrees &trees,
                  const GetParameters &parameters, MarkPhase mark, bool tree);
 
 }  // namespace tvk::tool

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 #include "namespaces.h"
 #include "rpc_envelope.h"
@@ -20,10 +21,19 @@ std::vector<xmlNode *> open_filter(const XmlDocument &document, const xmlNode *f
     return document.child_elements(filter);
 }
 
+bool is_with_defaults(const xmlNode *element) {
+    return std::strcmp(as_text(element->name), "with-defaults") == 0;
+}
+
 uint8_t with_defaults_of(const XmlDocument &document, const xmlNode *operation) {
+    const xmlNode *first = nullptr;
+    uint8_t found = TVK_WITH_DEFAULTS_NONE;
     for (const xmlNode *child : document.child_elements(operation)) {
-        if (std::strcmp(as_text(child->name), "with-defaults") != 0) {
+        if (!is_with_defaults(child)) {
             continue;
+        }
+        if (std::exchange(first, child) != nullptr) {
+            document.fail(child, named(operation) + " holds a second <with-defaults>");
         }
         if (std::strcmp(namespace_of(child->ns), kWithDefaultsNamespace) != 0) {
             document.fail(child, std::string("<with-defaults> is not in its namespace, ") + kWithDefaultsNamespace);
@@ -33,9 +43,9 @@ uint8_t with_defaults_of(const XmlDocument &document, const xmlNode *operation) 
         if (!mode) {
             document.fail(child, unknown_with_defaults(name));
         }
-        return *mode;
+        found = *mode;
     }
-    return TVK_WITH_DEFAULTS_NONE;
+    return found;
 }
 
 bool is_get_operation(const xmlNode *element) {
@@ -48,6 +58,7 @@ void read_operation(const XmlDocument &document, const xmlNode *operation, GetPa
     }
     payload.parameters.type = is_envelope(operation, "get-config") ? TVK_REQUEST_GET_CONFIG : TVK_REQUEST_GET;
     payload.parameters.with_defaults = with_defaults_of(document, operation);
+    check_children(document, operation, {"source", "filter", "with-defaults"});
     if (const xmlNode *filter = find_envelope(document, operation, "filter")) {
         payload.filter = open_filter(document, filter);
     }
@@ -55,8 +66,8 @@ void read_operation(const XmlDocument &document, const xmlNode *operation, GetPa
 
 // Of a root: whether it belongs to a message, be it another than a read, and not to data.
 bool is_message(const xmlNode *root) {
-    constexpr const char *kNames[] = {"rpc",         "get",         "get-config", "filter",
-                                      "edit-config", "copy-config", "config",     "data"};
+    constexpr const char *kNames[] = {"rpc",         "get",    "get-config", "filter",   "edit-config",
+                                      "copy-config", "config", "data",       "rpc-reply"};
     return std::strcmp(namespace_of(root->ns), kNetconfNamespace) == 0 ||
            std::any_of(std::begin(kNames), std::end(kNames), [&](const char *name) { return is_envelope(root, name); });
 }

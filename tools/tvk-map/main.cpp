@@ -4,15 +4,20 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <new>
+#include <sstream>
 #include <string>
+#include <vector>
 
+#include "apply_command.h"
 #include "diagnostics.h"
 #include "edit_command.h"
 #include "get_command.h"
+#include "output.h"
 #include "print_command.h"
 
 namespace {
 
+using tvk::tool::ApplyOptions;
 using tvk::tool::EditOptions;
 using tvk::tool::GetOptions;
 using tvk::tool::PrintOptions;
@@ -25,6 +30,7 @@ constexpr char kFooter[] = R"(Exit status: 0 success; 1 the request failed, with
 Examples:
   tvk-map edit --mapping openconfig_interfaces request.xml
   tvk-map get --mapping openconfig_interfaces --native running.xml filter.xml
+  tvk-map apply --mapping openconfig_interfaces running.xml edit.xml
   tvk-map print running.xml
 "tvk-map COMMAND --help" says more of a command.)";
 
@@ -34,28 +40,43 @@ Module names are looked up in the folders of TVK_MAP_MODULE_PATH, separated by c
 and then in lib/tvk-map beside the folder of this program.)";
 
 constexpr char kEditDescription[] =
-    "Walks an edit request through a mapping and prints the native tree that comes out, or an rpc-error.";
+    "Walks an edit request through mappings and prints the native tree that comes out, or rpc-errors.";
 
 constexpr char kEditFooter[] =
-    R"(REQUEST is an <rpc> with <edit-config> or <copy-config>, a <config>, or a bare top container.
+    R"(REQUEST is an <rpc> with <edit-config> or <copy-config>, a <config>, what a get was answered with, or a
+bare top container. What is printed is an edit of native data, with the operations that the device carries
+out; --apply prints the data that results.
 
 Examples:
   tvk-map edit --mapping openconfig_interfaces request.xml
   tvk-map edit --mapping openconfig_interfaces --into running.xml --tree request.xml
+  tvk-map edit --mapping openconfig_interfaces --into running.xml --apply request.xml
   tvk-map edit --mapping ./my_mapping.so --trace - < request.xml)";
 
 constexpr char kGetDescription[] =
-    "Reads native data through a mapping and prints what a subtree filter selects of it, or an rpc-error.";
+    "Reads native data through mappings and prints what a subtree filter selects of it, or rpc-errors.";
 
 constexpr char kGetFooter[] =
     R"(FILTER is an <rpc> with <get> or <get-config>, one of these alone, a <filter>, or one element that is
 itself the filter. Without it, or when the request has no <filter>, everything is selected; an empty
-<filter> selects nothing, and so does a top container that the mapping does not know.
+<filter> selects nothing, and so does a top container that no mapping knows.
 
 Examples:
   tvk-map get --mapping openconfig_interfaces --native running.xml
   tvk-map get --mapping openconfig_interfaces --native running.xml --with-defaults trim filter.xml
   tvk-map get --mapping ./my_mapping.so --native running.xml --phase container --tree - < get.xml)";
+
+constexpr char kApplyDescription[] =
+    "Carries out an edit of native data and prints the data that results, or an rpc-error.";
+
+constexpr char kApplyFooter[] =
+    R"(EDIT is what tvk-map edit prints, or any <edit-config>, <config> or bare top container of native data.
+Keys of lists are those that the mapping names, or --list; else the leaves in front of entries that tell
+them apart.
+
+Examples:
+  tvk-map apply --mapping openconfig_interfaces running.xml edit.xml
+  tvk-map apply --changes --list hosts/host=name running.xml edit.xml)";
 
 constexpr char kPrintDescription[] = "Prints a file of data as an indented listing.";
 
@@ -66,24 +87,33 @@ Examples:
   tvk-map print running.xml
   tvk-map print --namespaces - < request.xml)";
 
-void add_mapping(CLI::App &command, std::string &mapping) {
-    command.add_option("--mapping", mapping, "Mapping module: its name, or a path with a \"/\" to its .so file")
-        ->required()
-        ->type_name("MODULE");
+CLI::Option *add_mappings(CLI::App &command, std::vector<std::string> &mappings) {
+    return command
+        .add_option("--mapping", mappings,
+                    "Mapping module: its name, or a path with a \"/\" to its .so file; may be given several times")
+        ->type_name("MODULE")
+        ->allow_extra_args(false);
 }
 
-// What every command with a mapping has.
+template <typename Options>
+void add_tree(CLI::App &command, Options &options) {
+    command.add_flag("--tree", options.tree, "Print an indented listing instead of XML");
+}
+
+// What every command that walks a request has.
 template <typename Options>
 void add_flags(CLI::App &command, Options &options) {
-    command.add_flag("--tree", options.tree, "Print an indented listing instead of XML");
+    add_tree(command, options);
     command.add_flag("--trace", options.trace, "Show the debug log and the trace on standard error");
 }
 
 const CLI::App *add_edit(CLI::App &app, EditOptions &options) {
     CLI::App *edit = app.add_subcommand("edit", kEditDescription);
-    add_mapping(*edit, options.mapping);
+    add_mappings(*edit, options.mappings)->required();
     edit->add_option("--into", options.into, "Native data to start from; without it the native tree starts empty")
         ->type_name("NATIVE.xml");
+    CLI::Option *apply = edit->add_flag("--apply", options.apply, "Print the native data that results");
+    edit->add_flag("--changes", options.changes, "With --apply: print only what is different then")->needs(apply);
     add_flags(*edit, options);
     edit->add_option("REQUEST.xml", options.request, "The request; \"-\" is standard input")->required()->type_name("");
     edit->footer(std::string(kEditFooter) + kModuleLookup);
@@ -92,7 +122,7 @@ const CLI::App *add_edit(CLI::App &app, EditOptions &options) {
 
 const CLI::App *add_get(CLI::App &app, GetOptions &options) {
     CLI::App *get = app.add_subcommand("get", kGetDescription);
-    add_mapping(*get, options.mapping);
+    add_mappings(*get, options.mappings)->required();
     get->add_option("--native", options.native, "Native data to read from; \"-\" is standard input")
         ->required()
         ->type_name("NATIVE.xml");
@@ -105,6 +135,20 @@ const CLI::App *add_get(CLI::App &app, GetOptions &options) {
     get->add_option("FILTER.xml", options.filter, "The filter; \"-\" is standard input")->type_name("");
     get->footer(std::string(kGetFooter) + kModuleLookup);
     return get;
+}
+
+const CLI::App *add_apply(CLI::App &app, ApplyOptions &options) {
+    CLI::App *apply = app.add_subcommand("apply", kApplyDescription);
+    add_mappings(*apply, options.mappings);
+    apply->add_option("--list", options.lists, "A native list and its keys; may be given several times")
+        ->type_name("PATH=KEY,KEY")
+        ->allow_extra_args(false);
+    apply->add_flag("--changes", options.changes, "Print only what is different then");
+    add_tree(*apply, options);
+    apply->add_option("NATIVE.xml", options.native, "The data; \"-\" is standard input")->required()->type_name("");
+    apply->add_option("EDIT.xml", options.edit, "The edit; \"-\" is standard input")->required()->type_name("");
+    apply->footer(std::string(kApplyFooter) + kModuleLookup);
+    return apply;
 }
 
 const CLI::App *add_print(CLI::App &app, PrintOptions &options) {
@@ -122,20 +166,28 @@ int run(int argc, char **argv) {
     app.require_subcommand(1);
     EditOptions edit_options;
     GetOptions get_options;
+    ApplyOptions apply_options;
     PrintOptions print_options;
     const CLI::App *edit = add_edit(app, edit_options);
     const CLI::App *get = add_get(app, get_options);
+    const CLI::App *apply = add_apply(app, apply_options);
     add_print(app, print_options);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-            return app.exit(error);  // help or version
+            std::ostringstream text;
+            app.exit(error, text);  // help or version
+            tvk::tool::write_out(text.str());
+            return tvk::tool::kExitSuccess;
         }
         throw tvk::tool::UsageError(std::string(error.what()) + " (see tvk-map --help)");
     }
     if (edit->parsed()) {
         return tvk::tool::run_edit(edit_options);
+    }
+    if (apply->parsed()) {
+        return tvk::tool::run_apply(apply_options);
     }
     return get->parsed() ? tvk::tool::run_get(get_options) : tvk::tool::run_print(print_options);
 }

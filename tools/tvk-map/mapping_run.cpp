@@ -1,11 +1,18 @@
 #include "mapping_run.h"
 
 #include "diagnostics.h"
-#include "mapping_failure.h"
 #include "output.h"
+#include "request_errors.h"
+#include "xml_encode.h"
 #include "xml_output.h"
 
 namespace tvk::tool {
+
+void RequestTrees::clear_walk() {
+    own_arrays(response.root(), {&native.root(), &request.root()});
+    TreeHolder().swap(response);
+    TreeHolder().swap(request);
+}
 
 void check_inputs(const std::string &first, const std::string &second, const char *rule) {
     if (first == "-" && second == "-") {
@@ -13,27 +20,35 @@ void check_inputs(const std::string &first, const std::string &second, const cha
     }
 }
 
-std::optional<RpcError> walk(const MappingModule &module, RequestScope &scope, TreeHolder &request, TreeHolder &target,
-                             Unmapped unmapped) {
+std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHolder &request, TreeHolder &target,
+                           UnmappedTops unmapped, qerrno *failure) {
+    std::vector<const Node *> refused;
     for (Node &top : request.tops()) {
-        const tvk_map_module_container *container = module.find(tag_of(top), namespace_of(top));
-        if (container == nullptr) {
-            if (unmapped == Unmapped::kPassedOver) {
-                continue;
+        const std::optional<Mappings::Target> mapped = mappings.find(tag_of(top), namespace_of(top));
+        if (!mapped) {
+            if (unmapped == UnmappedTops::kRefused) {
+                refused.push_back(&top);
             }
-            return describe_unmapped(module, top);
+            continue;
         }
-        scope.enter(top);
-        const qerrno status = container->handler(scope.ctx(), &top, &target.root());
+        qerrno status = scope.enter(mapped->module->table(), top);
+        if (status == TVK_OK) {
+            status = mapped->container->handler(scope.ctx(), &top, &target.root());
+        }
         if (status != TVK_OK) {
-            return describe_failure(status, scope.state(), top);
+            if (failure != nullptr) {
+                *failure = status;
+            }
+            return {describe_failure(status, *mapped->module, scope, request.root(), top)};
         }
     }
-    return std::nullopt;
+    const bool is_refused = !refused.empty() || !scope.unmapped().nodes.empty() || scope.unmapped().lost_some;
+    return is_refused ? describe_unmapped(mappings, request.root(), scope.unmapped(), refused)
+                      : std::vector<RpcError>();
 }
 
-Reply refusal(const RpcError &error, const std::optional<std::string> &message_id) {
-    return {kExitMappingFailed, encode_rpc_error(error, message_id)};
+Reply refusal(const std::vector<RpcError> &errors, const std::optional<std::string> &message_id) {
+    return {kExitMappingFailed, encode_rpc_errors(errors, message_id)};
 }
 
 Reply encoded(const std::function<std::string()> &encode, const std::optional<std::string> &message_id) {
@@ -43,8 +58,12 @@ Reply encoded(const std::function<std::string()> &encode, const std::optional<st
         RpcError unwritable;
         unwritable.tag = "operation-failed";
         unwritable.message = std::string("The mapping's result cannot be written as XML: ") + error.what() + ".";
-        return refusal(unwritable, message_id);
+        return refusal({unwritable}, message_id);
     }
+}
+
+Reply config_reply(const Node &root, const std::optional<std::string> &message_id, bool tree) {
+    return encoded([&] { return tree ? tree_listing(root) : encode_config(root); }, message_id);
 }
 
 int print(const Reply &reply) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "framework.h"
 #include "module_loader.h"
@@ -17,24 +18,30 @@ void check_inputs(const std::string &first, const std::string &second, const cha
 
 // The trees of a request. They may share child arrays when a mapping says so.
 struct RequestTrees {
-    TreeHolder request;  // of a read, its filter
+    TreeHolder asked;    // of a read, its filter as the client has written it
+    TreeHolder request;  // of a read, the filter that is walked
     TreeHolder native;
     TreeHolder response;  // to a read
 
     RequestTrees() = default;
     RequestTrees(const RequestTrees &) = delete;
     RequestTrees &operator=(const RequestTrees &) = delete;
+    // Releases what the walk has read and made, but for native data, so that another one may begin. Throws
+    // std::bad_alloc.
+    void clear_walk();
     ~RequestTrees() { unshare({&response.root(), &native.root(), &request.root()}); }
 };
 
-enum class Unmapped { kRefused, kPassedOver };
+enum class UnmappedTops { kRefused, kPassedOver };
 
 /*
- * Hands the top containers of request to the module in order; target is what their handlers build. The first failure
- * ends the walk; unmapped says whether a container that the module does not map is one.
+ * Hands the top containers of request to their modules in order; target is what the handlers build. Nothing when all
+ * went well. Else the first failure, or, where all that is wrong is that mappings have nothing for some nodes, an
+ * error for each of these; unmapped says whether top containers without a mapping are among them. failure, if not null,
+ * gets what the failing handler answered.
  */
-std::optional<RpcError> walk(const MappingModule &module, RequestScope &scope, TreeHolder &request, TreeHolder &target,
-                             Unmapped unmapped);
+std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHolder &request, TreeHolder &target,
+                           UnmappedTops unmapped, qerrno *failure = nullptr);
 
 // What a command prints on standard output, and its exit status.
 struct Reply {
@@ -42,10 +49,13 @@ struct Reply {
     std::string text;
 };
 
-Reply refusal(const RpcError &error, const std::optional<std::string> &message_id);
+Reply refusal(const std::vector<RpcError> &errors, const std::optional<std::string> &message_id);
 
 // What encode returns, or, when it throws EncodeError, that as an error.
 Reply encoded(const std::function<std::string()> &encode, const std::optional<std::string> &message_id);
+
+// The children of root as a <config>, or as a listing.
+Reply config_reply(const Node &root, const std::optional<std::string> &message_id, bool tree);
 
 // Returns the exit status. Throws UsageError.
 int print(const Reply &reply);

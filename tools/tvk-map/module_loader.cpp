@@ -150,4 +150,35 @@ const tvk_map_module_container *MappingModule::find(const char *tag, const char 
     return nullptr;
 }
 
+Mappings::Mappings(std::vector<MappingModule> modules) : modules_(std::move(modules)) {
+    for (auto module = modules_.begin(); module != modules_.end(); ++module) {
+        for (const tvk_map_module_container &container : module->containers()) {
+            const auto same = std::find_if(modules_.begin(), module, [&](const MappingModule &other) {
+                return other.find(container.tag, container.ns) != nullptr;
+            });
+            if (same != module) {
+                throw UsageError(std::string("the mappings \"") + same->name() + "\" and \"" + module->name() +
+                                 "\" both map \"" + container.tag + "\" (namespace " + container.ns + ")");
+            }
+        }
+    }
+}
+
+Mappings Mappings::load(const std::vector<std::string> &names) {
+    std::vector<MappingModule> modules;
+    for (const std::string &name : names) {
+        modules.push_back(MappingModule::load(name));
+    }
+    return Mappings(std::move(modules));
+}
+
+std::optional<Mappings::Target> Mappings::find(const char *tag, const char *ns) const {
+    for (const MappingModule &module : modules_) {
+        if (const tvk_map_module_container *container = module.find(tag, ns)) {
+            return Target{&module, container};
+        }
+    }
+    return std::nullopt;
+}
+
 }  // namespace tvk::tool

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "tvk_map_module.h"
 
@@ -24,6 +26,8 @@ public:
     }
     // The container of that tag and namespace, or null.
     const tvk_map_module_container *find(const char *tag, const char *ns) const;
+    const tvk_map_module &table() const { return *table_; }
+    bool takes_insert() const { return (table_->flags & TVK_MAP_MODULE_TAKES_INSERT) != 0; }
 
 private:
     struct Unload {
@@ -35,6 +39,24 @@ private:
 
     Library library_;
     const tvk_map_module *table_;
+};
+
+// The modules of a command, no two of which map the same container.
+class Mappings {
+public:
+    explicit Mappings(std::vector<MappingModule> modules);  // throws UsageError
+    static Mappings load(const std::vector<std::string> &names);
+
+    std::span<const MappingModule> modules() const { return modules_; }
+
+    struct Target {
+        const MappingModule *module;
+        const tvk_map_module_container *container;
+    };
+    std::optional<Target> find(const char *tag, const char *ns) const;
+
+private:
+    std::vector<MappingModule> modules_;
 };
 
 }  // namespace tvk::tool

@@ -12,6 +12,9 @@ namespace tvk::tool {
 inline constexpr std::array<const char *, 5> kOperationNames{"merge", "replace", "create", "delete", "remove"};
 inline constexpr char kOperationList[] = "merge, replace, create, delete, remove";
 
+// What only a default can be: nothing is done where no node says what to do.
+inline constexpr uint32_t kNoOperation = UINT32_MAX;
+
 // The index is the value of qidl_tvk_insert_position.
 inline constexpr std::array<const char *, 4> kInsertNames{"last", "first", "before", "after"};
 inline constexpr char kInsertList[] = "first, last, before, after";

@@ -8,7 +8,7 @@ namespace tvk::tool {
 
 int run_print(const PrintOptions &options) {
     TreeHolder data;
-    read_data(options.file, data);
+    read_data(options.file, kDataLayout, data);
     write_out(tree_listing(data.root(), options.namespaces));
     return kExitSuccess;
 }

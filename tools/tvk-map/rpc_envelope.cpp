@@ -1,7 +1,8 @@
 #include "rpc_envelope.h"
 
+#include <algorithm>
 #include <cstring>
-#include <vector>
+#include <set>
 
 #include "namespaces.h"
 
@@ -19,6 +20,40 @@ xmlNode *find_envelope(const XmlDocument &document, const xmlNode *parent, const
         }
     }
     return nullptr;
+}
+
+void check_children(const XmlDocument &document, const xmlNode *parent, std::initializer_list<const char *> names) {
+    std::set<std::string> met;
+    for (xmlNode *child : document.child_elements(parent)) {
+        const char *name = as_text(child->name);
+        const bool is_parameter = std::strcmp(namespace_of(child->ns), kWithDefaultsNamespace) == 0;
+        const bool is_known = std::any_of(names.begin(), names.end(), [&](const char *known) {
+            return is_envelope(child, known) || (is_parameter && std::strcmp(name, known) == 0);
+        });
+        if (!is_known) {
+            document.fail(child, named(parent) + " holds " + named(child) + ", which is unknown there");
+        }
+        if (!met.insert(name).second) {
+            document.fail(child, named(parent) + " holds a second " + named(child));
+        }
+    }
+}
+
+bool is_reply(const xmlNode *root) {
+    return is_envelope(root, "rpc-reply") || is_envelope(root, "data");
+}
+
+std::vector<xmlNode *> open_reply(const XmlDocument &document, xmlNode *root) {
+    if (is_envelope(root, "data")) {
+        return document.child_elements(root);
+    }
+    const xmlNode *data = find_envelope(document, root, "data");
+    if (data == nullptr) {
+        const bool is_error = find_envelope(document, root, "rpc-error") != nullptr;
+        document.fail(root,
+                      is_error ? "<rpc-reply> tells an error; <data> was expected" : "<rpc-reply> holds no <data>");
+    }
+    return document.child_elements(data);
 }
 
 std::string named(const xmlNode *element) {

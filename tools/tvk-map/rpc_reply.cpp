@@ -16,12 +16,12 @@ void start_reply(XmlOutput &output, const std::optional<std::string> &message_id
     }
 }
 
-void write_path(XmlOutput &output, const RpcError &error) {
+void write_path(XmlOutput &output, const XPath &path) {
     output.start("error-path");
-    if (!error.path_ns.empty()) {
-        output.attribute("xmlns:ns1", writable(error.path_ns).c_str());
+    for (size_t i = 0; i < path.namespaces.size(); ++i) {
+        output.attribute(("xmlns:ns" + std::to_string(i + 1)).c_str(), writable(path.namespaces[i]));
     }
-    output.text(writable(error.path).c_str());
+    output.text(writable(path.text));
     output.end();
 }
 
@@ -34,11 +34,29 @@ void write_message(XmlOutput &output, const std::string &message) {
 
 void write_info(XmlOutput &output, const RpcError &error) {
     output.start("error-info");
+    if (!error.bad_attribute.empty()) {
+        output.leaf("bad-attribute", writable(error.bad_attribute));
+    }
     if (!error.bad_element.empty()) {
         output.leaf("bad-element", writable(error.bad_element).c_str());
     }
     if (error.bad_namespace) {
         output.leaf("bad-namespace", writable(*error.bad_namespace).c_str());
+    }
+    output.end();
+}
+
+void write_error(XmlOutput &output, const RpcError &error) {
+    output.start("rpc-error");
+    output.leaf("error-type", "application");
+    output.leaf("error-tag", error.tag);
+    output.leaf("error-severity", "error");
+    if (!error.path.text.empty()) {
+        write_path(output, error.path);
+    }
+    write_message(output, error.message);
+    if (!error.bad_attribute.empty() || !error.bad_element.empty() || error.bad_namespace) {
+        write_info(output, error);
     }
     output.end();
 }
@@ -53,19 +71,11 @@ std::string encode_data_reply(const Node &root, const std::optional<std::string>
     return output.finish();
 }
 
-std::string encode_rpc_error(const RpcError &error, const std::optional<std::string> &message_id) {
+std::string encode_rpc_errors(const std::vector<RpcError> &errors, const std::optional<std::string> &message_id) {
     XmlOutput output;
     start_reply(output, message_id);
-    output.start("rpc-error");
-    output.leaf("error-type", "application");
-    output.leaf("error-tag", error.tag.c_str());
-    output.leaf("error-severity", "error");
-    if (!error.path.empty()) {
-        write_path(output, error);
-    }
-    write_message(output, error.message);
-    if (!error.bad_element.empty() || error.bad_namespace) {
-        write_info(output, error);
+    for (const RpcError &error : errors) {
+        write_error(output, error);
     }
     return output.finish();
 }

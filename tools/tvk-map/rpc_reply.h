@@ -3,7 +3,9 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "node_path.h"
 #include "tree_holder.h"
 
 namespace tvk::tool {
@@ -11,9 +13,9 @@ namespace tvk::tool {
 // The texts of an <rpc-error>; one that is empty is left out.
 struct RpcError {
     std::string tag;
-    std::string path;
-    std::string path_ns;  // what the prefix "ns1" in path stands for
+    XPath path;
     std::string message;
+    std::string bad_attribute;
     std::string bad_element;
     std::optional<std::string> bad_namespace;
 };
@@ -21,7 +23,7 @@ struct RpcError {
 // An <rpc-reply> with the children of root as its <data>. Throws EncodeError.
 std::string encode_data_reply(const Node &root, const std::optional<std::string> &message_id);
 
-// An <rpc-reply> with the error. What XML cannot hold is shown as "?".
-std::string encode_rpc_error(const RpcError &error, const std::optional<std::string> &message_id);
+// An <rpc-reply> with the errors. What XML cannot hold is shown as "?".
+std::string encode_rpc_errors(const std::vector<RpcError> &errors, const std::optional<std::string> &message_id);
 
 }  // namespace tvk::tool

@@ -1,5 +1,7 @@
 #include "tree_holder.h"
 
+#include <bit>
+#include <cstdint>
 #include <new>
 #include <unordered_set>
 #include <vector>
@@ -11,22 +13,48 @@ namespace {
 // The mark stands in the framework's byte of an array's first record, where only a framework looks.
 constexpr uint8_t kSeen = 0xff;
 
+// Child arrays still to be looked at. Linked through the framework words of their first records, since trees are also
+// released because memory ran out.
+class PendingArrays {
+public:
+    void push(Node &parent) {
+        Node &first = *parent.subtrees;
+        first.framework_words[0] = std::bit_cast<uint64_t>(first_);
+        first.framework_words[1] = static_cast<uint64_t>(parent.subtree_count);
+        first_ = &first;
+    }
+    std::span<Node> pop() {
+        Node *array = first_;
+        if (array == nullptr) {
+            return {};
+        }
+        first_ = std::bit_cast<Node *>(array->framework_words[0]);
+        return {array, static_cast<size_t>(array->framework_words[1])};
+    }
+
+private:
+    Node *first_ = nullptr;
+};
+
+void take_out_if_seen(Node &node, PendingArrays &pending) {
+    if (node.subtrees == nullptr || node.subtree_count <= 0) {
+        return;
+    }
+    if (node.subtrees->framework_byte == kSeen) {
+        node.subtrees = nullptr;
+        node.subtree_count = 0;
+        return;
+    }
+    node.subtrees->framework_byte = kSeen;
+    pending.push(node);
+}
+
 void take_out_seen_arrays(Node &root) {
-    std::vector<Node *> pending{&root};
-    while (!pending.empty()) {
-        Node &node = *pending.back();
-        pending.pop_back();
-        if (node.subtrees == nullptr || node.subtree_count <= 0) {
-            continue;
-        }
-        if (node.subtrees->framework_byte == kSeen) {
-            node.subtrees = nullptr;
-            node.subtree_count = 0;
-            continue;
-        }
-        node.subtrees->framework_byte = kSeen;
-        for (int32_t i = 0; i < node.subtree_count; ++i) {
-            pending.push_back(&node.subtrees[i]);
+    PendingArrays pending;
+    take_out_if_seen(root, pending);
+    for (std::span<Node> array = pending.pop(); !array.empty(); array = pending.pop()) {
+        for (Node &node : array) {
+            take_out_if_seen(node, pending);
         }
     }
 }
@@ -51,16 +79,20 @@ void copy_array(Node &node) {
     shown.subtrees = node.subtrees;
     shown.subtree_count = node.subtree_count;
     Node copy{};
-    if (qidl_tvk_datatree_duplicate(&copy, &shown, tvk_gpb_alloc, nullptr) != TVK_OK) {
-        qidl_tvk_datatree_free_ext(&copy, tvk_gpb_free, nullptr, 0);
-        throw std::bad_alloc();
-    }
+    copy_tree(shown, copy);
     node.subtrees = copy.subtrees;
 }
 
 }  // namespace
 
-void unshare(std::initializer_list<Node *> roots) {
+void copy_tree(const Node &tree, Node &copy) {
+    if (qidl_tvk_datatree_duplicate(&copy, &tree, tvk_gpb_alloc, nullptr) != TVK_OK) {
+        qidl_tvk_datatree_free_ext(&copy, tvk_gpb_free, nullptr, 0);
+        throw std::bad_alloc();
+    }
+}
+
+void unshare(std::initializer_list<Node *> roots) noexcept {
     for (Node *root : roots) {
         take_out_seen_arrays(*root);
     }

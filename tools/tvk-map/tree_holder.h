@@ -52,6 +52,7 @@ public:
     TreeHolder &operator=(TreeHolder &&) = delete;
     ~TreeHolder() { qidl_tvk_datatree_free_ext(&root_, tvk_gpb_free, nullptr, 0); }
 
+    void swap(TreeHolder &other) { std::swap(root_, other.root_); }
     Node &root() { return root_; }
     const Node &root() const { return root_; }
     std::span<Node> tops() { return {root_.subtrees, static_cast<std::size_t>(root_.subtree_count)}; }
@@ -60,12 +61,15 @@ private:
     Node root_{};
 };
 
+// copy owns nothing yet. Throws std::bad_alloc.
+void copy_tree(const Node &tree, Node &copy);
+
 /*
  * Leaves every child array to one owner: a mapping may show an array of the request in its result
  * (tvk_map_datatree_add_subtree_with_data), and both trees would release it. The array stays with the first node
- * that shows it, in the order of roots. For trees that are about to be released: marks them.
+ * that shows it, in the order of roots. For trees that are about to be released: marks them. Needs no memory.
  */
-void unshare(std::initializer_list<Node *> roots);
+void unshare(std::initializer_list<Node *> roots) noexcept;
 
 // Gives tree a copy of every child array that others show as well, or tree itself elsewhere, so that it can be changed
 // alone. Throws std::bad_alloc; what has no copy then is shared still.

@@ -75,6 +75,9 @@ void DataDecoder::start(const StartTag &tag) {
     set_present(node, TVK_HAS_TAG);
     declare(tag);
     if (tag.ns != nullptr) {
+        if (std::strcmp(as_text(tag.ns), kXmlNamespace) == 0) {
+            fail(std::string("<xml:") + node.tag + "> is in the namespace of XML itself, which no data node is");
+        }
         node.ns = copy_text(checked_namespace(as_text(tag.ns)));
         set_present(node, TVK_HAS_NS);
     }
@@ -115,7 +118,12 @@ void DataDecoder::decode_attributes(const StartTag &tag) {
     for (size_t i = 0; i < tag.attribute_count; ++i) {
         const Attribute attribute = attribute_of(tag, i);
         const std::string text(attribute.text);
-        switch (role_of(attribute)) {
+        const Role role = role_of(attribute);
+        if (edits_ == Edits::kRefused && role != Role::kOther) {
+            fail(std::string("<") + node.tag + "> carries \"" + attribute.name +
+                 "\": this is an edit, not data; carry it out first (tvk-map apply)");
+        }
+        switch (role) {
             case Role::kOperation:
                 decode_operation(text);
                 break;
@@ -188,7 +196,6 @@ void DataDecoder::set_value() {
         if (const char *ns = identity_namespace(std::string(text, colon), colon + 1)) {
             node.data_ns = copy_text(checked_namespace(ns));
             set_present(node, TVK_HAS_DATA_NS);
-            text = colon + 1;
         }
     }
     node.data = copy_text(text);

@@ -14,6 +14,9 @@ namespace tvk::tool {
 // White space around a value: part of it in data, but not in a filter.
 enum class Values { kAsWritten, kTrimmed };
 
+// Operations and insert positions: part of an edit, but not of data that an edit is made of.
+enum class Edits { kTaken, kRefused };
+
 // A start tag as libxml2's parser tells it. Texts live as long as the parser, values of attributes until it goes on.
 struct StartTag {
     const xmlChar *name;
@@ -30,8 +33,8 @@ struct StartTag {
  *   - name and namespace become tag and ns; text becomes data when there are no child elements. White space beside
  *     child elements is formatting; white space with a line break and nothing else is no value. Other text is kept
  *     as values says, text beside child elements is an error.
- *   - A value "p:name" whose prefix is declared where it stands is an identity: data is the name, data_ns the
- *     namespace.
+ *   - A value "p:name" whose prefix is declared where it stands may be an identity: data is the text as it stands,
+ *     data_ns the namespace.
  *   - A namespace has at most 1,000 characters.
  *   - nc:operation becomes the operation; yang:insert, yang:key and yang:value the insert record. Other attributes go
  *     to attributes, by name, or as "{namespace}name" when they have a namespace.
@@ -40,8 +43,8 @@ struct StartTag {
 class DataDecoder {
 public:
     // The file is for messages. Prefixes may be declared on place, too, and on the elements around it.
-    DataDecoder(const std::string &file, const xmlNode *place, Values values)
-        : file_(file), place_(place), values_(values) {}
+    DataDecoder(const std::string &file, const xmlNode *place, Values values, Edits edits)
+        : file_(file), place_(place), values_(values), edits_(edits) {}
     DataDecoder(const DataDecoder &) = delete;
     DataDecoder &operator=(const DataDecoder &) = delete;
     ~DataDecoder();
@@ -80,6 +83,7 @@ private:
     const std::string &file_;
     const xmlNode *place_;
     Values values_;
+    Edits edits_;
     std::vector<Element> open_;
     std::vector<Node> ended_;  // those whose parents have not
     std::vector<Declaration> declarations_;

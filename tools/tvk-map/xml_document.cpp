@@ -57,9 +57,9 @@ XmlDocument XmlDocument::read(const std::string &path, const Layout &layout) {
     return parse(read_bytes(path, name), name, layout);
 }
 
-XmlDocument XmlDocument::parse(const std::string &bytes, const std::string &name, const Layout &layout) {
-    check_bytes(bytes, name);
-    return XmlDocument(name, parse_xml(bytes, name, layout));
+XmlDocument XmlDocument::parse(std::string bytes, const std::string &name, const Layout &layout) {
+    const DocumentBytes document = prepare_bytes(std::move(bytes), name);
+    return XmlDocument(name, parse_xml(document, name, layout));
 }
 
 std::vector<xmlNode *> XmlDocument::child_elements(const xmlNode *parent) const {

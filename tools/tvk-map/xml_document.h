@@ -31,7 +31,7 @@ public:
     // path "-" is standard input. Throws UsageError for what cannot be read or is not well formed.
     static XmlDocument read(const std::string &path, const Layout &layout);
     // bytes as a file would hold them; the name is for messages.
-    static XmlDocument parse(const std::string &bytes, const std::string &name, const Layout &layout);
+    static XmlDocument parse(std::string bytes, const std::string &name, const Layout &layout);
 
     const std::string &name() const { return name_; }
     xmlNode *root() const { return xmlDocGetRootElement(parsed_.document.get()); }

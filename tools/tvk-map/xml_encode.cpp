@@ -102,8 +102,16 @@ void write_value(XmlOutput &output, const Node &node) {
         output.text(value);
         return;
     }
+    if (const char *colon = std::strchr(value, ':')) {  // a text as it was written, whose prefix may mean something
+        const std::string prefix(value, colon);
+        if (is_name(prefix.c_str()) && prefix != "xml" && prefix != "xmlns") {
+            output.attribute(("xmlns:" + prefix).c_str(), ns);
+        }
+        output.text(value);
+        return;
+    }
     output.attribute("xmlns:id", ns);
-    output.text((std::string("id:") + value).c_str());
+    output.text(std::string("id:") + value);
 }
 
 // What the nodes of a tree carry beside their content.
@@ -116,6 +124,9 @@ void start_node(XmlOutput &output, const Node &node, const char *outer_ns, TreeM
     const char *tag = tag_of(node);
     if (!is_name(tag)) {
         throw EncodeError(quoted(tag) + " is no name for an element");
+    }
+    if (std::strcmp(namespace_of(node), kXmlNamespace) == 0) {
+        throw EncodeError(quoted(tag) + " is in the namespace of XML itself");
     }
     output.start(tag);
     if (std::strcmp(namespace_of(node), outer_ns) != 0) {

@@ -2,6 +2,7 @@
 
 #include <libxml/chvalid.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "xml_document.h"
@@ -177,7 +178,8 @@ void XmlOutput::end_tag(const char *end) {
 }
 
 void XmlOutput::indent() {
-    document_.append(2 * open_.size(), ' ');
+    constexpr size_t kMaxIndent = 64;  // levels: that of a deep tree would take more room than the tree
+    document_.append(2 * std::min(open_.size(), kMaxIndent), ' ');
 }
 
 void XmlOutput::append_attribute(std::string &out, const char *name, std::string_view value) const {

@@ -16,6 +16,8 @@ namespace tvk::tool {
 
 namespace {
 
+constexpr int kMaxDeclarations = 1000;
+
 // What the parser stumbled over first; later messages are mostly consequences.
 struct FirstFault {
     std::string reason;
@@ -29,6 +31,8 @@ struct FirstFault {
     }
 };
 
+void say_nothing(void *, const char *, ...) {}
+
 struct ReleaseParser {
     void operator()(xmlParserCtxt *parser) const {
         xmlFreeDoc(parser->myDoc);
@@ -38,16 +42,18 @@ struct ReleaseParser {
 
 class Reader {
 public:
-    Reader(const std::string &bytes, const std::string &name, const Layout &layout)
+    Reader(const DocumentBytes &bytes, const std::string &name, const Layout &layout)
         : name_(name),
           layout_(layout),
-          parser_(xmlCreateMemoryParserCtxt(bytes.data(), static_cast<int>(bytes.size()))) {
+          parser_(xmlCreateMemoryParserCtxt(bytes.text.data(), static_cast<int>(bytes.text.size()))) {
         if (!parser_) {
             throw std::bad_alloc();
         }
+        xmlSetGenericErrorFunc(nullptr, say_nothing);  // else some messages go to standard error
         // Without NOENT an "&" of an attribute would come as "&#38;". It lets in no more than that: a document without
         // a document type has no entities of its own. What xml:id says does not concern data.
-        xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_NOENT);
+        xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_NOENT |
+                                             (bytes.is_recoded ? XML_PARSE_IGNORE_ENC : 0));
         parser_->loadsubset |= XML_SKIP_IDS;
         parser_->_private = this;
         xmlSAXHandler &sax = *parser_->sax;
@@ -112,6 +118,12 @@ private:
                          int declaration_count, const xmlChar **declarations, int attribute_count, int defaulted_count,
                          const xmlChar **attributes) {
         guard(user, [&](Reader &reader) {
+            if (reader.has_many_declarations()) {
+                reader.fault_.note(reader.line(), "more than " + std::to_string(kMaxDeclarations) +
+                                                      " namespace declarations are in force");
+                xmlStopParser(reader.parser_.get());
+                return;
+            }
             bool is_data = reader.data_depth_ > 0;
             if (!is_data) {
                 const xmlNode *around = reader.parser_->node;
@@ -155,6 +167,9 @@ private:
         });
     }
 
+    // The parser looks through all of them for each prefix.
+    bool has_many_declarations() const { return parser_->nsNr > 2 * kMaxDeclarations; }
+
     long line() { return xmlSAX2GetLineNumber(parser_.get()); }
 
     // Whether the new element of the document is data. Its line has no room in the record, which counts to 65,535.
@@ -164,7 +179,7 @@ private:
             return false;
         }
         element._private = &parsed_.data.emplace_back();
-        decoder_.emplace(name_, &element, layout_.values);
+        decoder_.emplace(name_, &element, layout_.values, layout_.edits);
         return true;
     }
 
@@ -202,7 +217,7 @@ private:
 
 }  // namespace
 
-ParsedXml parse_xml(const std::string &bytes, const std::string &name, const Layout &layout) {
+ParsedXml parse_xml(const DocumentBytes &bytes, const std::string &name, const Layout &layout) {
     return Reader(bytes, name, layout).read();
 }
 

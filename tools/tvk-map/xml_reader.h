@@ -9,6 +9,7 @@
 #include <string>
 
 #include "diagnostics.h"
+#include "document_bytes.h"
 #include "tree_holder.h"
 #include "xml_decode.h"
 
@@ -19,6 +20,7 @@ struct Layout {
     // Asked for the root, and for each other element around which there is no data.
     bool (*is_data)(const xmlNode *element);
     Values values;
+    Edits edits = Edits::kTaken;
 };
 
 // What was decoded of a data element, and why no more of it.
@@ -41,7 +43,7 @@ struct ParsedXml {
  * data element stands in the document with its own tag and without content. Comments and processing instructions are
  * passed over. Throws UsageError, with name for the file, where bytes are not well formed.
  */
-ParsedXml parse_xml(const std::string &bytes, const std::string &name, const Layout &layout);
+ParsedXml parse_xml(const DocumentBytes &bytes, const std::string &name, const Layout &layout);
 
 // The line where the start tag of an element of such a document ends.
 long line_of(const xmlNode *element);

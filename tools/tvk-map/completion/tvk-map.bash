@@ -13,9 +13,13 @@ _tvk_map_modules() {
   done
 }
 
-# What begins with the current word: of a list of words, or of the files and folders.
+# What begins with the current word: of a list of words, or of the files and folders. Words may be names of files, so
+# they are not given to compgen, which would run what they say.
 _tvk_map_words() {
-  mapfile -t COMPREPLY < <(compgen -W "$1" -- "$current")
+  local word
+  while read -r word; do
+    [[ $word == "$current"* ]] && COMPREPLY+=("$(printf '%q' "$word")")
+  done < <(printf '%s\n' "$@")
 }
 _tvk_map_files() {
   compopt -o filenames 2>/dev/null
@@ -23,10 +27,10 @@ _tvk_map_files() {
 }
 
 _tvk_map() {
-  local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
+  local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]} modules
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
-    _tvk_map_words "edit get print --help --version"
+    _tvk_map_words edit get apply print --help --version
     return
   fi
   # Bash makes three words of --option=value.
@@ -39,23 +43,27 @@ _tvk_map() {
     --mapping)
       case $current in
         */*) _tvk_map_files so ;;
-        *) _tvk_map_words "$(_tvk_map_modules)" ;;
+        *)
+          mapfile -t modules < <(_tvk_map_modules)
+          _tvk_map_words "${modules[@]}"
+          ;;
       esac
       return
       ;;
     --phase)
-      _tvk_map_words "mark container"
+      _tvk_map_words mark container
       return
       ;;
     --with-defaults)
-      _tvk_map_words "report-all report-all-tagged trim explicit"
+      _tvk_map_words report-all report-all-tagged trim explicit
       return
       ;;
   esac
   case $command:$current in
-    edit:-?*) _tvk_map_words "--mapping --into --tree --trace --help" ;;
-    get:-?*) _tvk_map_words "--mapping --native --phase --with-defaults --tree --trace --help" ;;
-    print:-?*) _tvk_map_words "--namespaces --help" ;;
+    edit:-?*) _tvk_map_words --mapping --into --apply --changes --tree --trace --help ;;
+    get:-?*) _tvk_map_words --mapping --native --phase --with-defaults --tree --trace --help ;;
+    apply:-?*) _tvk_map_words --mapping --list --changes --tree --help ;;
+    print:-?*) _tvk_map_words --namespaces --help ;;
     *) _tvk_map_files xml ;;
   esac
 }

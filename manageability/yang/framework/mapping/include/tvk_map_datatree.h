@@ -121,9 +121,13 @@ TVK_MAP_API qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx ctx, struc
 
 /*
  * Moves source's children to the end of target's, in order: each is appended by its tag, namespace and data, and
- * takes its own children along. The emptied children stay in source, with has_subtrees set and no array.
- * Returns 0, or the status of the first child that could not be added. That child is emptied as well and its
- * array released; those before it have moved, those after it are untouched.
+ * takes its own children along. The emptied children stay in source, with has_subtrees set and no array. source
+ * itself as target moves nothing, and a target among source's children stays where it is.
+ * Returns 0, or the status of the first child that could not be added; those before it have moved, those after it
+ * are untouched.
+ * A child that could not be added, or is one that is left out, is emptied as well. Its array and all in it are
+ * released: the array must be the child's alone. One that another node shows too
+ * (tvk_map_datatree_add_subtree_with_data) is to be taken out of the child before.
  */
 TVK_MAP_API qerrno tvk_map_add_subtrees_from_source_to_target(tvk_map_ctx ctx, struct qidl_tvk_datatree *target,
                                                               struct qidl_tvk_datatree *source);
@@ -205,7 +209,7 @@ TVK_MAP_API qerrno tvk_map_clear_xpath_ctx(tvk_map_ctx ctx);
 
 /*
  * Forgets what the library remembers of the children of parent, of all below them, and of parent as an entry of its
- * list. Under a framework that has set tvk_map_context::index_children_from, mapping code calls it before it changes
+ * list; the other entries stay known, so that one costs the same in a list of any length. Under a framework that has set tvk_map_context::index_children_from, mapping code calls it before it changes
  * a tag, a namespace, an instance number or a key value of these children itself, takes their array away or releases
  * it. A null parent stands for all trees of the request; the framework calls it so when the request ends, which
  * releases the memory, and mapping code may do so afterwards instead of before. Costs nothing when nothing is
@@ -256,7 +260,8 @@ TVK_MAP_API int tvk_map_is_list_node_already_present(tvk_map_ctx ctx, struct qid
 
 /*
  * Moves *path to what follows the first occurrence of prefix in it, wherever that is. The string is not changed.
- * path, *path and prefix must be there. Returns 0; TVK_ERR_NOT_FOUND when prefix does not occur, *path unchanged.
+ * path and *path must be there. Returns 0; TVK_ERR_NOT_FOUND when prefix does not occur, or is null, with two
+ * messages and *path unchanged.
  */
 TVK_MAP_API qerrno tvk_map_datatree_trim_path(tvk_map_ctx ctx, const char **path, const char *prefix);
 

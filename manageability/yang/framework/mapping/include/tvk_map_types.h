@@ -139,6 +139,7 @@ struct tvk_map_request_state {
     uint32_t walk_flags;         /* TVK_WALK_* */
 
     struct tvk_map_children_index *children_index; /* owned: made by lookups, see index_children_from */
+    struct qidl_tvk_datatree *xpath_attachment;    /* while tvk_map_tree_xpath_operations adds: where it is */
 };
 
 /* The mapping context. The framework creates one per request. */

@@ -67,8 +67,7 @@ TVK_STATIC_ASSERT(offsetof(struct tvk_map_node_operation, trim_path) ==
  * there. Plain steps before a keyed one become containers, a keyed step a new numbered entry with its key leaves, and
  * the last plain steps the node of record->kind. Paths go through tvk_map_datatree_add_path_flagged with
  * TVK_ADD_RELATIVE and TVK_ADD_UNFILTERED, so a pending trim path that one of them holds sends it elsewhere. A key leaf
- * that cannot be added counts only when it is the last of its step. When entries that the request state holds
- * (pending_list_node, output_list) stand beside the first node added, the state follows them where they move to.
+ * that cannot be added counts only when it is the last of its step.
  * A path without the leading "/" loses one more character where the adding starts: begin the path with "/".
  *   result: the node that the addition was made below, or the last list entry added; not the last node.
  *   TVK_ERR_PRESENT: the path is there (ERR "Node already present in the path %s\n"); result is the node. Also when
@@ -141,8 +140,9 @@ TVK_MAP_API qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qid
 /* ---- Stitching --------------------------------------------------------------------------------------------
  *
  * Stitching adds a node at an xpath and makes it the place where the nodes built next go: the pending entry of the
- * request state, with record->trim_path as the path that theirs are trimmed by. The node is borrowed and must stay
- * where it is while it is installed; stitching itself follows it when a sibling is stitched beside it.
+ * request state, with record->trim_path as the path that theirs are trimmed by. The node is borrowed while it is
+ * installed. Where an operation of this library moves it with its siblings, the request state follows it; whoever moves
+ * or releases it otherwise takes it out before.
  *
  * The four pending fields go together. pending_trim_path belongs to the state, and the first one stays until it is
  * cleared (tvk_map_copy_trim_path_list_ctx). pending_hierarchy_path belongs to the state as long as

@@ -39,12 +39,12 @@ struct Place {
 
 qerrno trim_against_pending(tvk_map_ctx ctx, Place &place) {
     const char *trim_path = ctx->state != nullptr ? ctx->state->pending_trim_path : nullptr;
-    return trim_path != nullptr ? tvk_map_datatree_trim_path(ctx, &place.path, trim_path) : TVK_ERR_NOT_FOUND;
+    return tvk_map_datatree_trim_path(ctx, &place.path, trim_path);
 }
 
 qerrno trim_against_output_entry(tvk_map_ctx ctx, Place &place) {
     const tvk_map_output_entry &entry = ctx->state->output_list[ctx->state->output_list_count - 1];
-    if (entry.trim_path == nullptr || tvk_map_datatree_trim_path(ctx, &place.path, entry.trim_path) != TVK_OK) {
+    if (tvk_map_datatree_trim_path(ctx, &place.path, entry.trim_path) != TVK_OK) {
         return TVK_ERR_NOT_FOUND;
     }
     place.tree = entry.list_node;

@@ -32,14 +32,16 @@ public:
             if (components.is_last()) {
                 return add_last(components.current());
             }
+            Node &parent = parent_of(components.current());
             Node *reached = nullptr;
-            const qerrno status = add_intermediate(components.current(), reached);
+            const qerrno status = add_intermediate(parent, components.current(), reached);
             if (status != TVK_OK || reached == nullptr) {
                 return status;
             }
             current_ = reached;
+            // What holds the mode or the links of a bundle takes over as target: they go into it, not beside it.
             if (target_ && (same_text(components.next(), "mode") || same_text(components.next(), "links"))) {
-                current_ = target_.get();
+                target_ = tvk::ChildReference{parent, static_cast<std::size_t>(reached - parent.subtrees)};
             }
         }
         return TVK_OK;
@@ -54,13 +56,16 @@ private:
                                                     last_.out, last_.append, last_.flags);
     }
 
-    // Leaves reached null when the node is one that is left out.
-    qerrno add_intermediate(const char *component, Node *&reached) {
+    Node &parent_of(const char *component) const {
         const bool to_target = target_ && (same_text(component, "lacp") || same_text(component, "bundle"));
-        Node *parent = to_target ? target_.get() : current_;
+        return to_target ? *target_.get() : *current_;
+    }
+
+    // Leaves reached null when the node is one that is left out.
+    qerrno add_intermediate(Node &parent, const char *component, Node *&reached) {
         const Node *template_node = (last_.flags & TVK_ADD_TEMPLATE_ON_PATH) != 0 ? last_.template_node : nullptr;
-        return tvk_map_datatree_add_subtree_flagged(ctx_, parent, component, last_.ns, nullptr, template_node, &reached,
-                                                    0, last_.flags);
+        return tvk_map_datatree_add_subtree_flagged(ctx_, &parent, component, last_.ns, nullptr, template_node,
+                                                    &reached, 0, last_.flags);
     }
 
     tvk_map_ctx ctx_;

@@ -4,6 +4,7 @@
 #include "tvk_map_common/datatree/left_out.h"
 #include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/installed.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/request.h"
@@ -239,9 +240,13 @@ qerrno add_new(const Addition &add) {
         return TVK_ERR_NO_MEMORY;
     }
     const Node *former_array = siblings.data();
+    const tvk::WatchedArray watched{siblings};
     Node *array = make_room(add, count);
     if (array == nullptr) {
         return TVK_ERR_NO_MEMORY;
+    }
+    if (!watched.is_at(array) && add.ctx->state != nullptr) {
+        watched.moved(*add.ctx->state, array);
     }
     if (tvk::keeps_index(add.ctx)) {
         tvk::children_grown(add.ctx, former_array, {array, static_cast<std::size_t>(count) + 1});

@@ -3,6 +3,7 @@
 
 #include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
+#include "tvk_map_common/internal/installed.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/openconfig.h"
@@ -14,7 +15,7 @@
 using tvk::Node;
 
 qerrno tvk_map_datatree_trim_path(tvk_map_ctx ctx, const char **path, const char *prefix) {
-    const char *occurrence = std::strstr(*path, prefix);
+    const char *occurrence = prefix != nullptr ? std::strstr(*path, prefix) : nullptr;
     TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
                        "qerrno tvk_map_datatree_trim_path(tvk_map_ctx, const char **, const char *)");
     if (occurrence == nullptr) {
@@ -40,7 +41,7 @@ qerrno tvk_map_datatree_process_list_ctx(tvk_map_ctx ctx, struct qidl_tvk_datatr
         return TVK_ERR_INVALID;
     }
     const tvk_map_output_entry &entry = ctx->state->output_list[ctx->state->output_list_count - 1];
-    if (entry.trim_path == nullptr || tvk_map_datatree_trim_path(ctx, path, entry.trim_path) != TVK_OK) {
+    if (tvk_map_datatree_trim_path(ctx, path, entry.trim_path) != TVK_OK) {
         return TVK_ERR_NOT_FOUND;
     }
     *node = entry.list_node;
@@ -162,12 +163,18 @@ qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_dat
         return TVK_OK;
     }
     const std::int32_t remaining = node->subtree_count - 1;
-    tvk::forget_children(ctx, tvk::children(*node));
+    tvk::forget_last_child(ctx, tvk::child_array(node->subtrees, node->subtree_count));
     tvk::free_contents(node->subtrees[remaining]);
+    const Node *former_array = node->subtrees;
+    const tvk::WatchedArray watched{{node->subtrees, static_cast<std::size_t>(remaining)}};
     void *shrunk = kel_named_realloc(node->subtrees, static_cast<std::size_t>(remaining) * sizeof(Node));
     if (shrunk != nullptr) {
         node->subtrees = static_cast<Node *>(shrunk);
     }  // else the old array stands, and its last record is unused
+    if (!watched.is_at(node->subtrees) && ctx != nullptr && ctx->state != nullptr) {
+        watched.moved(*ctx->state, node->subtrees);
+        tvk::children_grown(ctx, former_array, {node->subtrees, static_cast<std::size_t>(remaining)});
+    }
     node->subtree_count = remaining;
     tvk::set_present(*node, TVK_HAS_SUBTREES);
     return TVK_OK;

@@ -52,6 +52,9 @@ uint32_t tvk_map_dfs_filter_sweep(tvk_map_ctx ctx, struct qidl_tvk_datatree *roo
         return 0;
     }
     tvk::WorkStack stack;
+    if (tvk::keeps_all(*root)) {
+        return 0;  // with all below it, memory or not
+    }
     if (tvk_map_dfs_sweep_stack_push(ctx, stack.get(), root, 1) == 0) {
         drop_children(ctx, *root);
     }

@@ -15,16 +15,16 @@ public:
     EntryCandidates(tvk_map_ctx ctx, AnyNode &parent, const char *tag, std::span<const KeyText> keys)
         : children_(children(parent)), table_(find_entry_table(ctx, children_, tag, keys)) {
         if (table_ != nullptr) {
-            slot_ = table_->first(keys);
+            place_ = table_->first(keys);
             at_ = table_->frontier();
         }
     }
 
     // Null at the end.
     AnyNode *next() {
-        if (slot_ != nullptr) {
-            AnyNode *child = &children_[slot_->position()];
-            slot_ = table_->next(*slot_);
+        if (place_ != 0) {
+            AnyNode *child = &children_[static_cast<std::size_t>(place_) - 1];
+            place_ = table_->next(place_);
             return child;
         }
         return at_ < children_.size() ? &children_[at_++] : nullptr;
@@ -33,7 +33,7 @@ public:
 private:
     std::span<AnyNode> children_;
     const EntryTable *table_;
-    const EntrySlot *slot_ = nullptr;
+    std::int32_t place_ = 0;
     std::size_t at_ = 0;
 };
 

@@ -45,9 +45,26 @@ struct IndexedChildren {
     // Children do not become fewer, nor others, without an announcement; where they did all the same, this is the
     // last line of defence.
     bool fits(std::span<const Node> children) const {
-        const bool too_few = std::ranges::any_of(
-            tables, [&](const EntryTable *table) { return table != nullptr && table->frontier() > children.size(); });
-        return !too_few && (tags == nullptr || tags->known() <= children.size()) && first_tag == children.front().tag;
+        return known() <= children.size() && first_tag == children.front().tag;
+    }
+
+    std::size_t known() const {
+        std::size_t most = tags != nullptr ? tags->known() : 0;
+        for (const EntryTable *table : tables) {
+            most = std::max(most, table != nullptr ? table->frontier() : 0);
+        }
+        return most;
+    }
+
+    void drop_last(std::span<const Node> children) {
+        if (tags != nullptr && !tags->drop_last(children)) {
+            destroy(tags);
+        }
+        for (EntryTable *table : tables) {
+            if (table != nullptr && table->frontier() == children.size()) {
+                table->drop_last();
+            }
+        }
     }
 
     const char *first_tag;
@@ -88,8 +105,7 @@ struct tvk_map_children_index {
 
     Parent *insert(const Node *array) {
         if (count == kMaxParents) {
-            victim = (victim + 1) % kMaxParents;
-            erase(parents[victim]);
+            erase(*choose_victim());
         }
         IndexedChildren *made = make<IndexedChildren>();
         if (made == nullptr) {
@@ -123,6 +139,19 @@ struct tvk_map_children_index {
     }
 
 private:
+    // One of the next few: the one with the fewest children to look at again. A long list that is searched all the time
+    // is not given up for its entries.
+    Parent *choose_victim() {
+        constexpr std::size_t kChoice = 8;
+        Parent *chosen = nullptr;
+        for (std::size_t i = 0; i < kChoice; ++i) {
+            victim = (victim + 1) % kMaxParents;
+            if (chosen == nullptr || parents[victim].children->known() < chosen->children->known()) {
+                chosen = parents + victim;
+            }
+        }
+        return chosen;
+    }
     Parent *place(const Parent &parent) {
         Parent *at = std::ranges::lower_bound(parents, parents + count, parent.array, {}, &Parent::array);
         std::copy_backward(at, parents + count, parents + count + 1);
@@ -255,6 +284,14 @@ void tvk::forget_children(tvk_map_ctx ctx, std::span<const Node> nodes) {
     }
 }
 
+void tvk::forget_last_child(tvk_map_ctx ctx, std::span<const Node> children) {
+    forget_children(ctx, child_array(children.back().subtrees, children.back().subtree_count));
+    tvk_map_children_index *index = index_of(ctx);
+    if (auto *known = index != nullptr ? index->find(children.data()) : nullptr; known != nullptr) {
+        known->children->drop_last(children);
+    }
+}
+
 void tvk::forget_index(tvk_map_ctx ctx) {
     if (keeps_index(ctx)) {
         destroy(ctx->state->children_index);
@@ -269,8 +306,8 @@ void tvk::entry_gains(tvk_map_ctx ctx, const Node &entry, const char *tag) {
         return;
     }
     for (EntryTable *table : list->tables) {
-        if (table != nullptr && position < table->frontier() && (tag == nullptr || table->reads(tag))) {
-            table->clear();
+        if (table != nullptr && (tag == nullptr || table->reads(tag))) {
+            table->forget(position);
         }
     }
 }

@@ -24,10 +24,12 @@ inline bool keeps_index(tvk_map_ctx ctx) {
     return ctx != nullptr && ctx->state != nullptr && ctx->state->children_index != nullptr;
 }
 
-// Children were added, which may have moved the array.
+// Children were added, or the last one went, which may have moved the array.
 void children_grown(tvk_map_ctx ctx, const Node *from, std::span<const Node> to);
 // Nodes are about to go, with all below them.
 void forget_children(tvk_map_ctx ctx, std::span<const Node> nodes);
+// The last one of these children is about to go, which may then move the array.
+void forget_last_child(tvk_map_ctx ctx, std::span<const Node> children);
 void forget_index(tvk_map_ctx ctx);
 
 // A node that may be a list entry gets a child of that tag, or a child of it another value; any one when it is null.

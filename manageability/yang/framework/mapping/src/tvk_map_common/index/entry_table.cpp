@@ -6,24 +6,29 @@ namespace {
 
 using tvk::Node;
 
-// The only child of that tag, when it is a leaf with a value; null otherwise.
-const Node *only_leaf(const Node &entry, const char *tag) {
+// The one child of that tag, when it is a leaf with a value.
+struct KeyLeaf {
+    const Node *leaf = nullptr;
+    bool is_missing = false;  // else there is one that does not tell the entry, or a child without a tag
+};
+
+KeyLeaf find_key_leaf(const Node &entry, const char *tag) {
     const Node *leaf = nullptr;
     for (const Node &child : tvk::children(entry)) {
         if (child.tag == nullptr) {
-            return nullptr;
+            return {};
         }
         if (std::strcmp(child.tag, tag) != 0) {
             continue;
         }
         if (leaf != nullptr) {
-            return nullptr;
+            return {};
         }
         leaf = &child;
     }
     const bool has_value =
         leaf != nullptr && tvk::has(*leaf, TVK_HAS_TAG) && tvk::has(*leaf, TVK_HAS_DATA) && leaf->data != nullptr;
-    return has_value ? leaf : nullptr;
+    return {has_value ? leaf : nullptr, leaf == nullptr};
 }
 
 const char *behind(const char *text) {
@@ -72,39 +77,122 @@ bool tvk::EntryTable::is_for(const char *tag, std::span<const KeyText> keys) con
 }
 
 void tvk::EntryTable::take_in(std::span<const Node> children) {
-    while (frontier_ < children.size() && take_in(children[frontier_], frontier_)) {
+    if (!read_forgotten(children)) {
+        clear();
+    }
+    while (frontier_ < children.size() && take_in(children[frontier_])) {
         ++frontier_;
     }
 }
 
-bool tvk::EntryTable::take_in(const Node &child, std::size_t position) {
-    // A child without a tag ends some searches.
-    if (child.tag == nullptr) {
+bool tvk::EntryTable::take_in(const Node &child) {
+    std::uint32_t hash = 0;
+    const Keys keys = read(child, hash);
+    if (keys == Keys::kUntold || !links_.append({0, kGone, 0})) {
         return false;
     }
+    if (keys == Keys::kTold && !put_in(static_cast<std::int32_t>(links_.size()), hash)) {
+        links_.drop_last();
+        return false;
+    }
+    return true;
+}
+
+tvk::EntryTable::Keys tvk::EntryTable::read(const Node &child, std::uint32_t &hash) {
+    // A child without a tag ends some searches.
+    if (child.tag == nullptr) {
+        return Keys::kUntold;
+    }
     if (!any_tag_ && std::strcmp(child.tag, names_.get()) != 0) {
-        return true;
+        return Keys::kNone;
     }
     all_numbered_ = all_numbered_ && child.subtree_index != 0;
-    std::uint32_t hash = 0;
+    Keys keys = Keys::kTold;
     const char *name = names_.get();
     for (std::size_t i = 0; i < key_count_; ++i) {
         name = behind(name);
-        const Node *leaf = only_leaf(child, name);
-        if (leaf == nullptr) {
-            return false;
+        const KeyLeaf key = find_key_leaf(child, name);
+        if (key.leaf != nullptr) {
+            hash = hash_text(key.leaf->data, hash);
+        } else if (key.is_missing) {
+            keys = Keys::kNone;
+        } else {
+            return Keys::kUntold;
         }
-        hash = hash_text(leaf->data, hash);
     }
-    return slots_.insert({hash, static_cast<std::int32_t>(position) + 1});
+    return keys;
 }
 
-const tvk::EntrySlot *tvk::EntryTable::first(std::span<const KeyText> keys) const {
+bool tvk::EntryTable::read_forgotten(std::span<const Node> children) {
+    for (const std::int32_t place : forgotten_.all()) {
+        const auto position = static_cast<std::size_t>(place) - 1;
+        if (position < frontier_ && !read_again(children[position], place)) {
+            return false;
+        }
+    }
+    forgotten_.clear();
+    return true;
+}
+
+bool tvk::EntryTable::read_again(const Node &child, std::int32_t place) {
+    std::uint32_t hash = 0;
+    const Keys keys = read(child, hash);
+    if (keys == Keys::kUntold) {
+        return false;
+    }
+    if (keys == Keys::kTold && link(place).previous != kGone && link(place).hash == hash) {
+        return true;
+    }
+    take_out(place);
+    return keys != Keys::kTold || put_in(place, hash);
+}
+
+// Most often behind all others of the hash.
+bool tvk::EntryTable::put_in(std::int32_t place, std::uint32_t hash) {
+    Chain *chain = chains_.first(hash);
+    if (chain == nullptr || chain->first == kGone) {
+        if (chain == nullptr && !chains_.insert({hash, place, place})) {
+            return false;
+        }
+        if (chain != nullptr) {
+            chain->first = chain->last = place;
+        }
+        link(place) = {hash, 0, 0};
+        return true;
+    }
+    std::int32_t before = chain->last;
+    while (before > place) {
+        before = link(before).previous;
+    }
+    const std::int32_t after = before != 0 ? link(before).next : chain->first;
+    link(place) = {hash, before, after};
+    (before != 0 ? link(before).next : chain->first) = place;
+    (after != 0 ? link(after).previous : chain->last) = place;
+    return true;
+}
+
+void tvk::EntryTable::take_out(std::int32_t place) {
+    const Link taken = link(place);
+    if (taken.previous == kGone) {
+        return;
+    }
+    link(place).previous = kGone;
+    Chain &chain = *chains_.first(taken.hash);
+    if (taken.previous == 0 && taken.next == 0) {
+        chain.first = kGone;
+        return;
+    }
+    (taken.previous != 0 ? link(taken.previous).next : chain.first) = taken.next;
+    (taken.next != 0 ? link(taken.next).previous : chain.last) = taken.previous;
+}
+
+std::int32_t tvk::EntryTable::first(std::span<const KeyText> keys) const {
     std::uint32_t hash = 0;
     for (const KeyText &key : keys) {
         hash = hash_text(key.value, hash);
     }
-    return slots_.first(hash);
+    const Chain *chain = chains_.first(hash);
+    return chain != nullptr && chain->first != kGone ? chain->first : 0;
 }
 
 bool tvk::EntryTable::reads(const char *tag) const {
@@ -118,8 +206,31 @@ bool tvk::EntryTable::reads(const char *tag) const {
     return false;
 }
 
+// Reading more than half of the entries one by one is no better than starting anew.
+void tvk::EntryTable::forget(std::size_t position) {
+    if (position >= frontier_) {
+        return;
+    }
+    const auto place = static_cast<std::int32_t>(position) + 1;
+    const auto forgotten = forgotten_.all();
+    if (!forgotten.empty() && forgotten.back() == place) {
+        return;
+    }
+    if (forgotten.size() > frontier_ / 2 || !forgotten_.append(place)) {
+        clear();
+    }
+}
+
+void tvk::EntryTable::drop_last() {
+    take_out(static_cast<std::int32_t>(frontier_));
+    links_.drop_last();
+    --frontier_;
+}
+
 void tvk::EntryTable::clear() {
-    slots_.clear();
+    chains_.clear();
+    links_.clear();
+    forgotten_.clear();
     frontier_ = 0;
     all_numbered_ = true;
 }

@@ -1,5 +1,5 @@
-// An open-addressing table of small slots that carry their hash. Slots of equal hash are met in the order in which
-// they came in: nothing is ever taken out, and growing keeps the order.
+// An open-addressing table of small slots that carry their hash. Nothing is ever taken out. Slots of equal hash are met
+// in the order in which they came in, which growing keeps.
 #ifndef TVK_MAP_INDEX_PROBE_TABLE_H
 #define TVK_MAP_INDEX_PROBE_TABLE_H
 

@@ -51,3 +51,21 @@ bool tvk::TagGroups::add(std::span<const Node> children, std::int32_t position) 
     recent_ = nullptr;  // the table may move
     return groups_.insert({hash, true, {position, position, unnumbered ? position : -1}});
 }
+
+bool tvk::TagGroups::drop_last(std::span<const Node> children) {
+    const std::size_t last = children.size() - 1;
+    if (known_ <= last) {
+        return true;
+    }
+    Group *group = group_of(children, children[last].tag, nullptr);
+    if (group == nullptr || last == 0 || !same_text(children[last - 1].tag, children[last].tag)) {
+        return false;  // where the one before it stands would have to be searched
+    }
+    TagPlaces &places = group->places;
+    --places.last;
+    if (places.first_unnumbered > places.last) {
+        places.first_unnumbered = -1;
+    }
+    known_ = last;
+    return true;
+}

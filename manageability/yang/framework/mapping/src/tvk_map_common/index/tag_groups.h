@@ -26,6 +26,9 @@ public:
 
     std::size_t known() const { return known_; }
 
+    // The last child goes. False when all have to be looked at anew.
+    bool drop_last(std::span<const Node> children);
+
 private:
     struct Group {
         std::uint32_t hash;

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
+#include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/xpath/key_groups.h"
-#include "tvk_map_common/xpath/position.h"
 #include "tvk_map_datatree.h"
 
 namespace {
@@ -35,7 +35,12 @@ private:
 class AddWalk {
 public:
     AddWalk(tvk_map_ctx ctx, const tvk_map_node_operation &record)
-        : ctx_(ctx), record_(record), attachment_(record.result) {}
+        : ctx_(ctx), record_(record), attachment_(ctx->state != nullptr ? ctx->state->xpath_attachment : own_) {
+        attachment_ = record.result;
+    }
+    ~AddWalk() { attachment_ = nullptr; }
+    AddWalk(const AddWalk &) = delete;
+    AddWalk &operator=(const AddWalk &) = delete;
 
     qerrno run(const char *remaining) {
         for (tvk::Steps steps{remaining}; !steps.at_end(); steps.advance()) {
@@ -80,10 +85,8 @@ private:
         PathText name;
         name << tvk::list_name(step);
         Node *entry = nullptr;
-        const tvk::MovedChildren siblings{*attachment_};
         tvk_map_datatree_add_path_common_flagged(ctx_, attachment_, name.get(), record_.ns, nullptr, nullptr, &entry, 1,
                                                  0);
-        follow(siblings);
         if (entry == nullptr) {
             return TVK_ERR_INVALID;
         }
@@ -102,39 +105,15 @@ private:
     }
 
     qerrno add_below_attachment(const char *path, const char *data, int append, Node **added) {
-        Node *elsewhere = pending_node_for(path);
-        tvk::Position position;
-        if (elsewhere != nullptr && !position.take(*elsewhere, *attachment_)) {
-            return TVK_ERR_INVALID;
-        }
-        const tvk::MovedChildren siblings{elsewhere != nullptr ? *elsewhere : *attachment_};
-        const qerrno status = tvk_map_datatree_add_path_flagged(ctx_, attachment_, path, record_.ns, data, nullptr,
-                                                                added, append, kWhereItStands);
-        if (elsewhere != nullptr) {
-            attachment_ = position.node();
-        }
-        follow(siblings);
-        return status;
-    }
-
-    // The pending list node when the path holds the pending trim path: adding it there may move the attachment point.
-    Node *pending_node_for(const char *path) const {
-        const tvk_map_request_state *state = ctx_->state;
-        const bool goes_there = state != nullptr && (state->build_flags & TVK_BUILD_FILTERED) == 0 &&
-                                state->pending_trim_path != nullptr &&
-                                std::strstr(path, state->pending_trim_path) != nullptr;
-        return goes_there ? state->pending_list_node : nullptr;
-    }
-
-    void follow(const tvk::MovedChildren &siblings) const {
-        if (ctx_->state != nullptr) {
-            siblings.follow(*ctx_->state);
-        }
+        return tvk_map_datatree_add_path_flagged(ctx_, attachment_, path, record_.ns, data, nullptr, added, append,
+                                                 kWhereItStands);
     }
 
     tvk_map_ctx ctx_;
     const tvk_map_node_operation &record_;
-    Node *attachment_;
+    // In the request state, where additions below a pending list node above it move it along.
+    Node *&attachment_;
+    Node *own_ = nullptr;
     PathText pending_;
     bool has_plain_step_ = false;
 };

@@ -64,8 +64,8 @@ qerrno modify(tvk_map_ctx ctx, tvk_map_node_operation &record, const Node &paren
 }
 
 void read(tvk_map_node_operation &record) {
-    const Node &node = *record.result;
-    const char *value = tvk::has(node, TVK_HAS_DATA) && node.data != nullptr ? node.data : "";
+    // As it stands, whatever its presence bit says: what the keys of a path are compared with can be read.
+    const char *value = record.result->data != nullptr ? record.result->data : "";
     strncpy_s(record.value, sizeof record.value, value, sizeof record.value - 1);
 }
 

@@ -45,7 +45,8 @@ qerrno compare_keys(Node &entry, const tvk::KeyGroups &keys) {
         if (const qerrno status = find_child(nullptr, entry, key.name, leaf); status != TVK_OK) {
             return status;
         }
-        if (!tvk::has(*leaf, TVK_HAS_DATA) || !tvk::same_text(leaf->data, key.value)) {
+        // The value as it stands, whatever its presence bit says.
+        if (!tvk::same_text(leaf->data, key.value)) {
             return TVK_ERR_NOT_PRESENT;
         }
     }

@@ -1,0 +1,54 @@
+#include "apply_command.h"
+
+#include "data_edit.h"
+#include "data_file.h"
+#include "edit_command.h"
+#include "edit_defaults.h"
+
+namespace tvk::tool {
+
+namespace {
+
+TopNames tops_of(TreeHolder &data) {
+    TopNames names;
+    for (const Node &top : data.tops()) {
+        names.emplace_back(tag_of(top), namespace_of(top));
+    }
+    return names;
+}
+
+}  // namespace
+
+Reply answer_apply(TreeHolder &data, const Node &edit, uint32_t default_operation, Shapes &shapes,
+                   const ApplyOutput &output) {
+    shapes.learn({&data.root(), &edit});
+    TreeHolder changes;
+    if (const std::optional<RpcError> error = apply_edit(data, edit, default_operation, shapes, changes)) {
+        return refusal({*error}, output.message_id);
+    }
+    return config_reply(output.changes ? changes.root() : data.root(), output.message_id, output.tree);
+}
+
+int run_apply(const ApplyOptions &options) {
+    check_inputs(options.native, options.edit, "only one of NATIVE and EDIT can be standard input");
+    const Mappings mappings = Mappings::load(options.mappings);
+    Shapes shapes(mappings);
+    for (const std::string &list : options.lists) {
+        shapes.add(list);
+    }
+    TreeHolder data;
+    read_data(options.native, kNativeLayout, data);
+    TreeHolder edit;
+    const EditParameters parameters = read_edit(XmlDocument::read(options.edit, kEditLayout), edit);
+    uint32_t default_operation = parameters.default_operation.value_or(TVK_OPERATION_MERGE);
+    if (parameters.is_whole) {
+        replace_all(edit, tops_of(data));
+    } else if (default_operation == TVK_OPERATION_REPLACE) {
+        give_operation_to_tops(edit, TVK_OPERATION_REPLACE);
+        default_operation = TVK_OPERATION_MERGE;
+    }
+    return print(answer_apply(data, edit.root(), default_operation, shapes,
+                              {parameters.message_id, options.changes, options.tree}));
+}
+
+}  // namespace tvk::tool

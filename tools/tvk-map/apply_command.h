@@ -1,0 +1,35 @@
+// tvk-map apply: carries out an edit of native data, as the device would.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "list_keys.h"
+#include "mapping_run.h"
+
+namespace tvk::tool {
+
+struct ApplyOptions {
+    std::string native;  // file, or "-"
+    std::string edit;    // file, or "-"
+    std::vector<std::string> mappings;
+    std::vector<std::string> lists;  // "PATH=KEY,KEY"
+    bool changes = false;
+    bool tree = false;
+};
+
+// Returns the exit status. Throws UsageError.
+int run_apply(const ApplyOptions &options);
+
+struct ApplyOutput {
+    std::optional<std::string> message_id;
+    bool changes;  // alone
+    bool tree;
+};
+
+// Carries out edit on data and shows the data, or what is different in it. shapes learns what data and edit show.
+Reply answer_apply(TreeHolder &data, const Node &edit, uint32_t default_operation, Shapes &shapes,
+                   const ApplyOutput &output);
+
+}  // namespace tvk::tool

@@ -1,0 +1,493 @@
+#include "data_edit.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "heap.h"
+#include "insert_record.h"
+#include "request_errors.h"
+
+namespace tvk::tool {
+
+namespace {
+
+constexpr size_t kMaxLevels = 1000;
+
+struct Refused {
+    RpcError error;
+};
+
+bool has_operation(const Node &node) {
+    return (node.presence & TVK_HAS_OPERATION) != 0;
+}
+
+uint32_t operation_of(const Node &node, uint32_t otherwise = TVK_OPERATION_MERGE) {
+    return has_operation(node) ? node.operation : otherwise;
+}
+
+void set_operation(Node &node, uint32_t operation) {
+    node.operation = operation;
+    set_present(node, TVK_HAS_OPERATION);
+}
+
+void release(Node &node) {
+    qidl_tvk_datatree_free_ext(&node, tvk_gpb_free, nullptr, 0);
+    node = Node{};
+}
+
+// Owns a record that stands in no array yet.
+class Loose {
+public:
+    Loose() = default;
+    explicit Loose(Node node) : node_(node) {}
+    Loose(Loose &&other) noexcept : node_(std::exchange(other.node_, Node{})) {}
+    Loose &operator=(Loose &&other) noexcept {
+        std::swap(node_, other.node_);
+        return *this;
+    }
+    ~Loose() { release(node_); }
+
+    Node &operator*() { return node_; }
+    Node *operator->() { return &node_; }
+    Node take() { return std::exchange(node_, Node{}); }
+
+private:
+    Node node_{};
+};
+
+// A node without its children, operation and place.
+Loose bare_copy(const Node &node) {
+    Node shown = node;
+    shown.subtrees = nullptr;
+    shown.subtree_count = 0;
+    shown.edit_insert = {};
+    shown.presence = static_cast<uint16_t>(
+        node.presence & ~(TVK_HAS_SUBTREES | TVK_HAS_OPERATION | TVK_HAS_EDIT_INSERT | TVK_HAS_NODE_KIND));
+    shown.operation = 0;
+    Loose copy;
+    copy_tree(shown, *copy);
+    return copy;
+}
+
+void append_child(Node &parent, Loose child) {
+    const auto count = static_cast<size_t>(parent.subtree_count);
+    void *grown = kel_named_realloc(parent.subtrees, (count + 1) * sizeof(Node));
+    if (grown == nullptr) {
+        throw std::bad_alloc();
+    }
+    parent.subtrees = static_cast<Node *>(grown);
+    parent.subtrees[count] = child.take();
+    ++parent.subtree_count;
+    set_present(parent, TVK_HAS_SUBTREES);
+}
+
+// Everything that makes two trees the same data: order counts neither among leaves nor among entries.
+std::string content_of(const Node &node) {
+    std::vector<std::string> children;
+    for (const Node &child : children_of(node)) {
+        children.push_back(content_of(child));
+    }
+    std::sort(children.begin(), children.end());
+    std::string text;
+    for (const char *part :
+         {tag_of(node), namespace_of(node), value_of(node), text_of(node, node.data_ns, TVK_HAS_DATA_NS)}) {
+        text += part;
+        text += '\x1f';
+    }
+    for (const std::string &child : children) {
+        text += child;
+    }
+    return text + '\x1e';
+}
+
+// The children of a node while they are edited: found by what tells them apart, in an order that insertions change.
+class Children {
+public:
+    // Takes the children out of parent until put_back.
+    explicit Children(Node &parent) : parent_(parent) {
+        items_.reserve(static_cast<size_t>(parent.subtree_count));
+        if (children_of(parent).empty()) {
+            return;
+        }
+        for (int32_t i = 0; i < parent.subtree_count; ++i) {
+            items_.push_back({Loose(std::exchange(parent.subtrees[i], Node{})), kNone, kNone});
+            link_behind(i, i - 1);
+        }
+    }
+
+    using Place = int32_t;
+    static constexpr Place kNone = -1;
+
+    Node &operator[](Place place) { return *items_[static_cast<size_t>(place)].node; }
+
+    Place find(const Node &like, const NodeShape &shape) {
+        if (places_.empty()) {
+            index(shape);
+        }
+        const auto place = places_.find(name_of(like, shape.find(tag_of(like))));
+        return place != places_.end() ? place->second : kNone;
+    }
+
+    // Behind the last one of its name.
+    Place add(Loose node, const NodeShape &shape) {
+        const auto place = static_cast<Place>(items_.size());
+        const std::string name = name_of(*node, shape.find(tag_of(*node)));
+        const Place before = last_of_name(*node);
+        items_.push_back({std::move(node), kNone, kNone});
+        link_behind(place, before != kNone ? before : last_);
+        places_[name] = place;
+        last_of_name_[key_of_name((*this)[place])] = place;
+        return place;
+    }
+
+    void remove(Place place, const NodeShape &shape) {
+        places_.erase(name_of((*this)[place], shape.find(tag_of((*this)[place]))));
+        forget_last(place);
+        unlink(place);
+        release((*this)[place]);
+    }
+
+    // Before or behind another one; kNone for other means the first or the last of its name.
+    void move(Place place, Place other, bool behind) {
+        if (other == place) {
+            return;
+        }
+        forget_last(place);
+        unlink(place);
+        if (other == kNone) {
+            other = behind ? last_of_name((*this)[place]) : first_of_name((*this)[place]);
+        }
+        if (other == kNone) {
+            link_behind(place, last_);
+        } else {
+            link_behind(place, behind ? other : items_[static_cast<size_t>(other)].before);
+        }
+        last_of_name_.erase(key_of_name((*this)[place]));
+    }
+
+    void put_back() {
+        size_t count = 0;
+        for (Place place = first_; place != kNone; place = items_[static_cast<size_t>(place)].behind) {
+            ++count;
+        }
+        Node *array = count > 0 ? zeroed_array<Node>(count) : nullptr;
+        size_t next = 0;
+        for (Place place = first_; place != kNone; place = items_[static_cast<size_t>(place)].behind) {
+            array[next++] = items_[static_cast<size_t>(place)].node.take();
+        }
+        kel_named_free(parent_.subtrees);
+        parent_.subtrees = array;
+        parent_.subtree_count = static_cast<int32_t>(count);
+        parent_.presence = static_cast<uint16_t>(count > 0 ? parent_.presence | TVK_HAS_SUBTREES
+                                                           : parent_.presence & ~TVK_HAS_SUBTREES);
+    }
+
+private:
+    struct Item {
+        Loose node;
+        Place before;
+        Place behind;
+    };
+
+    static std::string key_of_name(const Node &node) { return std::string(namespace_of(node)) + '\x1f' + tag_of(node); }
+    static std::string name_of(const Node &node, const NodeShape *shape) {
+        return key_of_name(node) + '\x1f' + (shape != nullptr ? identity_of(node, *shape) : std::string());
+    }
+
+    void index(const NodeShape &shape) {
+        for (size_t i = 0; i < items_.size(); ++i) {
+            const Node &node = *items_[i].node;
+            places_.emplace(name_of(node, shape.find(tag_of(node))), static_cast<Place>(i));
+            last_of_name_[key_of_name(node)] = static_cast<Place>(i);
+        }
+    }
+    Place last_of_name(const Node &node) {
+        const auto [last, is_new] = last_of_name_.try_emplace(key_of_name(node), kNone);
+        for (Place place = last_; is_new && place != kNone && last->second == kNone;
+             place = items_[static_cast<size_t>(place)].before) {
+            last->second = has_name_of((*this)[place], node) ? place : kNone;
+        }
+        return last->second;
+    }
+    Place first_of_name(const Node &node) {
+        for (Place place = first_; place != kNone; place = items_[static_cast<size_t>(place)].behind) {
+            if (has_name_of((*this)[place], node)) {
+                return place;
+            }
+        }
+        return kNone;
+    }
+    void forget_last(Place place) {
+        const auto last = last_of_name_.find(key_of_name((*this)[place]));
+        if (last != last_of_name_.end() && last->second == place) {
+            last_of_name_.erase(last);
+        }
+    }
+    void link_behind(Place place, Place before) {
+        Item &item = items_[static_cast<size_t>(place)];
+        item.before = before;
+        item.behind = before != kNone ? items_[static_cast<size_t>(before)].behind : first_;
+        (before != kNone ? items_[static_cast<size_t>(before)].behind : first_) = place;
+        (item.behind != kNone ? items_[static_cast<size_t>(item.behind)].before : last_) = place;
+    }
+    void unlink(Place place) {
+        Item &item = items_[static_cast<size_t>(place)];
+        (item.before != kNone ? items_[static_cast<size_t>(item.before)].behind : first_) = item.behind;
+        (item.behind != kNone ? items_[static_cast<size_t>(item.behind)].before : last_) = item.before;
+        item.before = kNone;
+        item.behind = kNone;
+    }
+
+    Node &parent_;
+    std::vector<Item> items_;
+    Place first_ = kNone;
+    Place last_ = kNone;
+    std::unordered_map<std::string, Place> places_;
+    std::unordered_map<std::string, Place> last_of_name_;
+};
+
+class Applier {
+public:
+    // Carries out the children of edit on those of data; those without an operation do what otherwise says.
+    void apply(Node &data, const Node &edit, const NodeShape &shape, Node &changes, uint32_t otherwise) {
+        if (path_.size() == kMaxLevels) {
+            refuse("operation-failed", "the data has more than " + std::to_string(kMaxLevels) + " levels");
+        }
+        Children children(data);
+        for (const Node &node : children_of(edit)) {
+            path_.push_back(&node);
+            shapes_.push_back(shape.find(tag_of(node)));
+            apply_node(children, node, shape, changes, otherwise);
+            shapes_.pop_back();
+            path_.pop_back();
+        }
+        children.put_back();
+    }
+
+private:
+    const NodeShape &here() const {
+        static const NodeShape unknown;
+        return shapes_.back() != nullptr ? *shapes_.back() : unknown;
+    }
+
+    void apply_node(Children &children, const Node &node, const NodeShape &shape, Node &changes, uint32_t otherwise) {
+        if (here().is_unclear) {
+            refuse("operation-failed",
+                   "nothing shows what the keys of this list are; name its mapping, or say it with --list");
+        }
+        const Children::Place place = children.find(node, shape);
+        const bool is_there = place != Children::kNone;
+        switch (const uint32_t operation = operation_of(node, otherwise); operation) {
+            case kNoOperation:
+                if (!is_there) {
+                    refuse("data-missing", "it leads to what is to be done, but is not there");
+                }
+                if (!children_of(node).empty()) {
+                    merge(children[place], node, changes, operation);
+                }
+                return;
+            case TVK_OPERATION_MERGE:
+                is_there ? merge(children[place], node, changes, operation) : create(children, node, shape, changes);
+                break;
+            case TVK_OPERATION_CREATE:
+                if (is_there) {
+                    refuse("data-exists", "it is to be created, but is there already");
+                }
+                create(children, node, shape, changes);
+                break;
+            case TVK_OPERATION_REPLACE:
+                is_there ? replace(children, place, node, changes) : create(children, node, shape, changes);
+                break;
+            case TVK_OPERATION_DELETE:
+            case TVK_OPERATION_REMOVE:
+                if (is_there) {
+                    note_change(changes, children[place], TVK_OPERATION_DELETE);
+                    children.remove(place, shape);
+                } else if (operation == TVK_OPERATION_DELETE) {
+                    refuse("data-missing", "it is to be deleted, but is not there");
+                }
+                return;
+            default:
+                refuse("bad-attribute", "it carries an unknown operation");
+        }
+        if (has_insert(node)) {
+            put_in_place(children, node, shape);
+        }
+    }
+
+    void create(Children &children, const Node &node, const NodeShape &shape, Node &changes) {
+        Loose created = grown(node);
+        append_change(changes, copy_of(*created), TVK_OPERATION_CREATE);
+        children.add(std::move(created), shape);
+    }
+
+    void merge(Node &there, const Node &node, Node &changes, uint32_t operation) {
+        if (children_of(node).empty() && children_of(there).empty()) {
+            if (std::strcmp(value_of(there), value_of(node)) != 0 ||
+                std::strcmp(text_of(there, there.data_ns, TVK_HAS_DATA_NS),
+                            text_of(node, node.data_ns, TVK_HAS_DATA_NS)) != 0) {
+                take_value(there, node);
+                append_change(changes, copy_of(there), TVK_OPERATION_REPLACE);
+            }
+            return;
+        }
+        if (*value_of(node) != '\0' || *value_of(there) != '\0') {
+            refuse("operation-failed", "it has a value on one side and elements on the other");
+        }
+        refuse_if_unclear(there, node);
+        Loose inner = changed_parent(there);
+        const int32_t keys = inner->subtree_count;
+        apply(there, node, here(), *inner, operation);
+        if (inner->subtree_count > keys) {
+            append_child(changes, std::move(inner));
+        }
+    }
+
+    void replace(Children &children, Children::Place place, const Node &node, Node &changes) {
+        Loose created = grown(node);
+        Node &there = children[place];
+        if (content_of(there) == content_of(*created)) {
+            return;
+        }
+        append_change(changes, copy_of(*created), TVK_OPERATION_REPLACE);
+        release(there);
+        there = created.take();
+    }
+
+    void put_in_place(Children &children, const Node &node, const NodeShape &shape) {
+        const qidl_tvk_edit_insert &insert = node.edit_insert;
+        const uint32_t position = (insert.insert_presence & TVK_INSERT_HAS_POSITION) != 0
+                                      ? insert.position
+                                      : static_cast<uint32_t>(TVK_INSERT_LAST);
+        Children::Place other = Children::kNone;
+        if (position == TVK_INSERT_BEFORE || position == TVK_INSERT_AFTER) {
+            Loose like = anchor_of(node);
+            other = children.find(*like, shape);
+            if (other == Children::kNone) {
+                refuse("bad-attribute", "it is to be inserted beside an entry that is not there");
+            }
+        }
+        children.move(children.find(node, shape), other, position == TVK_INSERT_LAST || position == TVK_INSERT_AFTER);
+    }
+
+    // An entry with the keys, or a value with the value, that the insert record names.
+    Loose anchor_of(const Node &node) const {
+        Loose like = bare_copy(node);
+        const qidl_tvk_edit_insert &insert = node.edit_insert;
+        if (insert.value != nullptr && insert.value_presence != 0) {
+            kel_named_free(like->data);
+            like->data = nullptr;
+            like->data = copy_text(insert.value);
+            set_present(*like, TVK_HAS_DATA);
+        }
+        for (int32_t i = 0; i < insert.key_count && insert.keys != nullptr; ++i) {
+            Loose key;
+            key->tag = copy_text(insert.keys[i].name != nullptr ? insert.keys[i].name : "");
+            key->data = copy_text(insert.keys[i].value != nullptr ? insert.keys[i].value : "");
+            key->presence = TVK_HAS_TAG | TVK_HAS_DATA;
+            append_child(*like, std::move(key));
+        }
+        return like;
+    }
+
+    // The node as it is when nothing was there before: what is to be removed below it stays away.
+    Loose grown(const Node &node) {
+        if (path_.size() >= kMaxLevels) {
+            refuse("operation-failed", "the data has more than " + std::to_string(kMaxLevels) + " levels");
+        }
+        Loose copy = bare_copy(node);
+        for (const Node &child : children_of(node)) {
+            path_.push_back(&child);
+            shapes_.push_back(here().find(tag_of(child)));
+            if (operation_of(child) == TVK_OPERATION_DELETE) {
+                refuse("data-missing", "it is to be deleted, but is not there");
+            }
+            if (operation_of(child) != TVK_OPERATION_REMOVE) {
+                append_child(*copy, grown(child));
+            }
+            shapes_.pop_back();
+            path_.pop_back();
+        }
+        return copy;
+    }
+
+    // Two nodes with children of which each may be an entry of its own.
+    void refuse_if_unclear(const Node &there, const Node &node) const {
+        if (here().is_list || here().is_declared || children_of(there).empty() || children_of(node).empty()) {
+            return;
+        }
+        const Node &first = children_of(there).front();
+        const Node &other = children_of(node).front();
+        const bool are_leaves = children_of(first).empty() && children_of(other).empty();
+        if (are_leaves && has_name_of(first, other) && (other.presence & TVK_HAS_OPERATION) == 0 &&
+            std::strcmp(value_of(first), value_of(other)) != 0) {
+            refuse("operation-failed", std::string("nothing shows whether this is a list: '") + tag_of(first) +
+                                           "' is '" + value_of(first) + "' in the data and '" + value_of(other) +
+                                           "' in the edit; name its mapping, or say it with --list");
+        }
+    }
+
+    // What stands around changes: the name, and the keys of an entry.
+    Loose changed_parent(const Node &there) const {
+        Loose parent = bare_copy(there);
+        for (const Node &child : children_of(there)) {
+            if (here().is_key(tag_of(child))) {
+                append_child(*parent, bare_copy(child));
+            }
+        }
+        return parent;
+    }
+
+    void note_change(Node &changes, const Node &node, uint32_t operation) const {
+        append_change(changes, changed_parent(node), operation);
+    }
+    static void append_change(Node &changes, Loose node, uint32_t operation) {
+        set_operation(*node, operation);
+        append_child(changes, std::move(node));
+    }
+    static Loose copy_of(const Node &node) {
+        Loose copy;
+        copy_tree(node, *copy);
+        return copy;
+    }
+    static void take_value(Node &there, const Node &node) {
+        Loose value = bare_copy(node);
+        std::swap(there.data, value->data);
+        std::swap(there.data_ns, value->data_ns);
+        there.presence = static_cast<uint16_t>((there.presence & ~(TVK_HAS_DATA | TVK_HAS_DATA_NS)) |
+                                               (node.presence & (TVK_HAS_DATA | TVK_HAS_DATA_NS)));
+    }
+
+    [[noreturn]] void refuse(const char *tag, const std::string &reason) const {
+        const IsKey is_key = [this](const NodePath &entry, const Node &child) {
+            const NodeShape *shape = shapes_[entry.size() - 1];
+            return shape != nullptr && shape->is_key(tag_of(child));
+        };
+        RpcError error;
+        error.tag = tag;
+        error.path = xpath_of(path_, is_key);
+        error.message = readable_path(path_, is_key) + ": " + reason;
+        error.bad_element = tag_of(*path_.back());
+        throw Refused{error};
+    }
+
+    NodePath path_;
+    std::vector<const NodeShape *> shapes_;  // of the nodes of the path
+};
+
+}  // namespace
+
+std::optional<RpcError> apply_edit(TreeHolder &data, const Node &edit, uint32_t default_operation, const Shapes &shapes,
+                                   TreeHolder &changes) {
+    try {
+        Applier().apply(data.root(), edit, shapes.top(), changes.root(), default_operation);
+        return std::nullopt;
+    } catch (const Refused &refused) {
+        return refused.error;
+    }
+}
+
+}  // namespace tvk::tool

@@ -1,0 +1,32 @@
+// From what a failed request leaves behind to the errors that a client is told.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "framework.h"
+#include "module_loader.h"
+#include "rpc_reply.h"
+#include "tree_holder.h"
+
+namespace tvk::tool {
+
+// An error of that tag at a node: its path, and the message "PATH: reason".
+RpcError error_at(const NodePath &path, const char *tag, const std::string &reason);
+
+// The tags down to where the library's error path ends, as in "a/b/c"; "" where it has recorded none.
+std::string tags_of_error_path(RequestScope &scope, const Node &request);
+
+/*
+ * status is what the handler of the top container top of request answered, scope the request as it was left. The place
+ * is the node that the mapping named, or what the library's error path and the marks of the walk tell.
+ */
+RpcError describe_failure(qerrno status, const MappingModule &module, RequestScope &scope, const Node &request,
+                          const Node &top);
+
+// An error for each node of request that nothing maps, in document order, up to a limit; the last one says how many
+// there are beside. tops are the top containers for which no mapping has a handler.
+std::vector<RpcError> describe_unmapped(const Mappings &mappings, const Node &request, const Unmapped &unmapped,
+                                        const std::vector<const Node *> &tops);
+
+}  // namespace tvk::tool

@@ -1,0 +1,230 @@
+#include "subtree_filter.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace tvk::tool {
+
+namespace {
+
+bool is_content_match(const Node &node) {
+    return children_of(node).empty() && *value_of(node) != '\0';
+}
+
+bool is_named(const Node &filter, const Node &node) {
+    const char *ns = namespace_of(filter);
+    return std::strcmp(tag_of(filter), tag_of(node)) == 0 && (*ns == '\0' || std::strcmp(ns, namespace_of(node)) == 0);
+}
+
+bool has_value_of(const Node &filter, const Node &node) {
+    const char *wanted = text_of(filter, filter.data_ns, TVK_HAS_DATA_NS);
+    const char *given = text_of(node, node.data_ns, TVK_HAS_DATA_NS);
+    return std::strcmp(value_of(filter), value_of(node)) == 0 &&
+           (*wanted == '\0' || *given == '\0' || std::strcmp(wanted, given) == 0);
+}
+
+bool has_attributes_of(const Node &filter, const Node &node) {
+    const auto attributes = [](const Node &from) {
+        const bool any = (from.presence & TVK_HAS_ATTRIBUTES) != 0 && from.attributes != nullptr;
+        return std::span(from.attributes, any ? static_cast<size_t>(from.attribute_count) : 0);
+    };
+    const auto given = attributes(node);
+    return std::ranges::all_of(attributes(filter), [&](const qidl_tvk_name_value &wanted) {
+        return std::ranges::any_of(given, [&](const qidl_tvk_name_value &other) {
+            return std::strcmp(wanted.name, other.name) == 0 && std::strcmp(wanted.value, other.value) == 0;
+        });
+    });
+}
+
+std::string name_and_value(const Node &leaf) {
+    return std::string(tag_of(leaf)) + '\x1f' + value_of(leaf);
+}
+
+// The children of a filter node, by what they do.
+struct Parts {
+    // Filter nodes of one name. Those that name a value are found by the first of their values.
+    struct Group {
+        std::vector<const Node *> plain;
+        std::unordered_map<std::string, std::vector<const Node *>> by_value;
+    };
+    std::vector<const Node *> values;
+    std::unordered_map<std::string_view, Group> groups;
+
+    explicit Parts(const Node &filter) {
+        for (const Node &child : children_of(filter)) {
+            if (is_content_match(child)) {
+                values.push_back(&child);
+                continue;
+            }
+            Group &group = groups[tag_of(child)];
+            const auto below = children_of(child);
+            const auto value = std::find_if(below.begin(), below.end(), is_content_match);
+            (value != below.end() ? group.by_value[name_and_value(*value)] : group.plain).push_back(&child);
+        }
+    }
+
+    // Calls visit for each filter node that may select node, perhaps for some that do not.
+    template <typename Visit>
+    void visit_candidates(const Node &node, const Visit &visit) const {
+        const auto group = groups.find(tag_of(node));
+        if (group == groups.end()) {
+            return;
+        }
+        for (const Node *candidate : group->second.plain) {
+            visit(*candidate);
+        }
+        if (group->second.by_value.empty()) {
+            return;
+        }
+        for (const Node &leaf : children_of(node)) {
+            if (!children_of(leaf).empty()) {
+                continue;
+            }
+            if (const auto named = group->second.by_value.find(name_and_value(leaf));
+                named != group->second.by_value.end()) {
+                std::for_each(named->second.begin(), named->second.end(), [&](const Node *other) { visit(*other); });
+            }
+        }
+    }
+};
+
+void set_verdict(Node &node, uint32_t verdict) {
+    node.node_kind = verdict;
+    set_present(node, TVK_HAS_NODE_KIND);
+}
+
+void keep_at_least(Node &node, uint32_t verdict) {
+    set_verdict(node, std::max(node.node_kind, verdict));
+}
+
+std::span<Node> own_children(Node &node) {
+    return {node.subtrees, children_of(node).size()};
+}
+
+void drop_all(Node &root) {
+    std::vector<Node *> pending{&root};  // as deep as a mapping has built it
+    while (!pending.empty()) {
+        Node &node = *pending.back();
+        pending.pop_back();
+        set_verdict(node, TVK_NODE_KIND_NONE);
+        for (Node &child : own_children(node)) {
+            pending.push_back(&child);
+        }
+    }
+}
+
+const Node *walked_child(const Node *walked, const Node &node) {
+    if (walked == nullptr) {
+        return nullptr;
+    }
+    const auto children = children_of(*walked);
+    const auto child =
+        std::find_if(children.begin(), children.end(), [&](const Node &other) { return is_named(other, node); });
+    return child != children.end() ? &*child : nullptr;
+}
+
+// What the walk knows of the keys of an entry: it marks them in the filter, all or none.
+void keep_keys(Node &entry, const Node *walked) {
+    const auto known = walked != nullptr ? children_of(*walked) : std::span<const Node>();
+    const auto is_key = [](const Node &child) { return (child.presence & TVK_HAS_IS_KEY) != 0; };
+    if (!known.empty()) {
+        for (Node &child : own_children(entry)) {
+            const auto key = std::find_if(known.begin(), known.end(), [&](const Node &other) {
+                return is_key(other) && std::strcmp(tag_of(other), tag_of(child)) == 0;
+            });
+            if (key != known.end()) {
+                keep_at_least(child, TVK_NODE_KIND_KA);
+            }
+        }
+        return;
+    }
+    const auto children = own_children(entry);
+    const auto inner =
+        std::find_if(children.begin(), children.end(), [](const Node &child) { return !children_of(child).empty(); });
+    if (inner != children.end()) {
+        std::for_each(children.begin(), inner, [](Node &leaf) { keep_at_least(leaf, TVK_NODE_KIND_KA); });
+    }
+}
+
+class Selector {
+public:
+    // Whether filter, which has the name of node, selects something of it.
+    bool select(const Node &filter, Node &node, const Node *walked) {
+        if (!has_attributes_of(filter, node)) {
+            return false;
+        }
+        if (children_of(filter).empty()) {
+            keep_at_least(node, TVK_NODE_KIND_KA);
+            return true;
+        }
+        const Parts &parts = parts_of(filter);
+        if (!match_values(parts, node)) {
+            return false;
+        }
+        if (parts.groups.empty()) {
+            keep_at_least(node, TVK_NODE_KIND_KA);
+            return true;
+        }
+        bool any = !parts.values.empty();
+        for (const Node *value : parts.values) {
+            keep_value(*value, node);
+        }
+        any = select_children(parts, node, walked) || any;
+        if (any) {
+            keep_keys(node, walked);
+            keep_at_least(node, TVK_NODE_KIND_KN);
+        }
+        return any;
+    }
+
+    bool select_children(const Parts &parts, Node &node, const Node *walked) {
+        bool any = false;
+        for (Node &child : own_children(node)) {
+            parts.visit_candidates(child, [&](const Node &filter) {
+                any = (is_named(filter, child) && select(filter, child, walked_child(walked, child))) || any;
+            });
+        }
+        return any;
+    }
+
+    const Parts &parts_of(const Node &filter) {
+        const auto known = parts_.find(&filter);
+        return known != parts_.end() ? known->second : parts_.emplace(&filter, Parts(filter)).first->second;
+    }
+
+private:
+    static bool match_values(const Parts &parts, const Node &node) {
+        return std::all_of(parts.values.begin(), parts.values.end(), [&](const Node *value) {
+            const auto children = children_of(node);
+            return std::any_of(children.begin(), children.end(), [&](const Node &child) {
+                return is_named(*value, child) && has_value_of(*value, child) && has_attributes_of(*value, child);
+            });
+        });
+    }
+
+    static void keep_value(const Node &value, Node &node) {
+        for (Node &child : own_children(node)) {
+            if (is_named(value, child) && has_value_of(value, child)) {
+                keep_at_least(child, TVK_NODE_KIND_KA);
+            }
+        }
+    }
+
+    std::unordered_map<const Node *, Parts> parts_;
+};
+
+}  // namespace
+
+void mark_selected(const Node &filter, const Node &walked, Node &response) {
+    drop_all(response);
+    Selector selector;
+    // A value of a top container is no condition for the others: it is one that no container fulfils.
+    selector.select_children(selector.parts_of(filter), response, &walked);
+    set_verdict(response, TVK_NODE_KIND_KN);
+}
+
+}  // namespace tvk::tool
