@@ -213,6 +213,13 @@ qerrno check_key(tvk_map_ctx ctx, const Node *key, const ListShape &list) {
     return TVK_OK;
 }
 
+// As the library does later on; what fails before is told with the keys of the entry that it stands in.
+void mark_as_key(const Node &leaf) {
+    auto &key = const_cast<Node &>(leaf);
+    key.is_key = 1;
+    key.presence = static_cast<uint16_t>(key.presence | TVK_HAS_IS_KEY);
+}
+
 // The library counts keys, and two of one name count for two.
 qerrno check_key_of_name(tvk_map_ctx ctx, const Node *entry, const char *name, const ListShape &list) {
     const Node *key = nullptr;
@@ -223,6 +230,7 @@ qerrno check_key_of_name(tvk_map_ctx ctx, const Node *entry, const char *name, c
         if (key != nullptr) {
             return refuse(ctx, &child, TVK_ERR_LIST_KEY, "it is given twice");
         }
+        mark_as_key(child);
         key = &child;
     }
     return key != nullptr ? check_key(ctx, key, list)
