@@ -267,33 +267,88 @@ TEST_F(ExampleMappings, JoinTheOperationsOnANode) {
     }
 }
 
-// ---- Reads ----
+// ---- Long lists, and reads ----
 
-// A list that is long enough to be grouped, in two reads of the same native data.
-TEST_F(ExampleMappings, FindEntriesInLongListsAgain) {
-    Node configurations = node("interface-configurations", kNativeNs);
-    Node states = node("interface-states", kNativeNs);
-    for (int i = 0; i < 40; ++i) {
+Node interface(const std::string &name) {
+    return node("interface")(leaf("name", name));
+}
+
+// eth0, eth1 and so on, and subinterfaces of each from 1 on.
+Node long_list(int interfaces, int subinterfaces) {
+    Node list = node("interface-configurations", kNativeNs);
+    for (int i = 0; i < interfaces; ++i) {
         const std::string name = "eth" + std::to_string(i);
-        configurations(configured(name.c_str()));
-        configurations(configured((name + ".7").c_str())(node("interface-virtual")));
-        states(node("interface-state")(leaf("interface-name", name), leaf("if-index", std::to_string(100 + i))));
+        list(configured(name.c_str()));
+        for (int index = 1; index <= subinterfaces; ++index) {
+            list(configured((name + "." + std::to_string(index)).c_str())(node("interface-virtual")));
+        }
     }
-    MappingContext mapping(TVK_REQUEST_GET);
-    const Database database(mapping, configurations, states);
+    return list;
+}
+
+// Where the subinterfaces of an interface are holds while the list grows, and not when it begins anew.
+TEST_F(ExampleMappings, DeleteThePartsOfAnInterfaceInALongList) {
+    Tree target = root()(long_list(10, 2));
+    MappingContext mapping;
     MappedRequest mapped(example(EXAMPLES, "openconfig_interfaces"), mapping.ctx);
-    for (const std::string name : {"eth3", "eth30", "eth4"}) {
-        const Tree filter = interfaces(node("interface")(leaf("name", name), node("state")(node("ifindex")),
-                                                         node("subinterfaces")(node("subinterface")(node("index")))));
+    const auto edit_more = [&](const Node &request) { EXPECT_STATUS(TVK_OK, mapped.handle(Tree(request), target)); };
+    const auto deleted = [&] {
+        const qidl_tvk_datatree &list = target->subtrees[0];
+        return std::count_if(list.subtrees, list.subtrees + list.subtree_count,
+                             [](const auto &entry) { return deletes(static_cast<int>(entry.operation)); });
+    };
+    edit_more(interfaces(interface("eth3").op(TVK_OPERATION_DELETE)));
+    EXPECT_EQ(3, deleted());
+    edit_more(interfaces(interface("eth4")(node("subinterfaces")(node("subinterface")(leaf("index", "17"))))));
+    edit_more(interfaces(interface("eth4").op(TVK_OPERATION_DELETE)));
+    EXPECT_EQ(7, deleted());
+    edit_more(node("interfaces", kInterfacesNs).op(TVK_OPERATION_DELETE));
+    for (int i = 40; i > 0; --i) {
+        edit_more(interfaces(
+            interface("eth" + std::to_string(i))(node("subinterfaces")(node("subinterface")(leaf("index", "1"))))));
+    }
+    edit_more(interfaces(interface("eth38").op(TVK_OPERATION_DELETE)));
+    EXPECT_EQ(2, deleted());
+}
+
+// The mapping alone, before the framework selects: of each list what the filter can mean, in two reads of one database.
+TEST_F(ExampleMappings, AnswerTheEntriesThatAFilterMeans) {
+    Node states = node("interface-states", kNativeNs);
+    for (int i = 0; i < 20; ++i) {
+        states(node("interface-state")(leaf("interface-name", "eth" + std::to_string(i)),
+                                       leaf("if-index", std::to_string(100 + i))));
+    }
+    const Node wanted_state = node("state")(node("ifindex"));
+    const struct {
+        const char *name;
+        Node filter;
+        std::int32_t entries;
+        std::string first;
+    } rows[] = {
+        {"by key", interface("eth13")(wanted_state), 1, "ifindex = 113"},
+        {"all parts", interface("eth7")(node("subinterfaces")), 1, "index = 3"},
+        {"one part", interface("eth7")(node("subinterfaces")(node("subinterface")(leaf("index", "2")))), 1,
+         "index = 2"},
+        {"each", node("interface")(wanted_state), 20, "ifindex = 100"},
+        {"by content", node("interface")(node("state")(leaf("ifindex", "105"))), 1, "name = eth5"},
+        {"no such key", interface("eth20")(wanted_state), 0, ""},
+        {"a leaf that no entry has", interface("eth7")(leaf("mtu", "1"), wanted_state), 0, ""},
+        {"a leaf that is not mapped", node("interface")(node("state")(leaf("cpu", "1"), node("ifindex"))), 0, ""},
+        {"a key of another model", node("interface")(leaf("name", "eth7", "urn:vendor"), wanted_state), 0, ""},
+        {"a container of another model", node("interface")(node("state", "urn:vendor")(node("ifindex"))), 0, ""},
+    };
+    MappingContext mapping(TVK_REQUEST_GET);
+    const Database database(mapping, long_list(20, 3), states);
+    MappedRequest mapped(example(EXAMPLES, "openconfig_interfaces"), mapping.ctx);
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.name);
+        const Tree filter = interfaces(row.filter);
         Tree response = root();
         mapping.state->datatree = filter.get();
         mapping.state->build_flags = TVK_BUILD_FILTERED;
         EXPECT_STATUS(TVK_OK, mapped.handle(filter, response));
-        const std::string text = show(response);
-        EXPECT_NE(std::string::npos, text.find("name = " + name + "\n")) << text;
-        EXPECT_NE(std::string::npos, text.find("ifindex = " + std::to_string(100 + std::stoi(name.substr(3))))) << text;
-        EXPECT_NE(std::string::npos, text.find("index = 7")) << text;
-        EXPECT_EQ(1, response->subtrees[0].subtree_count);
+        EXPECT_EQ(row.entries, response->subtrees[0].subtree_count) << show(response);
+        EXPECT_NE(std::string::npos, show(response).find(row.first)) << show(response);
     }
 }
 
