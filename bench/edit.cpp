@@ -25,7 +25,7 @@ void run_edit(const tool::Mappings &mappings, const std::string &file, Edit &edi
     tool::Framework framework(false);
     tool::RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
     tool::resolve_identities(mappings, edit.trees.request);
-    if (!tool::walk(mappings, scope, edit.trees.request, edit.trees.native, tool::UnmappedTops::kRefused).empty()) {
+    if (!tool::walk(mappings, scope, edit.trees.request, edit.trees.native, tool::UnmappedNodes::kRefused).empty()) {
         throw std::runtime_error("the mapping refused the request");
     }
     edit.reply = tool::encode_config(edit.trees.native.root());

@@ -215,8 +215,9 @@ qerrno enter_leaf_container(tvk_map_ctx ctx, const Node *node, uint32_t child_co
     const bool propagating = ctx->state->delete_walk_active == 1;
     if (!is_read(ctx)) {
         if (is_state) {
-            return propagating ? TVK_SKIP_NODE
-                               : refuse(ctx, node, TVK_ERR_UNSUPPORTED, "it holds state, which cannot be edited");
+            const qerrno status =
+                propagating ? TVK_OK : leave_unmapped(ctx, node, "it holds state, which cannot be edited");
+            return status == TVK_OK ? TVK_SKIP_NODE : status;
         }
         const qerrno status = propagating ? TVK_OK : check_leaves(ctx, node, container);
         return status == TVK_OK ? container.enter(ctx, node, child_count, target) : status;

@@ -187,10 +187,12 @@ Quoted::Quoted(const char *value) {
     std::snprintf(text, sizeof text, "'%.*s%s'", static_cast<int>(length), shown, is_cut ? "..." : "");
 }
 
-qerrno leave_unmapped(tvk_map_ctx ctx, const Node *node) {
+qerrno leave_unmapped(tvk_map_ctx ctx, const Node *node, const char *reason) {
     if (ctx->note_unmapped == nullptr) {
-        return refuse(ctx, node, TVK_ERR_UNSUPPORTED, "it is not mapped");
+        return refuse(ctx, node, TVK_ERR_UNSUPPORTED, "%s", reason != nullptr ? reason : "it is not mapped");
     }
+    kel_named_free(ctx->failure_reason);
+    ctx->failure_reason = tvk_strdup(reason, kTag);
     ctx->note_unmapped(ctx, node);
     return TVK_OK;
 }

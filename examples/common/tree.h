@@ -90,8 +90,9 @@ struct Quoted {
     char text[80];
 };
 
-// A node of the request that the mapping does not know. Unless the framework gathers them, it ends the request.
-qerrno leave_unmapped(tvk_map_ctx ctx, const Node *node);
+// A node of the request that the mapping does not know, or that cannot be edited, for a reason. Unless the framework
+// gathers them, it ends the request.
+qerrno leave_unmapped(tvk_map_ctx ctx, const Node *node, const char *reason = nullptr);
 
 }  // namespace mapping
 

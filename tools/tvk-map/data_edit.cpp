@@ -466,12 +466,7 @@ private:
             const NodeShape *shape = shapes_[entry.size() - 1];
             return shape != nullptr && shape->is_key(tag_of(child));
         };
-        RpcError error;
-        error.tag = tag;
-        error.path = xpath_of(path_, is_key);
-        error.message = readable_path(path_, is_key) + ": " + reason;
-        error.bad_element = tag_of(*path_.back());
-        throw Refused{error};
+        throw Refused{error_at(path_, tag, reason, is_key)};
     }
 
     NodePath path_;

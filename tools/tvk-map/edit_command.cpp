@@ -22,9 +22,12 @@ TopNames mapped_tops(const Mappings &mappings) {
     return names;
 }
 
-std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees) {
+std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,
+                                const EditParameters &parameters) {
     RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
-    std::vector<RpcError> errors = walk(mappings, scope, trees.request, trees.native, UnmappedTops::kRefused);
+    // What a get was answered with holds state as well, which is no configuration.
+    const UnmappedNodes unmapped = parameters.is_reply ? UnmappedNodes::kPassedOver : UnmappedNodes::kRefused;
+    std::vector<RpcError> errors = walk(mappings, scope, trees.request, trees.native, unmapped);
     return errors.empty() ? refuse_texts(trees.request.root()) : errors;
 }
 
@@ -33,7 +36,7 @@ std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, 
 EditParameters read_edit(XmlDocument document, TreeHolder &request) {
     EditPayload payload = find_edit_payload(document);
     move_data(payload.tops, request.root());
-    return {payload.message_id, payload.default_operation, payload.is_whole};
+    return {payload.message_id, payload.default_operation, payload.is_whole, payload.is_reply};
 }
 
 std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,
@@ -50,7 +53,7 @@ std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, 
     } else if (parameters.default_operation) {
         give_operation_to_tops(trees.request, *parameters.default_operation);
     }
-    return errors.empty() ? walk_edit(mappings, framework, trees) : errors;
+    return errors.empty() ? walk_edit(mappings, framework, trees, parameters) : errors;
 }
 
 Reply answer_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees, const EditParameters &parameters,

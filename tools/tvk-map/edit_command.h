@@ -29,6 +29,7 @@ struct EditParameters {
     std::optional<std::string> message_id;
     std::optional<uint32_t> default_operation;
     bool is_whole = false;
+    bool is_reply = false;
 };
 
 // The steps between the command's files and its output. The first moves the data of a document of kEditLayout

@@ -86,7 +86,7 @@ std::vector<RpcError> drop_what_does_nothing(const Mappings &mappings, Framework
     std::vector<RpcError> errors;
     {
         RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
-        errors = walk(mappings, scope, trial.request, trial.native, UnmappedTops::kRefused);
+        errors = walk(mappings, scope, trial.request, trial.native, UnmappedNodes::kRefused);
     }
     if (errors.empty()) {
         keep_what_acts(trees.request.root(), trial.request.root());

@@ -94,6 +94,7 @@ EditPayload find_edit_payload(const XmlDocument &document) {
         read_operation(document, root, payload);
     } else if (is_reply(root)) {
         payload.tops = open_reply(document, root);
+        payload.is_reply = true;
     } else {
         payload.tops = open_config(document, root);
     }

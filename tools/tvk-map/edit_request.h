@@ -16,6 +16,7 @@ namespace tvk::tool {
 struct EditPayload {
     std::vector<xmlNode *> tops;  // top containers, in document order
     bool is_whole = false;        // they replace the whole configuration: <copy-config>
+    bool is_reply = false;        // they are what a get was answered with, which may hold state
     std::optional<std::string> message_id;
     std::optional<uint32_t> default_operation;  // of top containers without one of their own
 };

@@ -18,10 +18,12 @@ constexpr uint32_t kSessionId = 1;
 void note_unmapped(tvk_map_context *ctx, const qidl_tvk_datatree *node) {
     auto &unmapped = *static_cast<Unmapped *>(ctx->framework_data);
     try {
-        unmapped.nodes.push_back(node);
+        unmapped.nodes[node] = ctx->failure_reason != nullptr ? ctx->failure_reason : "";
     } catch (const std::bad_alloc &) {  // which may not pass through the library
         unmapped.lost_some = true;
     }
+    kel_named_free(ctx->failure_reason);
+    ctx->failure_reason = nullptr;
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "tvk_map_module.h"
@@ -73,10 +75,12 @@ private:
     tvk_session session_{&me_session_};
 };
 
-// The nodes of a request that mappings say they do not map, in the order in which they were met.
+// The nodes of a request that mappings say they do not map, and why, if they say it.
 struct Unmapped {
-    std::vector<const qidl_tvk_datatree *> nodes;
+    std::map<const qidl_tvk_datatree *, std::string> nodes;
     bool lost_some = false;  // for want of memory
+
+    bool any() const { return !nodes.empty() || lost_some; }
 };
 
 /*

@@ -37,7 +37,7 @@ std::vector<RpcError> walk_filter(const Mappings &mappings, Framework &framework
     RequestScope scope(framework, parameters.type, parameters.with_defaults, &session.memory());
     qerrno failure = TVK_OK;
     std::vector<RpcError> errors =
-        walk(mappings, scope, trees.request, trees.response, UnmappedTops::kPassedOver, &failure);
+        walk(mappings, scope, trees.request, trees.response, UnmappedNodes::kPassedOver, &failure);
     if (errors.empty()) {
         own_arrays(trees.response.root(), {&trees.native.root(), &trees.request.root()});
         prune(scope, mark, trees.asked.root(), trees.request, trees.response);
@@ -70,6 +70,9 @@ GetParameters read_request(const GetOptions &options, const Mappings &mappings, 
     }
     if (options.with_defaults) {
         parameters.with_defaults = mode_of(*options.with_defaults);
+    }
+    if (options.config) {
+        parameters.type = TVK_REQUEST_GET_CONFIG;
     }
     return parameters;
 }

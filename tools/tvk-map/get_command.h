@@ -18,6 +18,7 @@ struct GetOptions {
     std::string native;                        // file with the native data, or "-"
     std::string phase = "mark";                // or "container"
     std::optional<std::string> with_defaults;  // mode; none: what the request says
+    bool config = false;                       // a <get-config>, whatever the request says
     bool tree = false;
     bool trace = false;
 };

@@ -131,6 +131,7 @@ const CLI::App *add_get(CLI::App &app, GetOptions &options) {
     get->add_option("--with-defaults", options.with_defaults,
                     "report-all, report-all-tagged, trim or explicit, whatever the request says")
         ->type_name("MODE");
+    get->add_flag("--config", options.config, "Leave state out, as <get-config> does, whatever the request says");
     add_flags(*get, options);
     get->add_option("FILTER.xml", options.filter, "The filter; \"-\" is standard input")->type_name("");
     get->footer(std::string(kGetFooter) + kModuleLookup);

@@ -21,14 +21,12 @@ void check_inputs(const std::string &first, const std::string &second, const cha
 }
 
 std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHolder &request, TreeHolder &target,
-                           UnmappedTops unmapped, qerrno *failure) {
+                           UnmappedNodes unmapped, qerrno *failure) {
     std::vector<const Node *> refused;
     for (Node &top : request.tops()) {
         const std::optional<Mappings::Target> mapped = mappings.find(tag_of(top), namespace_of(top));
         if (!mapped) {
-            if (unmapped == UnmappedTops::kRefused) {
-                refused.push_back(&top);
-            }
+            refused.push_back(&top);
             continue;
         }
         qerrno status = scope.enter(mapped->module->table(), top);
@@ -42,7 +40,7 @@ std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHo
             return {describe_failure(status, *mapped->module, scope, request.root(), top)};
         }
     }
-    const bool is_refused = !refused.empty() || !scope.unmapped().nodes.empty() || scope.unmapped().lost_some;
+    const bool is_refused = unmapped == UnmappedNodes::kRefused && (!refused.empty() || scope.unmapped().any());
     return is_refused ? describe_unmapped(mappings, request.root(), scope.unmapped(), refused)
                       : std::vector<RpcError>();
 }

@@ -32,16 +32,15 @@ struct RequestTrees {
     ~RequestTrees() { unshare({&response.root(), &native.root(), &request.root()}); }
 };
 
-enum class UnmappedTops { kRefused, kPassedOver };
+enum class UnmappedNodes { kRefused, kPassedOver };
 
 /*
  * Hands the top containers of request to their modules in order; target is what the handlers build. Nothing when all
  * went well. Else the first failure, or, where all that is wrong is that mappings have nothing for some nodes, an
- * error for each of these; unmapped says whether top containers without a mapping are among them. failure, if not null,
- * gets what the failing handler answered.
+ * error for each of these, unless they are passed over. failure, if not null, gets what the failing handler answered.
  */
 std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHolder &request, TreeHolder &target,
-                           UnmappedTops unmapped, qerrno *failure = nullptr);
+                           UnmappedNodes unmapped, qerrno *failure = nullptr);
 
 // What a command prints on standard output, and its exit status.
 struct Reply {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <functional>
 
 #include "tvk_map_lists.h"
 
@@ -101,16 +100,18 @@ bool step_down(NodePath &path, const IsMeant &is_meant) {
 }
 
 // The copy of a key inside the entry at the end of path that has the value that differs from the key's.
-bool step_to_copy(NodePath &path, const std::string &value) {
+bool step_to_copy(NodePath &path, const std::string &value, const Node *&its_key) {
     const Node &entry = *path.back();
     for (const Node &container : children_of(entry)) {
         for (const Node &leaf : children_of(container)) {
             const auto keys = children_of(entry);
-            const bool is_copy = std::any_of(keys.begin(), keys.end(), [&](const Node &key) {
-                return std::strcmp(tag_of(key), tag_of(leaf)) == 0 && std::strcmp(value_of(key), value_of(leaf)) != 0;
+            const auto key = std::find_if(keys.begin(), keys.end(), [&](const Node &other) {
+                return std::strcmp(tag_of(other), tag_of(leaf)) == 0 &&
+                       std::strcmp(value_of(other), value_of(leaf)) != 0;
             });
-            if (is_copy && value == value_of(leaf)) {
+            if (key != keys.end() && value == value_of(leaf)) {
                 path.insert(path.end(), {&container, &leaf});
+                its_key = &*key;
                 return true;
             }
         }
@@ -120,8 +121,9 @@ bool step_to_copy(NodePath &path, const std::string &value) {
 
 struct Place {
     NodePath path;
-    std::string name;  // what the library says is at fault there: a tag or a value
-    bool is_certain;   // not only the container that holds it
+    std::string name;           // what the library says is at fault there: a tag or a value
+    bool is_certain;            // not only the container that holds it
+    const Node *key = nullptr;  // that the walk has not marked yet
 };
 
 Place find_place(qerrno status, RequestScope &scope, const Node &request, const Node &top) {
@@ -142,14 +144,15 @@ Place find_place(qerrno status, RequestScope &scope, const Node &request, const 
     };
     const auto is_named = [&](const Node &child) { return name == tag_of(child); };
     bool found = false;
+    const Node *key = nullptr;
     if (status == TVK_ERR_KEY_OPERATION) {
         found = step_down(path, is_delete);
     } else if (status == TVK_ERR_LIST_KEY) {
         found = step_down(path, is_empty_key);
     } else if (!name.empty()) {
-        found = step_down(path, is_foreign) || step_down(path, is_named) || step_to_copy(path, name);
+        found = step_down(path, is_foreign) || step_down(path, is_named) || step_to_copy(path, name, key);
     }
-    return {std::move(path), name, found};
+    return {std::move(path), name, found, key};
 }
 
 // ---- What is said ----
@@ -267,7 +270,10 @@ RpcError unmapped_top(const Mappings &mappings, const Node &top) {
     return error;
 }
 
-RpcError unmapped_node(const NodePath &path) {
+RpcError unmapped_node(const NodePath &path, const std::string &reason) {
+    if (!reason.empty()) {
+        return error_at(path, "operation-not-supported", reason);
+    }
     RpcError error = error_at(path, "unknown-element", "the mapping has nothing for this element");
     if (path.size() > 1 && is_foreign_here(path)) {
         error.message += ", of the namespace " + std::string(namespace_of(*path.back()));
@@ -277,11 +283,11 @@ RpcError unmapped_node(const NodePath &path) {
 
 }  // namespace
 
-RpcError error_at(const NodePath &path, const char *tag, const std::string &reason) {
+RpcError error_at(const NodePath &path, const char *tag, const std::string &reason, const IsKey &is_key) {
     RpcError error;
     error.tag = tag;
-    error.path = xpath_of(path);
-    error.message = readable_path(path) + ": " + reason;
+    error.path = xpath_of(path, is_key);
+    error.message = readable_path(path, is_key) + ": " + reason;
     error.bad_element = tag_of(*path.back());
     return error;
 }
@@ -304,7 +310,9 @@ RpcError describe_failure(qerrno status, const MappingModule &module, RequestSco
     if (scope.ctx()->failure_reason != nullptr) {
         reason = scope.ctx()->failure_reason;
     }
-    RpcError error = error_at(place.path, detail.tag.c_str(), reason);
+    RpcError error = error_at(place.path, detail.tag.c_str(), reason, [&](const NodePath &entry, const Node &child) {
+        return &child == place.key || is_marked_key(entry, child);
+    });
     error.bad_namespace = detail.bad_namespace;
     return error;
 }
@@ -317,15 +325,12 @@ std::vector<RpcError> describe_unmapped(const Mappings &mappings, const Node &re
             errors.push_back(unmapped_top(mappings, *top));
         }
     }
-    std::vector<const Node *> nodes = unmapped.nodes;
-    std::sort(nodes.begin(), nodes.end(), std::less<>());
-    nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());  // a replace walks them twice
     size_t known = tops.size();
     find_path(request, [&](const NodePath &path) {
-        if (std::binary_search(nodes.begin(), nodes.end(), path.back(), std::less<>())) {
+        if (const auto noted = unmapped.nodes.find(path.back()); noted != unmapped.nodes.end()) {
             ++known;
             if (errors.size() < kMaxUnmapped) {
-                errors.push_back(unmapped_node(path));
+                errors.push_back(unmapped_node(path, noted->second));
             }
         }
         return false;

@@ -12,7 +12,8 @@
 namespace tvk::tool {
 
 // An error of that tag at a node: its path, and the message "PATH: reason".
-RpcError error_at(const NodePath &path, const char *tag, const std::string &reason);
+RpcError error_at(const NodePath &path, const char *tag, const std::string &reason,
+                  const IsKey &is_key = is_marked_key);
 
 // The tags down to where the library's error path ends, as in "a/b/c"; "" where it has recorded none.
 std::string tags_of_error_path(RequestScope &scope, const Node &request);

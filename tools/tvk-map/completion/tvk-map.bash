@@ -61,7 +61,7 @@ _tvk_map() {
   esac
   case $command:$current in
     edit:-?*) _tvk_map_words --mapping --into --apply --changes --tree --trace --help ;;
-    get:-?*) _tvk_map_words --mapping --native --phase --with-defaults --tree --trace --help ;;
+    get:-?*) _tvk_map_words --mapping --native --config --phase --with-defaults --tree --trace --help ;;
     apply:-?*) _tvk_map_words --mapping --list --changes --tree --help ;;
     print:-?*) _tvk_map_words --namespaces --help ;;
     *) _tvk_map_files xml ;;

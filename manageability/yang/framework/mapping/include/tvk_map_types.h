@@ -187,9 +187,10 @@ struct tvk_map_context {
     const struct qidl_tvk_datatree *failed_node;
     char *failure_reason;
     /*
-     * Where it is not null a mapping calls it in an edit for each node of the request that it does not map, and goes
-     * on with TVK_OK: the framework then fails the request, and names all of them at once. node must be a record of
-     * the request's tree. Where it is null the mapping refuses the first such node itself.
+     * Where it is not null a mapping calls it in an edit for each node of the request that it does not map, or that
+     * cannot be edited, and goes on with TVK_OK: the framework then fails the request, and names all of them at once.
+     * It takes the failure_reason over, if there is one. node must be a record of the request's tree. Where it is null
+     * the mapping refuses the first such node itself.
      */
     void (*note_unmapped)(struct tvk_map_context *ctx, const struct qidl_tvk_datatree *node);
     void *framework_data; /* the framework's own */
