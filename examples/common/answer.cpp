@@ -70,8 +70,9 @@ bool admits(tvk_map_ctx ctx, const Node &request, const ListShape &list, const c
     return true;
 }
 
-// The candidates for what the request asks of the list: one for a key, if the native side has it, else all.
-qerrno find_candidates(tvk_map_ctx ctx, const Node *request, const ListShape &list, Entries &found) {
+// The candidates for what the request asks of the list: one for a key, if the native side has it, else all. What they
+// are found by is at rest in scratch.
+qerrno find_candidates(tvk_map_ctx ctx, const Node *request, const ListShape &list, Scratch &scratch, Entries &found) {
     const Node *outer = list.parent != nullptr ? native_entry(ctx, *list.parent) : native_root(ctx);
     const char *outer_key = list.parent != nullptr ? entry_key(ctx, *list.parent) : nullptr;
     if (outer == nullptr) {
@@ -80,7 +81,6 @@ qerrno find_candidates(tvk_map_ctx ctx, const Node *request, const ListShape &li
     const NodeRange all = list.candidates(ctx, outer);
     const Node *key = request != nullptr ? key_leaf(*request, list.key) : nullptr;
     if (key != nullptr && (key->presence & TVK_HAS_DATA) != 0) {
-        Scratch scratch;
         const char *wanted = list.native_key != nullptr ? list.native_key(key->data, outer_key, scratch) : key->data;
         return wanted != nullptr ? Entries::find(ctx, all.first, all, list.text_of, all_of(wanted), found) : TVK_OK;
     }
@@ -107,8 +107,9 @@ Node *add_instance(Instances &instances) {
 // Adds an instance for each native node that is an entry of list. In a propagation (is_own false) the node is not of
 // this list: it asks for no keys of it, and shows no children.
 qerrno find_instances(tvk_map_ctx ctx, const Node &request, const ListShape &list, bool is_own, Instances &instances) {
+    Scratch wanted;
     Entries candidates;
-    qerrno status = find_candidates(ctx, is_own ? &request : nullptr, list, candidates);
+    qerrno status = find_candidates(ctx, is_own ? &request : nullptr, list, wanted, candidates);
     const char *outer_key = list.parent != nullptr ? entry_key(ctx, *list.parent) : nullptr;
     for (const Node *candidate; status == TVK_OK && (candidate = candidates.next()) != nullptr;) {
         Scratch scratch;
