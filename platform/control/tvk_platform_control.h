@@ -3,7 +3,7 @@
  *
  * Not part of the platform contract (platform/include): a platform layer of an integrator needs none of it, and
  * the library calls none of it. All switches are off when the process starts and cost nothing then. They are
- * process-wide and are set from one thread.
+ * process-wide and are set from one thread. The session table alone may be changed from any.
  */
 #ifndef TVK_PLATFORM_CONTROL_H
 #define TVK_PLATFORM_CONTROL_H

@@ -1,12 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdint>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "context.h"
 #include "tree.h"
 #include "tvk_diagnostics.h"
 #include "tvk_platform_control.h"
+#include "tvk_session.h"
 
 using namespace tvk::test;
 
@@ -47,6 +51,29 @@ TEST(Diagnostics, CountsTraceLinesAndWrapsAround) {
     tvk_platform_set_trace_index(UINT32_MAX);
     EXPECT_EQ(UINT32_MAX, ret_nc_tvk_trace_index_incr());
     EXPECT_EQ(0u, ret_nc_tvk_trace_index_incr());
+}
+
+// Each thread opens and closes sessions of its own in the one table.
+TEST_F(Services, SessionsAreFoundWhileOthersComeAndGo) {
+    constexpr std::uint32_t kThreads = 4, kSessions = 64, kRounds = 500;
+    tvk_framework_context framework{};
+    tvk_session session{};
+    std::atomic<int> wrong = 0;
+    std::vector<std::thread> threads;
+    for (std::uint32_t thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (std::uint32_t i = 0; i < kRounds * kSessions; ++i) {
+                const std::uint32_t id = i % kSessions * kThreads + thread;
+                tvk_session *const expected = i / kSessions % 2 == 0 ? &session : nullptr;
+                tvk_platform_set_session(&framework, id, expected);
+                wrong += tvk_session_find(&framework, id) != expected ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(0, wrong);
 }
 
 TEST_F(Services, DumpsTreesToTheDebugLog) {
