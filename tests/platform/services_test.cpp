@@ -47,6 +47,21 @@ TEST(Diagnostics, LogsUpToTheLevelAndToStandardErrorUnlessToldOtherwise) {
     EXPECT_EQ("logged\ntraced\n", testing::internal::GetCapturedStderr());
 }
 
+TEST(Diagnostics, WritesEachMessageOnOneLine) {
+    const std::string text = "a\nERR: forged\r\t\\ \x1b[2J\x7f \xC2\x9B \xC3\xA4\xC2\xA0\n",
+                      printed = "a\\nERR: forged\\r\\t\\\\ \\x1b[2J\\x7f \\xc2\\x9b \xC3\xA4\xC2\xA0\\n\n";
+    std::uint32_t site_word = UINT32_MAX;
+    testing::internal::CaptureStderr();
+    tvk_platform_set_debug_log(1, TVK_LOG_LEVEL_ERR, nullptr, nullptr);
+    _kel_dt_log_filter_adv(nullptr, 0, 0, 0, 0, 0, &site_word, "%s", text.c_str());
+    _lstrace(nullptr, 0, text.c_str());
+    tvk_platform_set_debug_log(0, TVK_LOG_LEVEL_TRC, nullptr, nullptr);
+    EXPECT_EQ(printed + printed, testing::internal::GetCapturedStderr());
+    const LogCapture capture;
+    _kel_dt_log_filter_adv(nullptr, 0, 0, 0, 0, 0, &site_word, "%s", text.c_str());
+    EXPECT_EQ(Lines{text}, capture.raw_logs()) << "a sink of one's own gets it as it is";
+}
+
 TEST(Diagnostics, CountsTraceLinesAndWrapsAround) {
     tvk_platform_set_trace_index(UINT32_MAX);
     EXPECT_EQ(UINT32_MAX, ret_nc_tvk_trace_index_incr());
