@@ -9,9 +9,9 @@ namespace mapping {
 namespace {
 
 const LeafRule *find_rule(const LeafContainer &container, const char *tag) {
-    const In other = container.enter != nullptr ? In::kStateAlone : In::kConfigAlone;
+    const bool is_state = container.enter == nullptr;
     for (const LeafRule &rule : container.rules) {
-        if (rule.in != other && equal(rule.tag, tag)) {
+        if ((is_state || !rule.in_state_alone) && equal(rule.tag, tag)) {
             return &rule;
         }
     }

@@ -21,8 +21,6 @@ const char *openconfig_value(const ValuePair *values, const char *native);
 // The form that a value has on the other side, at rest in scratch if need be; null when it has none there.
 using Convert = const char *(*)(const char *value, Scratch &scratch);
 
-enum class In { kBoth, kConfigAlone, kStateAlone };
-
 // One OpenConfig leaf.
 struct LeafRule {
     const char *tag;
@@ -39,7 +37,7 @@ struct LeafRule {
     const char *(*read)(tvk_map_ctx ctx, const Node *native) = nullptr;
     const char *ns = nullptr;        // null: that of the container
     const char *value_ns = nullptr;  // of an identity
-    In in = In::kBoth;
+    bool in_state_alone = false;
 };
 
 // A container whose children are leaves.

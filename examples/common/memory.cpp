@@ -100,7 +100,7 @@ struct Groups {
     bool take_in(NodeRange list) {
         const auto count = static_cast<uint32_t>(list.count);
         if (known > count) {
-            forget();
+            forget();  // fewer ones are others, though nobody has said so
         }
         if (!make_room(count)) {
             return false;

@@ -3,6 +3,7 @@
 
 #include "conversions.h"
 #include "native.h"
+#include "tvk_string.h"
 
 namespace bgp {
 
@@ -73,18 +74,32 @@ constexpr LeafRule kRules[] = {
      .from_native = bits_of_kilobits,
      .native_form = "whole number of kilobits per second up to 4294967000",
      .ns = kBandwidthNs},
-    {.tag = "session-state", .path = "session", .values = kSessions, .in = In::kStateAlone},
+    {.tag = "session-state", .path = "session", .values = kSessions, .in_state_alone = true},
 };
 constexpr LeafContainer kConfig = {kRules, &kNeighborList, "config", kNetworkInstanceNs, in_peer};
 constexpr LeafContainer kState = {kRules, &kNeighborList, "state", kNetworkInstanceNs, nullptr};
 
 // ---- transport ----
 
+// Where the device has the address already, it stays in the prefix that it has there.
+qerrno edit_local_address(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *value) {
+    const Node *source = find(current_entry(ctx), "source");
+    Scratch address;
+    const bool is_there = value != nullptr && source != nullptr && source->data != nullptr &&
+                          equal(address_of_prefix(source->data, address), leaf->data);
+    Scratch same;
+    if (is_there && tvk_strcpy_s(__func__, same, sizeof same, source->data) == 0) {
+        value = same;
+    }
+    return add_value(ctx, leaf, target, "source", value);
+}
+
 constexpr LeafRule kTransportRules[] = {{.tag = "local-address",
                                          .type = &kIpv4Address,
                                          .path = "source",
                                          .to_native = prefix_of_address,
-                                         .from_native = address_of_prefix}};
+                                         .from_native = address_of_prefix,
+                                         .edit = edit_local_address}};
 constexpr LeafContainer kTransportConfig = {kTransportRules, &kNeighborList, "transport/config", kNetworkInstanceNs,
                                             in_peer};
 constexpr LeafContainer kTransportState = {kTransportRules, &kNeighborList, "transport/state", kNetworkInstanceNs,

@@ -21,11 +21,7 @@ constexpr LeafRule kEthernetRules[] = {
     {.tag = "duplex-mode", .path = "ethernet/duplex", .values = kDuplexModes},
     {.tag = "port-speed", .path = "ethernet/speed", .values = kSpeeds, .value_ns = kEthernetNs},
     // Of the aggregation model: the port becomes a member of that bundle.
-    {.tag = "aggregate-id",
-     .type = &kInterfaceName,
-     .path = "bundle/member-of",
-     .ns = kAggregateNs,
-     .in = In::kConfigAlone},
+    {.tag = "aggregate-id", .type = &kInterfaceName, .path = "bundle/member-of", .ns = kAggregateNs},
 };
 constexpr LeafContainer kEthernetConfig = {kEthernetRules, &kInterfaceList, "ethernet/config", kEthernetNs,
                                            in_interface};

@@ -89,9 +89,9 @@ constexpr LeafRule kRules[] = {
     {.tag = "mtu", .type = &kUint16, .edit = edit_mtu, .read = read_mtu},
     {.tag = "description", .type = &kString, .path = "description"},
     {.tag = "enabled", .type = &kBoolean, .default_value = "true", .edit = edit_enabled, .read = read_enabled},
-    {.tag = "ifindex", .read = read_if_index, .in = In::kStateAlone},
-    {.tag = "admin-status", .read = read_admin_status, .in = In::kStateAlone},
-    {.tag = "oper-status", .read = read_oper_status, .in = In::kStateAlone},
+    {.tag = "ifindex", .read = read_if_index, .in_state_alone = true},
+    {.tag = "admin-status", .read = read_admin_status, .in_state_alone = true},
+    {.tag = "oper-status", .read = read_oper_status, .in_state_alone = true},
 };
 constexpr LeafContainer kConfig = {kRules, &kInterfaceList, "config", kInterfacesNs, in_interface};
 constexpr LeafContainer kState = {kRules, &kInterfaceList, "state", kInterfacesNs, nullptr};

@@ -1,17 +1,12 @@
 // Whole edits and gets through the example mappings, with every allocation failing once.
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <set>
 
 #include "allocation_failures.h"
-#include "context.h"
-#include "kel_memory.h"
+#include "mapped_request.h"
 #include "status.h"
 #include "tree.h"
 #include "tvk_map_filter.h"
-#include "tvk_map_module.h"
-#include "tvk_platform_control.h"
 
 namespace {
 
@@ -21,13 +16,6 @@ constexpr char kInterfacesNs[] = "http://openconfig.net/yang/interfaces";
 constexpr char kIpNs[] = "http://openconfig.net/yang/interfaces/ip";
 constexpr char kInstancesNs[] = "http://openconfig.net/yang/network-instance";
 constexpr char kBgpTypesNs[] = "http://openconfig.net/yang/bgp-types";
-
-const tvk_map_module &example(const std::string &name) {
-    void *module = dlopen((EXAMPLES + name + ".so").c_str(), RTLD_NOW | RTLD_LOCAL);
-    EXPECT_NE(nullptr, module) << dlerror();
-    void *get = dlsym(module, TVK_MAP_MODULE_SYMBOL);
-    return *reinterpret_cast<tvk_map_module_get_fp>(get)();
-}
 
 template <class... Children>
 Node neighbors(const Children &...children) {
@@ -114,58 +102,6 @@ bool is_within(const std::set<std::string> &part, const std::set<std::string> &w
     return std::includes(whole.begin(), whole.end(), part.begin(), part.end());
 }
 
-// The native data of a read, in the framework's session table.
-class Database {
-public:
-    Database(MappingContext &mapping, const Node &native) : data_(root()(native)), framework_(&mapping.framework) {
-        mapping.request.session_id = 1;
-        mapping.request.presence |= TVK_REQUEST_HAS_SESSION_ID;
-        EXPECT_NE(0, tvk_platform_set_session(framework_, 1, &session_));
-    }
-    ~Database() { tvk_platform_set_session(framework_, 1, nullptr); }
-    Database(const Database &) = delete;
-    Database &operator=(const Database &) = delete;
-
-private:
-    Tree data_;
-    tvk_framework_ctx framework_;
-    varn_connection_table_a table_a_{data_.get(), data_.get()};
-    varn_connection_table_b table_b_{data_.get(), nullptr, data_.get()};
-    varn_backend backend_{&table_a_};
-    me_backend_session_ctx_t backend_session_{&backend_, &table_b_};
-    me_backend_session_ctx_t *backend_sessions_[1] = {&backend_session_};
-    me_session sessions_{backend_sessions_};
-    tvk_session session_{&sessions_};
-};
-
-// A request that concerns the module, from its begin to its end.
-class MappedRequest {
-public:
-    MappedRequest(const tvk_map_module &module, tvk_map_ctx ctx) : module_(module), ctx_(ctx) {}
-    ~MappedRequest() {
-        if (has_begun_ && module_.end_request != nullptr) {
-            module_.end_request(ctx_);
-        }
-        if (ctx_->mapping_data != nullptr) {
-            module_.release_data(ctx_->mapping_data);
-        }
-        kel_named_free(ctx_->failure_reason);
-    }
-    MappedRequest(const MappedRequest &) = delete;
-    MappedRequest &operator=(const MappedRequest &) = delete;
-
-    qerrno handle(const Tree &request, const Tree &target) const {
-        const qerrno status = module_.begin_request != nullptr ? module_.begin_request(ctx_) : TVK_OK;
-        has_begun_ = status == TVK_OK;
-        return has_begun_ ? module_.containers[0].handler(ctx_, request.get(), target.get()) : status;
-    }
-
-private:
-    const tvk_map_module &module_;
-    tvk_map_ctx ctx_;
-    mutable bool has_begun_ = false;
-};
-
 class RequestOutOfMemory : public HeapTest {
 protected:
     static void expect_walk_is_over(const tvk_map_request_state &state) {
@@ -180,7 +116,7 @@ protected:
         Tree request = description;
         Tree target = root();
         MappingContext mapping;
-        const MappedRequest mapped(example(mapping_name), mapping.ctx);
+        MappedRequest mapped(example(EXAMPLES, mapping_name), mapping.ctx);
         status = failure.during([&] { return mapped.handle(request, target); });
         expect_walk_is_over(*mapping.state);
         return target;
@@ -195,7 +131,7 @@ protected:
         mapping.state->datatree = request.get();
         mapping.state->build_flags = TVK_BUILD_FILTERED;
         const Database database(mapping, native);
-        const MappedRequest mapped(example(mapping_name), mapping.ctx);
+        MappedRequest mapped(example(EXAMPLES, mapping_name), mapping.ctx);
         status = failure.during([&] {
             const qerrno mapped_status = mapped.handle(request, response);
             if (mapped_status == TVK_OK && response->subtree_count > 0) {

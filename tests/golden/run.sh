@@ -39,10 +39,27 @@ get() {
   done
 }
 
+# closes REQUEST: what the edit of a sample request makes of native data is read back, and edited into it again, which
+# changes nothing.
+whole='<rpc xmlns="urn:ietf:params:xml:ns:netconf:base:1.0"><get-config/></rpc>'
+closes() {
+  local native=(--into native-before-edit.xml)
+  [[ $onto_nothing != *" $1 "* ]] || native=()
+  ! grep -q '<rpc-error>' "replies/$1.xml" || return 0
+  "$tool" edit --mapping "$example" "${native[@]}" --apply "requests/$1.xml" >"$work/edited.xml" &&
+    "$tool" get --mapping "$example" --native "$work/edited.xml" - <<<"$whole" >"$work/read.xml" &&
+    "$tool" edit --mapping "$example" --into "$work/edited.xml" --apply "$work/read.xml" >"$work/again.xml" ||
+    fail "requests/$1.xml: does not close"
+  diff -u "$work/edited.xml" "$work/again.xml" || fail "requests/$1.xml: edited again"
+}
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
 for example in openconfig_interfaces openconfig_bgp; do
   pushd "$example" >/dev/null
   for sample in requests/*.xml; do
     edit "$(basename "$sample" .xml)"
+    closes "$(basename "$sample" .xml)"
   done
   for sample in filters/*.xml; do
     get "$(basename "$sample" .xml)"
