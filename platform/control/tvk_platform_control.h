@@ -3,7 +3,7 @@
  *
  * Not part of the platform contract (platform/include): a platform layer of an integrator needs none of it, and
  * the library calls none of it. All switches are off when the process starts and cost nothing then. They are
- * process-wide and are set from one thread.
+ * process-wide and are set from one thread. The session table alone may be changed from any.
  */
 #ifndef TVK_PLATFORM_CONTROL_H
 #define TVK_PLATFORM_CONTROL_H
@@ -17,16 +17,21 @@
 extern "C" {
 #endif
 
-/* Receives one finished line, without a line end of its own, and the user pointer that was set with the sink. */
+/*
+ * Receives one message, without a line end, and the user pointer that was set with the sink. It is the exact text: some
+ * messages of the library have line breaks of their own, and text of clients that they quote may hold any character.
+ * On standard error, where messages go without a sink, each is one line: control characters (C0, DEL, C1) and
+ * backslashes are escaped, as \n or \x1b, so that no client can write a line of its own.
+ */
 typedef void (*tvk_platform_sink_fp)(void *user, const char *line);
 
 /*
- * Turns the debug log on (enabled non-zero) up to level, or off. With a null sink the lines go to standard
- * error. The sink is borrowed until it is replaced.
+ * Turns the debug log on (enabled non-zero) up to level, or off. With a null sink the messages go to
+ * standard error. The sink is borrowed until it is replaced.
  */
 void tvk_platform_set_debug_log(int enabled, uint32_t level, tvk_platform_sink_fp sink, void *user);
 
-/* Where trace lines go; a null sink is standard error. Whether there are any is the mapping context's switch. */
+/* Where trace lines go; a null sink is standard error, as above. Whether there are any is the mapping context's switch. */
 void tvk_platform_set_trace(tvk_platform_sink_fp sink, void *user);
 
 /* The next call of ret_nc_tvk_trace_index_incr returns index. */

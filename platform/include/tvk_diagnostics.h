@@ -4,6 +4,9 @@
  * Every message of the library is offered to both, independently. The library formats only for a sink that is
  * on: it asks tvk_debug_should_log before a debug-log line and looks at the context's trace switch before a
  * trace line.
+ *
+ * Messages quote names and values of requests as they are, line breaks and control characters included; a few bodies
+ * have line breaks of their own. A layer that writes lines escapes them, or a client can forge a line.
  */
 #ifndef TVK_DIAGNOSTICS_H
 #define TVK_DIAGNOSTICS_H

@@ -3,12 +3,64 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "tvk_diagnostics.h"
 #include "tvk_platform_control.h"
 
 namespace {
+
+// How many bytes of a control character or a backslash text begins with: those of C0, DEL, and those of C1 in UTF-8.
+std::size_t special_length(const char *text) {
+    const auto first = static_cast<unsigned char>(text[0]);
+    const auto second = static_cast<unsigned char>(first != '\0' ? text[1] : 0);
+    if (first == 0xC2 && second >= 0x80 && second < 0xA0) {
+        return 2;
+    }
+    return (first != '\0' && first < 0x20) || first == 0x7F || first == '\\' ? 1 : 0;
+}
+
+std::size_t plain_length(const char *text) {
+    std::size_t length = 0;
+    while (text[length] != '\0' && special_length(text + length) == 0) {
+        ++length;
+    }
+    return length;
+}
+
+void print_special(const char *text, std::size_t length) {
+    constexpr char kNamed[] = "\n\r\t\\";
+    constexpr char kNames[] = "nrt\\";
+    if (const char *named = std::strchr(kNamed, *text); named != nullptr) {
+        std::fprintf(stderr, "\\%c", kNames[named - kNamed]);
+        return;
+    }
+    for (std::size_t i = 0; i < length; ++i) {
+        std::fprintf(stderr, "\\x%02x", static_cast<unsigned>(static_cast<unsigned char>(text[i])));
+    }
+}
+
+// A message is one line, whatever is in the text of a client that it quotes. The few line breaks of the library's own
+// are escaped as well: in a finished text nobody can tell them from the others.
+void print_line(const char *line) {
+    if (line[plain_length(line)] == '\0') {
+        std::fprintf(stderr, "%s\n", line);
+        return;
+    }
+    flockfile(stderr);
+    while (*line != '\0') {
+        const std::size_t plain = plain_length(line);
+        std::fwrite(line, 1, plain, stderr);
+        const std::size_t special = special_length(line + plain);
+        if (special > 0) {
+            print_special(line + plain, special);
+        }
+        line += plain + special;
+    }
+    std::fputc('\n', stderr);
+    funlockfile(stderr);
+}
 
 struct Sink {
     tvk_platform_sink_fp receive = nullptr;
@@ -18,7 +70,7 @@ struct Sink {
         if (receive != nullptr) {
             receive(user, line);
         } else {
-            std::fprintf(stderr, "%s\n", line);
+            print_line(line);
         }
     }
 };

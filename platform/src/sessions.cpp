@@ -1,5 +1,6 @@
 #include <cstdint>
 #include <map>
+#include <mutex>
 #include <new>
 #include <utility>
 
@@ -10,6 +11,9 @@ namespace {
 
 using Table = std::map<std::pair<tvk_framework_ctx, std::uint32_t>, tvk_session *>;
 
+// Requests look sessions up on threads of their own while others open and close.
+constinit std::mutex table_lock;
+
 Table &table() {
     static Table sessions;
     return sessions;
@@ -18,11 +22,13 @@ Table &table() {
 }  // namespace
 
 struct tvk_session *tvk_session_find(tvk_framework_ctx tvk_ctx, uint32_t session_id) {
+    const std::lock_guard locked(table_lock);
     const auto found = table().find({tvk_ctx, session_id});
     return found != table().end() ? found->second : nullptr;
 }
 
 int tvk_platform_set_session(tvk_framework_ctx tvk_ctx, uint32_t session_id, struct tvk_session *session) {
+    const std::lock_guard locked(table_lock);
     if (session == nullptr) {
         table().erase({tvk_ctx, session_id});
         return 1;

@@ -78,7 +78,7 @@ complete_line() {
   _tvk_map
   echo "${COMPREPLY[*]}"
 }
-for command in edit get print; do
+for command in edit get apply print; do
   options=$("$tool" $command --help | grep -oE '^ +(-h,)?--[a-z-]+' | sed 's/.*--/--/' | sort)
   [ -n "$options" ] || fail "tvk-map $command --help names no option"
   offered=$(complete_line "tvk-map $command --" | tr ' ' '\n' | sort)
@@ -91,6 +91,9 @@ touch "a request.xml" a.txt
 [ "$(complete_line 'tvk-map edit a')" = "a request.xml" ] || fail "completion of files"
 [ "$(complete_line 'tvk-map get --phase = c')" = container ] || fail "completion of a value"
 [ "$(complete_line "$tool edit --mapping host")" = hostname ] || fail "completion of module names"
+touch "$modules/\$(touch run).so"
+complete_line "$tool edit --mapping " >/dev/null
+[ ! -e run ] || fail "completion runs what a file name says"
 
 echo "Debian package"
 quietly "$(dirname "$cmake")/cpack" --config "$build/CPackConfig.cmake" -G DEB -B "$work/package"

@@ -88,7 +88,7 @@ expect "1,000,000 children" 0 out "^    interface *$" print document.xml
 { echo '<filter>' && seq -f "<a%.0f/>" 100000 && echo '</filter>'; } |
     read_deep "100,000 filters of as many names" 0 out "<data/>"
 { echo '<a><b>' && head -c 100000000 /dev/zero | tr '\0' x && echo '</b></a>'; } |
-    list "100 MB of text" 0 out "^x{200}"
+    list "100 MB of text" 0 out ': \\nx{200}'
 { echo "<top xmlns='urn:example:deep'>" && head -c 100000000 /dev/zero | tr '\0' ' ' && echo '<b>1</b></top>'; } |
     edit_deep "100 MB of white space" 0 out ">1</b>"
 { echo '<a b="' && head -c 4000000 /dev/zero | tr '\0' x && echo '"/>'; } |
@@ -111,8 +111,26 @@ printf '<a\0/>' | refused "zero byte in a name" 1 "not well-formed XML: a zero b
 printf '\xff\xfe<\0a\0/\0>\0\0\0<\0b\0/\0>\0' |
     refused "zero character in UTF-16" 1 "not well-formed XML: a zero character"
 list "UTF-16" 0 out "^a : x$" < <(printf '\xff\xfe<\0a\0>\0x\0<\0/\0a\0>\0')
+{ echo '<a>' && echo "<b$(seq -s '' -f " a%.0f=''" 2000)/></a>"; } | iconv -t UTF-16 |
+    refused "2,000 attributes in UTF-16" 2 "a tag with more than 1000 attributes"
+printf '\x4c\x6f\xa7\x94' | refused "EBCDIC" 1 "is written in an encoding that is not read"
+refused "UTF-7" 1 'the encoding "utf-7" is not read' <<<"<?xml version='1.0' encoding='UTF-7'?><a/>"
+list "ISO 8859-1" 0 out "^a : é" < <(printf "<?xml version='1.0' encoding='ISO-8859-1'?><a>\xe9</a>")
+{ seq -f "<a xmlns:p%.0f='urn:p'>" 60 && echo "<b$(seq -s '' -f " xmlns:q%.0f='urn:q'" 990)/>" && repeat 60 '</a>'; } |
+    refused "many namespace declarations" 61 "more than 1000 namespace declarations are in force"
+refused "an element of XML itself" 2 "<xml:foo> is in the namespace of XML itself" <<<$'<a>\n<xml:foo/></a>'
+
+# What is no XML document alone.
+refused "JSON" 1 "is JSON" <<<$' {"a": 1}'
+refused "broken chunks" 1 "the chunked framing is broken" < <(printf '\n#4\n<a/>\n#9\n</a>\n##\n')
+refused "two framed messages" 1 "holds more than one framed message" < <(printf '\n#4\n<a/>\n##\n\n#4\n<a/>\n##\n')
+list "chunks" 0 out "^a : xy$" < <(printf '\n#4\n<a>x\n#5\ny</a>\n##\n')
+list "end of message" 0 out "^a : x$" <<<'<a>x</a>]]>]]>'
+list "escape sequences" 0 out '^a : \\n\\x9b1m$' <<<'<a>&#10;&#x9b;1m</a>'
+list "escape sequences in a message" 2 err 'operation "\\t1m" of <a>' \
+    <<<"<a xmlns:nc='$nc' nc:operation='&#9;1m'/>"
 { echo -n '<a xmlns:y="urn:ietf:params:xml:ns:yang:1" y:insert="' && repeat 100000 'é' && echo '"/>'; } |
-    refused "100,000 letters where a word was expected" 1 'insert position "(é){400,500}\.\.\.$'
+    edit "100,000 letters where a word was expected" 2 err 'insert position "(é){400,500}\.\.\.$'
 
 # The limits of the library.
 top() { echo "<top xmlns='urn:example:deep' xmlns:y='urn:ietf:params:xml:ns:yang:1'>$1</top>"; }

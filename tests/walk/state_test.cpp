@@ -150,8 +150,10 @@ TEST_F(StateTest, InstanceStackCountsLevelsOfPlainItems) {
     EXPECT_EQ(nullptr, state->itree_stack);
     EXPECT_STREQ("a", plain->subtrees[0].tag);
     state->path_record_count = 1;
+    std::string("a/b").copy(state->path_record[0], 3);
     tvk_map_util_itree_stack_pop(ctx);
     EXPECT_EQ(0u, state->path_record_count);
+    EXPECT_EQ(std::string(TVK_MAP_MAX_PATH, '\0'), std::string(state->path_record[0], TVK_MAP_MAX_PATH));
     for (int i = 0; i < 50; ++i) {
         tvk_map_util_itree_stack_push(ctx, plain->subtrees, 2, 0);
     }

@@ -31,25 +31,43 @@ bool colour_wanted() {
     return isatty(STDERR_FILENO) != 0 && (no_colour == nullptr || *no_colour == '\0');
 }
 
+// Of the control character at a place of text, 0 when none begins there. The second half of them has two bytes in
+// UTF-8.
+size_t length_of_control(std::string_view text, size_t at) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    const auto next = static_cast<unsigned char>(at + 1 < text.size() ? text[at + 1] : 0);
+    if (byte < ' ' || byte == 0x7f) {
+        return 1;
+    }
+    return byte == 0xc2 && next >= 0x80 && next < 0xa0 ? 2 : 0;
+}
+
 }  // namespace
 
 std::string printable(const std::string &text) {
     std::string shown;
     shown.reserve(text.size());
     for (size_t i = 0; i < text.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
-        const bool is_c1 = byte == 0xc2 && next >= 0x80 && next < 0xa0;  // in UTF-8
-        if (byte >= ' ' && byte != 0x7f && !is_c1) {
+        const size_t length = length_of_control(text, i);
+        if (length == 0) {
             shown += text[i];
             continue;
         }
+        i += length - 1;
         char escaped[8];
-        std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(is_c1 ? next : byte));
-        shown += byte == '\n' ? "\\n" : byte == '\r' ? "\\r" : byte == '\t' ? "\\t" : escaped;
-        i += is_c1 ? 1 : 0;
+        std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(static_cast<unsigned char>(text[i])));
+        shown += text[i] == '\n' ? "\\n" : text[i] == '\r' ? "\\r" : text[i] == '\t' ? "\\t" : escaped;
     }
     return shown;
+}
+
+bool has_controls(std::string_view text) {
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (length_of_control(text, i) != 0) {
+            return true;
+        }
+    }
+    return false;
 }
 
 UsageError::UsageError(const std::string &file, long line, const std::string &reason)

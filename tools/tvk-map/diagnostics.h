@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace tvk::tool {
 
@@ -23,6 +24,7 @@ public:
 
 // A text for a terminal or a log: control characters, of which a document may be full, are written as \n, \t or \x1b.
 std::string printable(const std::string &text);
+bool has_controls(std::string_view text);
 
 // Writes "tvk-map: text" to standard error, its first word in colour on a terminal unless NO_COLOR is set.
 void report(const std::string &text);

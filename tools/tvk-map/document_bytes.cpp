@@ -30,6 +30,7 @@ constexpr size_t kMaxAttributes = 1000;
 // ---- Framing ----
 
 constexpr std::string_view kEndOfMessage = "]]>]]>";
+constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 constexpr std::string_view kEndOfChunks = "\n##\n";
 
 bool is_blank(std::string_view text) {
@@ -114,7 +115,6 @@ std::string utf8_of(const std::string &bytes, xmlCharEncoding encoding, const st
     }
     const auto length = static_cast<size_t>(xmlBufferLength(out.get()));
     std::string text(reinterpret_cast<const char *>(xmlBufferContent(out.get())), length);
-    constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
     return text.starts_with(kByteOrderMark) ? text.substr(kByteOrderMark.size()) : text;
 }
 
@@ -236,8 +236,9 @@ DocumentBytes prepare_bytes(std::string bytes, const std::string &name) {
     if (document.text.find_first_not_of(kBlanks) == std::string::npos) {
         throw UsageError(name, 0, "is empty; an XML document was expected");
     }
-    const bool is_marked = encoding == XML_CHAR_ENCODING_UTF8;  // by the mark of the byte order
-    check_encoding(declared_encoding(std::string_view(document.text).substr(is_marked ? 3 : 0)), name);
+    const bool is_marked = document.text.starts_with(kByteOrderMark);
+    check_encoding(declared_encoding(std::string_view(document.text).substr(is_marked ? kByteOrderMark.size() : 0)),
+                   name);
     check_text(document.text, "a zero byte", name);
     return document;
 }

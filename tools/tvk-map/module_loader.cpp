@@ -1,11 +1,14 @@
 #include "module_loader.h"
 
 #include <dlfcn.h>
+#include <elf.h>
+#include <link.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <system_error>
 #include <vector>
@@ -87,6 +90,36 @@ fs::path find_module(const std::string &name) {
                      "; modules there: " + joined(modules_in(folders)));
 }
 
+// The loader tells a module of another machine as a file that is not there, and does not survive one that is cut off.
+std::string fault_in_file(const fs::path &path) {
+    std::ifstream file(path, std::ios::binary);
+    ElfW(Ehdr) header{};
+    ElfW(Ehdr) own{};
+    std::ifstream program("/proc/self/exe", std::ios::binary);
+    if (!file || !program.read(reinterpret_cast<char *>(&own), sizeof own)) {
+        return "";  // the loader has a reason for the first, and the second says nothing of the module
+    }
+    if (!file.read(reinterpret_cast<char *>(&header), sizeof header) ||
+        std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) {
+        return "is no shared object";
+    }
+    if (header.e_ident[EI_CLASS] != own.e_ident[EI_CLASS] || header.e_ident[EI_DATA] != own.e_ident[EI_DATA] ||
+        header.e_machine != own.e_machine) {
+        return "is a shared object for another kind of machine than this one";
+    }
+    std::error_code error;
+    const auto size = fs::file_size(path, error);
+    file.seekg(static_cast<std::streamoff>(header.e_phoff));
+    for (int i = 0; i < header.e_phnum; ++i) {
+        ElfW(Phdr) part{};
+        const bool is_read = static_cast<bool>(file.read(reinterpret_cast<char *>(&part), sizeof part));
+        if (!is_read || (part.p_type == PT_LOAD && (part.p_offset > size || part.p_filesz > size - part.p_offset))) {
+            return "is a shared object that is cut off: parts of it lie behind the end of the file";
+        }
+    }
+    return "";
+}
+
 // What dlopen says, without the file name that it may begin with.
 std::string loader_message(const std::string &file) {
     const char *text = dlerror();
@@ -126,6 +159,9 @@ void MappingModule::Unload::operator()(void *library) const {
 
 MappingModule MappingModule::load(const std::string &name) {
     const std::string file = find_module(name).string();
+    if (const std::string fault = fault_in_file(file); !fault.empty()) {
+        throw UsageError(file, 0, "cannot be loaded as a mapping module: " + fault);
+    }
     Library library(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL));
     if (!library) {
         throw UsageError(file, 0, "cannot be loaded as a mapping module: " + loader_message(file));

@@ -7,8 +7,11 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <utility>
+#include <vector>
 
 #include "diagnostics.h"
+#include "heap.h"
 #include "tvk_map_print.h"
 
 namespace tvk::tool {
@@ -64,6 +67,50 @@ private:
     int file_;
 };
 
+// Calls visit for each text of a tree that a document chooses freely, until it returns true.
+template <typename Visit>
+bool visit_texts(Node &root, const Visit &visit) {
+    std::vector<Node *> pending{&root};
+    while (!pending.empty()) {
+        Node &node = *pending.back();
+        pending.pop_back();
+        qidl_tvk_edit_insert &insert = node.edit_insert;
+        bool found = visit(node.data) || visit(node.ns) || visit(insert.value) || visit(insert.keys_str);
+        for (int32_t i = 0; i < node.attribute_count && node.attributes != nullptr; ++i) {
+            found = found || visit(node.attributes[i].value);
+        }
+        for (int32_t i = 0; i < insert.key_count && insert.keys != nullptr; ++i) {
+            found = found || visit(insert.keys[i].value);
+        }
+        if (found) {
+            return true;
+        }
+        for (size_t i = 0; i < children_of(node).size(); ++i) {
+            pending.push_back(&node.subtrees[i]);
+        }
+    }
+    return false;
+}
+
+bool is_printable(const char *text) {
+    return text == nullptr || !has_controls(text);
+}
+
+bool make_printable(char *&text) {
+    if (!is_printable(text)) {
+        kel_named_free(std::exchange(text, copy_text(printable(text).c_str())));
+    }
+    return false;
+}
+
+std::string listing(const Node &root, bool namespaces) {
+    const CapturedOutput captured;
+    if (tvk_map_print_subtrees(&root, 0, namespaces ? 1 : 0) != TVK_OK) {
+        throw std::bad_alloc();  // the one failure of a listing of a tree that is there
+    }
+    return captured.text();
+}
+
 }  // namespace
 
 void write_out(const std::string &text) {
@@ -74,12 +121,14 @@ void write_out(const std::string &text) {
 }
 
 std::string tree_listing(const Node &root, bool namespaces) {
-    const CapturedOutput captured;
-    const qerrno status = tvk_map_print_subtrees(&root, 0, namespaces ? 1 : 0);
-    if (status != TVK_OK) {
-        throw std::bad_alloc();  // the one failure of a listing of a tree that is there
+    const auto needs_care = [](char *text) { return !is_printable(text); };
+    if (!visit_texts(const_cast<Node &>(root), needs_care)) {
+        return listing(root, namespaces);
     }
-    return captured.text();
+    TreeHolder shown;
+    copy_tree(root, shown.root());
+    visit_texts(shown.root(), make_printable);
+    return listing(shown.root(), namespaces);
 }
 
 }  // namespace tvk::tool

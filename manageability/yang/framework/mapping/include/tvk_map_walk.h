@@ -100,11 +100,16 @@ TVK_MAP_API qerrno tmap_high_container_parse(tvk_map_ctx ctx, const struct qidl_
  * list_handler pushed an instance item, the children of each instance. The item is popped at the end, unless it has
  * no nodes: then it stays until whoever pushed it pops it.
  *
+ * The check of the keys only counts: there must be as many leaves called like one of the keys as the list has keys
+ * (modulo 256), or none; likewise with a value. One key given twice stands for the other one that is missing, then, so
+ * every handler looks up each key by name, and checks that it is there with a value, before it uses it.
+ *
  * In a read that selects entries by other leaves than keys the key leaves are added to node.
  *
  * Returns as tmap_high_container_parse, and
  * TVK_ERR_NOT_FOUND: an add request names no children at all;
- * TVK_ERR_LIST_KEY: keys are missing or, in an add request, without value (error_node_tag and error path recorded);
+ * TVK_ERR_LIST_KEY: by that count keys are missing or, in an add request, without value (error_node_tag and error path
+ * recorded);
  * TVK_ERR_KEY_OPERATION: a key leaf is to be deleted (error path recorded);
  * TVK_ERR_NO_MEMORY: an entry named by its keys alone is to be deleted or read whole, and there is no memory to keep
  * its keys at hand: none of its children's handlers was called for that;

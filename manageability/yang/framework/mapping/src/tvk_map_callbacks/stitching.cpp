@@ -10,7 +10,7 @@
 
 namespace {
 
-bool is_usable(tvk_map_ctx ctx, const tvk_map_node_operation *record) {
+bool check_stitching_record(tvk_map_ctx ctx, const tvk_map_node_operation *record) {
     if (record == nullptr || ctx->state == nullptr) {
         TVK_ERR(ctx, "NULL arguments passed");
         return false;
@@ -19,7 +19,7 @@ bool is_usable(tvk_map_ctx ctx, const tvk_map_node_operation *record) {
 }
 
 // Adds the node, or finds it as the record's result.
-bool make_stitch_node(tvk_map_ctx ctx, tvk_map_node_operation &record) {
+bool add_stitch_node(tvk_map_ctx ctx, tvk_map_node_operation &record) {
     record.op = TVK_XPATH_ADD;
     qerrno status = tvk_map_tree_xpath_operations(ctx, &record);
     if (status == TVK_ERR_PRESENT) {
@@ -60,7 +60,7 @@ qerrno take_hierarchy_path(tvk_map_request_state &state) {
     return TVK_OK;
 }
 
-qerrno install(tvk_map_ctx ctx, const tvk_map_node_operation &record) {
+qerrno install_stitch_node(tvk_map_ctx ctx, const tvk_map_node_operation &record) {
     tvk_map_request_state &state = *ctx->state;
     state.pending_list_node = record.result;
     const qerrno status = tvk_map_copy_trim_path_list_ctx(ctx, record.trim_path);
@@ -68,7 +68,7 @@ qerrno install(tvk_map_ctx ctx, const tvk_map_node_operation &record) {
     return status == TVK_OK ? take_hierarchy_path(state) : status;
 }
 
-qerrno give_up(tvk_map_ctx ctx, qerrno status) {
+qerrno give_up_stitching(tvk_map_ctx ctx, qerrno status) {
     TVK_ERR(ctx, "error %d.", static_cast<int>(status));
     tvk_map_request_state &state = *ctx->state;
     tvk::release(state.pending_trim_path);
@@ -82,24 +82,24 @@ qerrno give_up(tvk_map_ctx ctx, qerrno status) {
 qerrno tvk_map_stitch_container_to_list(tvk_map_ctx ctx, struct tvk_map_node_operation *record) {
     TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
                        "qerrno tvk_map_stitch_container_to_list(tvk_map_ctx, struct tvk_map_node_operation *)");
-    if (!is_usable(ctx, record) || !make_stitch_node(ctx, *record)) {
+    if (!check_stitching_record(ctx, record) || !add_stitch_node(ctx, *record)) {
         return TVK_ERR_INVALID;
     }
-    qerrno status = install(ctx, *record);
+    qerrno status = install_stitch_node(ctx, *record);
     if (status == TVK_OK) {
         status = tvk_add_to_output_list_ctx(ctx);
     }
-    return status == TVK_OK ? TVK_OK : give_up(ctx, status);
+    return status == TVK_OK ? TVK_OK : give_up_stitching(ctx, status);
 }
 
 qerrno tvk_map_stitch_list_to_list(tvk_map_ctx ctx, struct tvk_map_node_operation *record) {
     TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
                        "qerrno tvk_map_stitch_list_to_list(tvk_map_ctx, struct tvk_map_node_operation *)");
-    if (!is_usable(ctx, record) || !make_stitch_node(ctx, *record)) {
+    if (!check_stitching_record(ctx, record) || !add_stitch_node(ctx, *record)) {
         return TVK_ERR_INVALID;
     }
-    const qerrno status = install(ctx, *record);
-    return status == TVK_OK ? TVK_OK : give_up(ctx, status);
+    const qerrno status = install_stitch_node(ctx, *record);
+    return status == TVK_OK ? TVK_OK : give_up_stitching(ctx, status);
 }
 
 qerrno tvk_map_auto_stitch_list_to_list(tvk_map_ctx ctx, const void *, struct qidl_tvk_datatree *root, const char *ns,

@@ -7,6 +7,8 @@ namespace {
 
 using tvk::Node;
 
+constexpr char kOperation[] = "tmap_high_container_parse";
+
 class ContainerWalk {
 public:
     ContainerWalk(tvk_map_ctx ctx, Node &container, Node &target, const tmap_node_cont_info &info)
@@ -21,7 +23,7 @@ public:
         if (skipped) {
             return TVK_OK;
         }
-        TVK_TRC(ctx_, "End");
+        TVK_TRC_AS(kOperation, ctx_, "End");
         return status_;
     }
 
@@ -95,14 +97,14 @@ private:
 
     qerrno handle_child(const Node &child) {
         if (child.tag == nullptr) {
-            TVK_ERR(ctx_, "Tag name is not available!");
+            TVK_ERR_AS(kOperation, ctx_, "Tag name is not available!");
             return TVK_ERR_NOT_FOUND;
         }
-        if (const tmap_child_entry *entry = tvk::claiming_entry(ctx_, entries(), child); entry != nullptr) {
+        if (const tmap_child_entry *entry = tvk::find_child_handler(ctx_, entries(), child); entry != nullptr) {
             return tvk::call(entry->handler, ctx_, child, target_);
         }
         if (tvk::same_text(child.ns, info_.unsupported_ns)) {
-            return tvk::refuse_unsupported(ctx_, child);
+            return tvk::refuse_unsupported_child(ctx_, child);
         }
         return tvk::call(info_.child_handler, ctx_, child, target_);
     }

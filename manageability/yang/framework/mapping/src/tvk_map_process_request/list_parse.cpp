@@ -9,6 +9,8 @@ namespace {
 
 using tvk::Node;
 
+constexpr char kOperation[] = "tmap_high_list_parse";
+
 class ListWalk {
 public:
     ListWalk(tvk_map_ctx ctx, Node &list, Node &target, const tmap_node_list_info &info)
@@ -22,8 +24,8 @@ public:
         if (status_ == TVK_OK && !is_childless() && !tvk::is_propagating(ctx_) && !tvk::is_working_on_keys(ctx_)) {
             if (const qerrno status = scan_keys(); status != TVK_OK) {
                 // The level of the hierarchy stays, unlike on every other way out.
-                TVK_ERR(ctx_, "leafref value check fail");
-                TVK_TRC(ctx_, "End");
+                TVK_ERR_AS(kOperation, ctx_, "leafref value check fail");
+                TVK_TRC_AS(kOperation, ctx_, "End");
                 return status;
             }
             validate_keys();
@@ -32,7 +34,7 @@ public:
             walk();
         }
         leave();
-        TVK_TRC(ctx_, "End");
+        TVK_TRC_AS(kOperation, ctx_, "End");
         return status_;
     }
 
@@ -100,7 +102,7 @@ private:
         if (all_or_none(present_keys_) && all_or_none(valued_keys_) && !(needed && valued_keys_ == 0)) {
             return;
         }
-        TVK_ERR(ctx_, "List key node error.");
+        TVK_ERR_AS(kOperation, ctx_, "List key node error.");
         tvk::set_error_node_tag(ctx_, "keytag");
         tvk_oc_error_path(ctx_);
         status_ = TVK_ERR_LIST_KEY;
@@ -224,13 +226,13 @@ private:
     qerrno handle_child(Node &node, std::size_t position) {
         const Node &child = tvk::children(node)[position];
         if (child.tag == nullptr) {
-            TVK_ERR(ctx_, "Tag name is not available!");
+            TVK_ERR_AS(kOperation, ctx_, "Tag name is not available!");
             return TVK_ERR_NOT_FOUND;
         }
-        const tmap_child_entry *entry = tvk::claiming_entry(ctx_, entries(), child);
+        const tmap_child_entry *entry = tvk::find_child_handler(ctx_, entries(), child);
         if (entry == nullptr) {
             return tvk::same_text(child.ns, info_.unsupported_ns)
-                       ? tvk::refuse_unsupported(ctx_, child)
+                       ? tvk::refuse_unsupported_child(ctx_, child)
                        : tvk::call(info_.child_handler, ctx_, child, target_);
         }
         if ((entry->flags & TMAP_CHILD_KEY) != 0) {
@@ -246,13 +248,13 @@ private:
     qerrno handle_key_leaf(const tmap_child_entry &entry, Node &node, std::size_t position) {
         const Node &child = tvk::children(node)[position];
         if (tvk::is_add_request(ctx_) && !tvk::has(child, TVK_HAS_DATA)) {
-            TVK_ERR(ctx_, "Empty list key specified.");
+            TVK_ERR_AS(kOperation, ctx_, "Empty list key specified.");
             tvk::set_error_node_tag(ctx_, child.tag);
             tvk_oc_error_path(ctx_);
             return TVK_ERR_LIST_KEY;
         }
         if (tvk::is_delete(child)) {
-            TVK_ERR(ctx_, "The key node should not have delete operation.");
+            TVK_ERR_AS(kOperation, ctx_, "The key node should not have delete operation.");
             tvk_oc_error_path(ctx_);
             return TVK_ERR_KEY_OPERATION;
         }

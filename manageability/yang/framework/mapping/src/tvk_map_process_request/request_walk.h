@@ -12,10 +12,11 @@
 namespace tvk {
 
 // The entry that bears child's tag, or null. Every comparison is logged.
-const tmap_child_entry *claiming_entry(tvk_map_ctx ctx, std::span<const tmap_child_entry> entries, const Node &child);
+const tmap_child_entry *find_child_handler(tvk_map_ctx ctx, std::span<const tmap_child_entry> entries,
+                                           const Node &child);
 
 // A child in a namespace that its parent does not support: left out of a read, the end of any other request.
-qerrno refuse_unsupported(tvk_map_ctx ctx, const Node &child);
+qerrno refuse_unsupported_child(tvk_map_ctx ctx, const Node &child);
 
 // A handler that mapping code left out does nothing.
 inline qerrno call(tmap_node_process_fp handler, tvk_map_ctx ctx, const Node &node, Node &target) {

@@ -10,6 +10,8 @@ namespace {
 
 using tvk::Node;
 
+constexpr char kOperation[] = "tvk_map_datatree_add_path_flagged";
+
 bool selected_by_filter(tvk_map_ctx ctx, const char *path, int append, int flags) {
     const bool asked = (flags & TVK_ADD_UNFILTERED) == 0 &&
                        (tvk::build_flags(ctx) & (TVK_BUILD_FILTERED | TVK_BUILD_UNFILTERED)) == TVK_BUILD_FILTERED &&
@@ -23,7 +25,7 @@ tvk::NamedString take_error_node(tvk_map_ctx ctx, const char *path) {
     if ((tvk::build_flags(ctx) & TVK_BUILD_ERROR_NODE) == 0) {
         return nullptr;
     }
-    TVK_TRC(ctx, "got xpath error node ");
+    TVK_TRC_AS(kOperation, ctx, "got xpath error node ");
     tvk::NamedString former{ctx->state->error_xpath};
     ctx->state->error_xpath = tvk_strdup(path, "map_err_xapth");
     ctx->state->build_flags &= ~TVK_BUILD_ERROR_NODE;

@@ -12,6 +12,8 @@ namespace {
 using tvk::Node;
 using tvk::same_text;
 
+constexpr char kOperation[] = "tvk_map_datatree_add_path_common_flagged";
+
 // What the last node of the path gets, and how.
 struct LastNode {
     const char *ns;
@@ -50,8 +52,8 @@ public:
 private:
     qerrno add_last(const char *component) {
         Node *parent = target_ ? target_.get() : current_;
-        TVK_TRC(ctx_, "Setting a last node '%s' with '%s'p: %p", component, tvk::shown(last_.data),
-                static_cast<void *>(parent));
+        TVK_TRC_AS(kOperation, ctx_, "Setting a last node '%s' with '%s'p: %p", component, tvk::shown(last_.data),
+                   static_cast<void *>(parent));
         return tvk_map_datatree_add_subtree_flagged(ctx_, parent, component, last_.ns, last_.data, last_.template_node,
                                                     last_.out, last_.append, last_.flags);
     }

@@ -19,6 +19,8 @@ constexpr char kPrototype[] =
     "qerrno tvk_map_datatree_add_subtree_flagged(tvk_map_ctx, struct qidl_tvk_datatree *, const char *, const char *, "
     "const char *, const struct qidl_tvk_datatree *, struct qidl_tvk_datatree **, int, int)";
 
+constexpr char kOperation[] = "tvk_map_datatree_add_subtree_flagged";
+
 struct Addition {
     tvk_map_ctx ctx;
     Node &parent;
@@ -41,12 +43,12 @@ struct Addition {
 qerrno leave_out(tvk_map_ctx ctx, const char *tag) {
     qerrno status = TVK_OK;
     if (tvk::is_add_request(ctx)) {
-        TVK_ERR(ctx, "vrrp not supported on this platform");
+        TVK_ERR_AS(kOperation, ctx, "vrrp not supported on this platform");
         tvk::set_error_node_tag(ctx, tag);
         tvk_oc_error_path(ctx);
         status = TVK_ERR_UNSUPPORTED;
     }
-    TVK_TRC(ctx, "End");
+    TVK_TRC_AS(kOperation, ctx, "End");
     return status;
 }
 
@@ -125,7 +127,7 @@ qerrno give_data(const Addition &add, Node &node) {
     }
     tvk::set_absent(node, TVK_HAS_DATA);
     if (copy == nullptr) {
-        TVK_ERR(add.ctx, "Failed to duplicate data!");
+        TVK_ERR_AS(kOperation, add.ctx, "Failed to duplicate data!");
         return TVK_ERR_NO_MEMORY;
     }
     node.data = copy.release();
@@ -139,13 +141,13 @@ qerrno give_data(const Addition &add, Node &node) {
 Node *make_room(const Addition &add, std::int32_t count) {
     Node *array = nullptr;
     if (!tvk::has(add.parent, TVK_HAS_SUBTREES)) {
-        TVK_TRC(add.ctx, "Allocating a new subtree array.");
+        TVK_TRC_AS(kOperation, add.ctx, "Allocating a new subtree array.");
         array = static_cast<Node *>(kel_named_calloc_(1, sizeof(Node), "TVK MAP add subtree flg", 0));
     } else {
         if ((tvk::build_flags(add.ctx) & TVK_BUILD_FILTERED) != 0) {
             ++add.ctx->state->added_node_count;
         }
-        TVK_TRC(add.ctx, "Expanding subtree array.");
+        TVK_TRC_AS(kOperation, add.ctx, "Expanding subtree array.");
         const auto records = static_cast<std::size_t>(count) + 1;
         array = static_cast<Node *>(kel_named_realloc(add.parent.subtrees, records * sizeof(Node)));
         if (array != nullptr) {
@@ -153,7 +155,7 @@ Node *make_room(const Addition &add, std::int32_t count) {
         }
     }
     if (array == nullptr) {
-        TVK_ERR(add.ctx, "Failed to allocate subtrees!");
+        TVK_ERR_AS(kOperation, add.ctx, "Failed to allocate subtrees!");
     }
     return array;
 }
@@ -164,7 +166,7 @@ bool name(const Addition &add, Node &node) {
     if (node.tag == nullptr) {
         return false;
     }
-    TVK_TRC(add.ctx, "Setting tag name '%s'.", node.tag);
+    TVK_TRC_AS(kOperation, add.ctx, "Setting tag name '%s'.", node.tag);
     tvk::set_present(node, TVK_HAS_TAG);
     node.ns = tvk_strdup(add.ns, "TVK MAP ns");
     if (node.ns == nullptr) {
@@ -178,23 +180,23 @@ bool name(const Addition &add, Node &node) {
     if (node.data == nullptr) {
         return false;
     }
-    TVK_TRC(add.ctx, "Setting node data '%s'.", node.data);
+    TVK_TRC_AS(kOperation, add.ctx, "Setting node data '%s'.", node.data);
     tvk::set_present(node, TVK_HAS_DATA);
     return true;
 }
 
 void apply_template(tvk_map_ctx ctx, const Node &template_node, Node &node) {
     if (tvk::has(template_node, TVK_HAS_OPERATION)) {
-        TVK_TRC(ctx, "Setting operation '%d'.", static_cast<int>(template_node.operation));
+        TVK_TRC_AS(kOperation, ctx, "Setting operation '%d'.", static_cast<int>(template_node.operation));
         tvk::set_operation(node, template_node.operation);
     }
     if (tvk::carries_insert(template_node)) {
-        TVK_TRC(ctx, "Setting insert");
+        TVK_TRC_AS(kOperation, ctx, "Setting insert");
         tvk::set_present(node, TVK_HAS_EDIT_INSERT);
         qidl_tvk_edit_ins_duplicate(&node.edit_insert, &template_node.edit_insert, tvk_gpb_alloc, nullptr);
     }
     if (tvk::has(template_node, TVK_HAS_NODE_KIND)) {
-        TVK_TRC(ctx, "Setting operation '%d'.", static_cast<int>(template_node.node_kind));
+        TVK_TRC_AS(kOperation, ctx, "Setting operation '%d'.", static_cast<int>(template_node.node_kind));
         node.node_kind = template_node.node_kind;
         tvk::set_present(node, TVK_HAS_NODE_KIND);
     }
@@ -202,12 +204,12 @@ void apply_template(tvk_map_ctx ctx, const Node &template_node, Node &node) {
 
 void apply_marks(const Addition &add, Node &node, std::int32_t new_count) {
     if (add.flagged(TVK_ADD_MARK_TREE_TRAVERSE)) {
-        TVK_TRC(add.ctx, "Setting tree tarverse '%d'.", static_cast<int>(TVK_NODE_KIND_TREE_TRAVERSE));
+        TVK_TRC_AS(kOperation, add.ctx, "Setting tree tarverse '%d'.", static_cast<int>(TVK_NODE_KIND_TREE_TRAVERSE));
         node.node_kind = TVK_NODE_KIND_TREE_TRAVERSE;
         tvk::set_present(node, TVK_HAS_NODE_KIND);
     }
     if (add.append) {
-        TVK_TRC(add.ctx, "Setting subtree_index '%d'.", static_cast<int>(new_count));
+        TVK_TRC_AS(kOperation, add.ctx, "Setting subtree_index '%d'.", static_cast<int>(new_count));
         node.subtree_index = new_count;
         tvk::set_present(node, TVK_HAS_SUBTREE_INDEX);
     }
@@ -236,7 +238,7 @@ qerrno add_new(const Addition &add) {
     const TemplateReference template_reference{add.template_node, siblings};
     const auto count = static_cast<std::int32_t>(siblings.size());
     if (count == INT32_MAX) {
-        TVK_ERR(add.ctx, "Failed to allocate subtrees!");
+        TVK_ERR_AS(kOperation, add.ctx, "Failed to allocate subtrees!");
         return TVK_ERR_NO_MEMORY;
     }
     const Node *former_array = siblings.data();
@@ -268,7 +270,7 @@ qerrno add_new(const Addition &add) {
         apply_template(add.ctx, *template_node, node);
     }
     apply_marks(add, node, count + 1);
-    TVK_TRC(add.ctx, "Setting updated subtree array (%p).", static_cast<void *>(array));
+    TVK_TRC_AS(kOperation, add.ctx, "Setting updated subtree array (%p).", static_cast<void *>(array));
     tvk::attach_children(add.parent, {array, count + 1});
     add.found(node);
     return TVK_OK;

@@ -11,6 +11,8 @@ namespace {
 using tvk::Node;
 using tvk::same_text;
 
+constexpr char kOperation[] = "tvk_map_datatree_add_list_node";
+
 bool carries_key(const Node &entry, const tvk::KeyText &key) {
     for (const Node &child : tvk::children(entry)) {
         if (tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_DATA) && same_text(child.data, key.value) &&
@@ -40,9 +42,9 @@ Node *find_entry(tvk_map_ctx ctx, Node &parent, const char *list_name, const cha
         if ((!is_logged && !carries_key(*entry, key)) || !is_named(*entry, list_name, ns)) {
             continue;
         }
-        TVK_TRC(ctx, "List node '%s' found. Now checking the key.", list_name);
+        TVK_TRC_AS(kOperation, ctx, "List node '%s' found. Now checking the key.", list_name);
         if (!is_logged || carries_key(*entry, key)) {
-            TVK_TRC(ctx, "Existing list node found.");
+            TVK_TRC_AS(kOperation, ctx, "Existing list node found.");
             return entry;
         }
     }

@@ -50,6 +50,8 @@ qerrno tvk_map_datatree_process_list_ctx(tvk_map_ctx ctx, struct qidl_tvk_datatr
 
 namespace {
 
+constexpr char kCounting[] = "tvk_map_datatree_get_subtree_num";
+
 qerrno find_last_child(tvk_map_ctx ctx, Node *tree, const char *path, Node **out) {
     Node *reached = nullptr;
     const qerrno status =
@@ -82,27 +84,27 @@ bool descend(const Node *&node, const char *next) {
 
 qerrno count_children(tvk_map_ctx ctx, const Node *node, tvk::Components components, uint32_t *count) {
     for (; !components.is_last(); components.advance()) {
-        TVK_TRC(ctx, "Checking node '%s'", components.current());
+        TVK_TRC_AS(kCounting, ctx, "Checking node '%s'", components.current());
         if (node->tag == nullptr) {
-            TVK_ERR(ctx, "Invalid datatree passed!");
+            TVK_ERR_AS(kCounting, ctx, "Invalid datatree passed!");
             return TVK_ERR_NOT_FOUND;
         }
         if (std::strcmp(node->tag, components.current()) != 0) {
-            TVK_ERR(ctx, "Can't find '%s' in the datatree!", components.current());
+            TVK_ERR_AS(kCounting, ctx, "Can't find '%s' in the datatree!", components.current());
             return TVK_ERR_NOT_FOUND;
         }
-        TVK_TRC(ctx, "Checking subtrees of node '%s'", components.current());
+        TVK_TRC_AS(kCounting, ctx, "Checking subtrees of node '%s'", components.current());
         if (tvk::children(*node).empty()) {
             *count = 0;
             return TVK_OK;
         }
         if (!descend(node, components.next())) {
-            TVK_ERR(ctx, "Invalid datatree passed!");
+            TVK_ERR_AS(kCounting, ctx, "Invalid datatree passed!");
             return TVK_ERR_NOT_FOUND;
         }
     }
     // The last component is not compared: where it matched nothing, this is still the node above it.
-    TVK_TRC(ctx, "Checking subtrees of a last node '%s'", components.current());
+    TVK_TRC_AS(kCounting, ctx, "Checking subtrees of a last node '%s'", components.current());
     *count = tvk::has(*node, TVK_HAS_SUBTREES) ? static_cast<uint32_t>(node->subtree_count) : 0;
     return TVK_OK;
 }

@@ -41,6 +41,7 @@ bool tvk_map_is_path_present(tvk_map_ctx ctx, const char *path, char *working_pa
     }
     char *slot = state.path_record[state.path_record_count];
     if (tvk_strcpy_s(__func__, slot, TVK_MAP_MAX_PATH, path) != 0) {
+        std::memset(slot, 0, TVK_MAP_MAX_PATH);
         return true;
     }
     if (state.path_record_mode != TVK_PATH_RECORD_KEEP_LAST) {
@@ -52,7 +53,9 @@ bool tvk_map_is_path_present(tvk_map_ctx ctx, const char *path, char *working_pa
 
 qerrno tvk_map_clear_xpath_ctx(tvk_map_ctx ctx) {
     if (ctx != nullptr && ctx->state != nullptr) {
-        std::memset(ctx->state->path_record, 0, sizeof ctx->state->path_record);
+        // The slots behind those in use are zero already. All of them are 50 kB, and this is done for each list left.
+        const std::uint32_t used = std::min<std::uint32_t>(ctx->state->path_record_count, TVK_MAP_MAX_RECORDED_PATHS);
+        std::memset(ctx->state->path_record, 0, used * sizeof ctx->state->path_record[0]);
         ctx->state->path_record_count = 0;
     }
     return TVK_OK;

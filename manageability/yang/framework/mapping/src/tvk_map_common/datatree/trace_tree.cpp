@@ -8,6 +8,8 @@ namespace {
 using tvk::Node;
 using tvk::shown;
 
+constexpr char kOperation[] = "tvk_map_trace_subtrees";
+
 class Tracer {
 public:
     explicit Tracer(tvk_map_ctx ctx) : ctx_(ctx) {}
@@ -16,37 +18,37 @@ public:
         if (!is_named(node)) {
             return TVK_ERR_NOT_FOUND;
         }
-        TVK_TRC(ctx_, "%*s%s", indent, "", node.tag);
+        TVK_TRC_AS(kOperation, ctx_, "%*s%s", indent, "", node.tag);
         return TVK_OK;
     }
     qerrno name_with_ns(const Node &node, int indent) const {
         if (!is_named(node)) {
             return TVK_ERR_NOT_FOUND;
         }
-        TVK_TRC(ctx_, "%*s%s (%s)", indent, "", node.tag, shown(node.ns));
+        TVK_TRC_AS(kOperation, ctx_, "%*s%s (%s)", indent, "", node.tag, shown(node.ns));
         return TVK_OK;
     }
-    void data(const char *data) const { TVK_TRC(ctx_, " : %s", shown(data)); }
+    void data(const char *data) const { TVK_TRC_AS(kOperation, ctx_, " : %s", shown(data)); }
     // Unlike in print, no blank before it.
-    void operation(const char *label) const { TVK_TRC(ctx_, "%s", label + 1); }
-    void position(const char *label) const { TVK_TRC(ctx_, "%s", label); }
-    void node_kind(const char *label) const { TVK_TRC(ctx_, "%s", label); }
+    void operation(const char *label) const { TVK_TRC_AS(kOperation, ctx_, "%s", label + 1); }
+    void position(const char *label) const { TVK_TRC_AS(kOperation, ctx_, "%s", label); }
+    void node_kind(const char *label) const { TVK_TRC_AS(kOperation, ctx_, "%s", label); }
     void keys(const struct tvk_map_insert_info &info) const {
-        TVK_TRC(ctx_, "(key) ");
+        TVK_TRC_AS(kOperation, ctx_, "(key) ");
         for (int32_t i = 0; i < info.key_count; ++i) {
-            TVK_TRC(ctx_, "(%s=%s)", info.keys[i].name, info.keys[i].value);
+            TVK_TRC_AS(kOperation, ctx_, "(%s=%s)", info.keys[i].name, info.keys[i].value);
         }
     }
-    void value(const char *value) const { TVK_TRC(ctx_, "(value=%s)", value); }
+    void value(const char *value) const { TVK_TRC_AS(kOperation, ctx_, "(value=%s)", value); }
     void attribute(const struct qidl_tvk_name_value &attribute) const {
-        TVK_TRC(ctx_, " %s=%s", shown(attribute.name), shown(attribute.value));
+        TVK_TRC_AS(kOperation, ctx_, " %s=%s", shown(attribute.name), shown(attribute.value));
     }
-    void end_line() const { TVK_TRC(ctx_, "\n"); }
+    void end_line() const { TVK_TRC_AS(kOperation, ctx_, "\n"); }
 
 private:
     bool is_named(const Node &node) const {
         if (node.tag == nullptr) {
-            TVK_ERR(ctx_, "Tag name is not available!");
+            TVK_ERR_AS(kOperation, ctx_, "Tag name is not available!");
         }
         return node.tag != nullptr;
     }

@@ -13,12 +13,14 @@ namespace {
 constexpr char kPrototype[] =
     "qerrno tvk_map_datatree_filter_get_response(tvk_map_ctx, struct qidl_tvk_datatree *, const char *, int, int)";
 
+constexpr char kOperation[] = "tvk_map_datatree_filter_get_response";
+
 // The child that component names; null when there is none, or a child without a tag comes first.
 Node *find_child(tvk_map_ctx ctx, Node &node, const char *component) {
     for (Node &child : tvk::children(node)) {
         if (child.tag == nullptr) {
             TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
-            TVK_ERR(ctx, "Tag name is not available!");
+            TVK_ERR_AS(kOperation, ctx, "Tag name is not available!");
             return nullptr;
         }
         if (tvk::same_text(child.tag, component)) {

@@ -40,7 +40,7 @@ inline bool is_tracing(tvk_map_ctx ctx) {
 #define TVK_SELDOM_(condition) __builtin_expect_with_probability((condition), 0, 1.0)
 
 // The site word is one per message and place; the debug log may keep its filtering decision there.
-#define TVK_LOG_(ctx, should_log, handle, name, body, ...)                                                             \
+#define TVK_LOG_(ctx, should_log, handle, name, operation, body, ...)                                                  \
     do {                                                                                                               \
         static std::uint32_t tvk_site_word = 0xffffffffU;                                                              \
         if (TVK_SELDOM_(::tvk::should_log(&(ctx)->log_filter))) {                                                      \
@@ -49,11 +49,17 @@ inline bool is_tracing(tvk_map_ctx ctx) {
         }                                                                                                              \
         if (TVK_SELDOM_((ctx)->trace_enabled != 0)) {                                                                  \
             ::tvk::trace_line((ctx)->trace_handle, "#%u: " name ": %s:%d ctx=%p," body, ret_nc_tvk_trace_index_incr(), \
-                              __func__, __LINE__, static_cast<void *>(ctx) __VA_OPT__(, ) __VA_ARGS__);                \
+                              operation, __LINE__, static_cast<void *>(ctx) __VA_OPT__(, ) __VA_ARGS__);               \
         }                                                                                                              \
     } while (false)
 
-#define TVK_ERR(ctx, body, ...) TVK_LOG_(ctx, should_log_error, err_log_handle, "ERR", body __VA_OPT__(, ) __VA_ARGS__)
-#define TVK_TRC(ctx, body, ...) TVK_LOG_(ctx, should_log_trace, trc_log_handle, "TRC", body __VA_OPT__(, ) __VA_ARGS__)
+// Operators read traces: a message of a step whose name says nothing outside this code names the exported operation.
+#define TVK_ERR_AS(operation, ctx, body, ...) \
+    TVK_LOG_(ctx, should_log_error, err_log_handle, "ERR", operation, body __VA_OPT__(, ) __VA_ARGS__)
+#define TVK_TRC_AS(operation, ctx, body, ...) \
+    TVK_LOG_(ctx, should_log_trace, trc_log_handle, "TRC", operation, body __VA_OPT__(, ) __VA_ARGS__)
+
+#define TVK_ERR(ctx, body, ...) TVK_ERR_AS(__func__, ctx, body __VA_OPT__(, ) __VA_ARGS__)
+#define TVK_TRC(ctx, body, ...) TVK_TRC_AS(__func__, ctx, body __VA_OPT__(, ) __VA_ARGS__)
 
 #endif

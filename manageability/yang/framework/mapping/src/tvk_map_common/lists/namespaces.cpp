@@ -38,6 +38,8 @@ bool is_part_of(const char *part, const char *text) {
     return text != nullptr && not_behind(text, part) && not_behind(part, text + std::strlen(text));
 }
 
+constexpr char kStamping[] = "tvk_map_datatree_update_namespace";
+
 class NamespaceWalk {
 public:
     NamespaceWalk(tvk_map_ctx ctx, Node &tree, char *ns, int mode) : ctx_(ctx), node_(&tree), ns_(ns), mode_(mode) {}
@@ -58,7 +60,7 @@ public:
         if (!found_ || mode_ == kStampAll || last_children_ == nullptr) {
             return TVK_OK;
         }
-        TVK_TRC(ctx_, "Setting '%s'|'%s', ns '%s'.", node_->tag, node_->tag, ns_);
+        TVK_TRC_AS(kStamping, ctx_, "Setting '%s'|'%s', ns '%s'.", node_->tag, node_->tag, ns_);
         return tvk_map_update_node_namespace(ctx_, node_, ns_);
     }
 
@@ -66,14 +68,14 @@ private:
     // A component that names no child is passed over: the next one is searched among the same children. The count
     // alone says whether there are any, not the presence bit.
     bool take(const char *component) {
-        TVK_TRC(ctx_, "Checking - '%s'", tvk::shown(component));
+        TVK_TRC_AS(kStamping, ctx_, "Checking - '%s'", tvk::shown(component));
         last_children_ = node_->subtrees;
         const auto children = tvk::child_array(node_->subtrees, node_->subtree_count);
         if (children.empty()) {
             return true;
         }
         for (Node &child : children) {
-            TVK_TRC(ctx_, "Processing - '%s' ns '%s'.", tvk::shown(child.tag), tvk::shown(child.ns));
+            TVK_TRC_AS(kStamping, ctx_, "Processing - '%s' ns '%s'.", tvk::shown(child.tag), tvk::shown(child.ns));
             if (tvk::has(child, TVK_HAS_TAG) && tvk::same_text(child.tag, component)) {
                 found_ = true;
                 node_ = &child;
@@ -86,20 +88,20 @@ private:
 
     bool stamp(Node &child, const char *component) {
         if (mode_ == kStampLastOnly) {
-            TVK_TRC(ctx_, "SKIPPING '%s' ns '%s'.", component, tvk::shown(child.ns));
+            TVK_TRC_AS(kStamping, ctx_, "SKIPPING '%s' ns '%s'.", component, tvk::shown(child.ns));
             return true;
         }
-        TVK_TRC(ctx_, "Setting '%s' ns '%s'.", component, ns_);
-        TVK_TRC(ctx_, "freeing old ns %p", static_cast<void *>(child.ns));
+        TVK_TRC_AS(kStamping, ctx_, "Setting '%s' ns '%s'.", component, ns_);
+        TVK_TRC_AS(kStamping, ctx_, "freeing old ns %p", static_cast<void *>(child.ns));
         tvk::NamedString copy = copy_ns(ns_);
         if (is_part_of(ns_, child.ns)) {
             kept_.reset(std::exchange(child.ns, nullptr));  // it is still to be given to others
         }
         if (!put_ns(child, std::move(copy))) {
-            TVK_ERR(ctx_, "Failed to update ns!");
+            TVK_ERR_AS(kStamping, ctx_, "Failed to update ns!");
             return false;
         }
-        TVK_TRC(ctx_, "setting new ns %p", static_cast<void *>(child.ns));
+        TVK_TRC_AS(kStamping, ctx_, "setting new ns %p", static_cast<void *>(child.ns));
         return true;
     }
 
@@ -162,17 +164,19 @@ qerrno tvk_map_datatree_update_namespace(tvk_map_ctx ctx, const struct qidl_tvk_
 
 namespace {
 
+constexpr char kAddingDataNs[] = "tvk_map_datatree_add_data_ns";
+
 // The node at path, whose first component is the tag of tree itself and which has at least one more; null when the
 // path leaves the tree or meets a child without a tag.
 const Node *find_absolute(tvk_map_ctx ctx, const Node &tree, tvk::Components components) {
     const Node *node = &tree;
     bool at_last = false;
     for (; !components.is_last(); components.advance()) {
-        TVK_TRC(ctx, "Checking node '%s'", components.current());
+        TVK_TRC_AS(kAddingDataNs, ctx, "Checking node '%s'", components.current());
         if (!tvk::same_text(node->tag, components.current())) {
             return nullptr;
         }
-        TVK_TRC(ctx, "Checking subtrees of node '%s'", components.current());
+        TVK_TRC_AS(kAddingDataNs, ctx, "Checking subtrees of node '%s'", components.current());
         at_last = false;
         const auto children = tvk::children(*node);
         if (children.empty()) {
@@ -193,10 +197,10 @@ const Node *find_absolute(tvk_map_ctx ctx, const Node &tree, tvk::Components com
 }
 
 qerrno attach_data_ns(tvk_map_ctx ctx, Node &node, const char *path, const char *data_ns) {
-    TVK_TRC(ctx, "Found path '%s' in the datatree", path);
+    TVK_TRC_AS(kAddingDataNs, ctx, "Found path '%s' in the datatree", path);
     tvk::NamedString copy = tvk::copy_text(data_ns, "TVK MAP DATA NS");
     if (copy == nullptr) {
-        TVK_ERR(ctx, "Failed to copy data ns");
+        TVK_ERR_AS(kAddingDataNs, ctx, "Failed to copy data ns");
         return TVK_ERR_NO_MEMORY;
     }
     // A former value is left to whoever else holds it.

@@ -6,25 +6,27 @@ namespace {
 
 constexpr char kPrototype[] = "qerrno tvk_map_get_backend_session(tvk_request_ctx *, me_backend_session_ctx_t **)";
 
+constexpr char kOperation[] = "tvk_map_get_backend_session";
+
 qerrno find_backend_session(const tvk_request_ctx &req_ctx, me_backend_session_ctx_t **backend_session) {
     const tvk_framework_ctx tvk_ctx = req_ctx.tvk_ctx;
     if (req_ctx.request == nullptr || backend_session == nullptr) {
-        TVK_ERR(tvk_ctx, "NULL argument(s) passed!");
+        TVK_ERR_AS(kOperation, tvk_ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
     if ((req_ctx.request->presence & TVK_REQUEST_HAS_SESSION_ID) == 0) {
-        TVK_ERR(tvk_ctx, "Missing session id in request!");
+        TVK_ERR_AS(kOperation, tvk_ctx, "Missing session id in request!");
         return TVK_ERR_INVALID;
     }
     const auto session_id = static_cast<int>(req_ctx.request->session_id);
     const struct tvk_session *session = tvk_session_find(tvk_ctx, req_ctx.request->session_id);
     if (session == nullptr) {
-        TVK_ERR(tvk_ctx, "Session with id=%d not found!", session_id);
+        TVK_ERR_AS(kOperation, tvk_ctx, "Session with id=%d not found!", session_id);
         return TVK_ERR_INVALID;
     }
-    TVK_TRC(tvk_ctx, "This request belongs to session '%d'", session_id);
+    TVK_TRC_AS(kOperation, tvk_ctx, "This request belongs to session '%d'", session_id);
     if (session->me_session == nullptr || session->me_session->backend_sessions == nullptr) {
-        TVK_ERR(tvk_ctx, "NULL me_session or backend_sessions!");
+        TVK_ERR_AS(kOperation, tvk_ctx, "NULL me_session or backend_sessions!");
         return TVK_ERR_NOT_FOUND;
     }
     *backend_session = session->me_session->backend_sessions[0];

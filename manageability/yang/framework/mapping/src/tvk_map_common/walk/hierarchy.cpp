@@ -15,14 +15,16 @@ void build_path(tvk_map_ctx ctx, char *path, const tvk_map_hierarchy_level *pare
     if (parent == nullptr) {
         tvk_strcpy_s(kCaller, path, TVK_MAP_MAX_PATH, "/");
     } else if (tvk_strcpy_s(kCaller, path, TVK_MAP_MAX_PATH, parent->path) != 0) {
-        TVK_ERR(ctx, "strcpy_s exceeds available space \n");
+        TVK_ERR_AS(kCaller, ctx, "strcpy_s exceeds available space \n");
     } else if (tvk_strcat_s(kCaller, path, TVK_MAP_MAX_PATH, "/") != 0) {
-        TVK_ERR(ctx, "strcat_s exceeds available space \n");
+        TVK_ERR_AS(kCaller, ctx, "strcat_s exceeds available space \n");
     }
     if (tvk_strcat_s(kCaller, path, TVK_MAP_MAX_PATH, tag) != 0) {
-        TVK_ERR(ctx, "strcat_s exceeds available space \n %s %s", tvk::shown(path), tvk::shown(tag));
+        TVK_ERR_AS(kCaller, ctx, "strcat_s exceeds available space \n %s %s", tvk::shown(path), tvk::shown(tag));
     }
 }
+
+constexpr char kLeaving[] = "tvk_map_remove_from_node_hierarchy";
 
 // An output entry that was made at this container level ends with it. Only the last entry can be that.
 void drop_output_entry(tvk_map_ctx ctx, const char *path) {
@@ -32,7 +34,7 @@ void drop_output_entry(tvk_map_ctx ctx, const char *path) {
     }
     const tvk_map_output_entry &entry = state.output_list[state.output_list_count - 1];
     if (entry.hierarchy_kind == TVK_LEVEL_CONTAINER && same_text(path, entry.hierarchy_path)) {
-        TVK_TRC(ctx, "free hierarchy: %s", path);
+        TVK_TRC_AS(kLeaving, ctx, "free hierarchy: %s", path);
         tvk_remove_from_output_list_ctx(ctx, nullptr, nullptr);
     }
 }

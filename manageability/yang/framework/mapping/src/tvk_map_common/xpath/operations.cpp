@@ -16,6 +16,8 @@ using tvk::Node;
 
 constexpr char kPrototype[] = "qerrno tvk_map_tree_xpath_operations(tvk_map_ctx, struct tvk_map_node_operation *)";
 
+constexpr char kOperation[] = "tvk_map_tree_xpath_operations";
+
 template <std::size_t kSize>
 bool is_filled(const char (&text)[kSize]) {
     return text[0] != '\0' && std::memchr(text, '\0', kSize) != nullptr;
@@ -37,7 +39,7 @@ qerrno add(tvk_map_ctx ctx, tvk_map_node_operation &record) {
     TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
     tvk::XpathSearch search{&record, 0, ctx};
     if (tvk::tvk_map_search_subtree_node(search) != TVK_ERR_NOT_PRESENT) {
-        TVK_ERR(ctx, "Node already present in the path %s\n", record.xpath);
+        TVK_ERR_AS(kOperation, ctx, "Node already present in the path %s\n", record.xpath);
         return TVK_ERR_PRESENT;
     }
     // The leading "/" is counted whether the path has one or not: without one, what is left is another path.
@@ -75,7 +77,7 @@ qerrno find(tvk_map_ctx ctx, tvk_map_node_operation &record, const Node *&parent
     parent = search.parent;
     if (status != TVK_OK) {
         TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
-        TVK_ERR(ctx, "Node not present in the path %s\n", record.xpath);
+        TVK_ERR_AS(kOperation, ctx, "Node not present in the path %s\n", record.xpath);
     }
     return status;
 }
