@@ -416,7 +416,8 @@ private:
 
     // Two nodes with children of which each may be an entry of its own.
     void refuse_if_unclear(const Node &there, const Node &node) const {
-        if (here().is_list || here().is_declared || children_of(there).empty() || children_of(node).empty()) {
+        const bool is_top = path_.size() == 1;  // hardly ever a list
+        if (is_top || here().is_list || here().is_declared || children_of(there).empty() || children_of(node).empty()) {
             return;
         }
         const Node &first = children_of(there).front();
