@@ -57,9 +57,10 @@ applied "<t>$(u 1 '<v>a</v>')</t>" "<t><u op='delete'><k>1</k></u><u><k>1</k><w 
 applied "<t><s/>$(u 1)$(u 2)<z/></t>" "<t><u y:insert='first'><k>3</k></u><u y:insert='after' y:key=\"[k='1']\"><k>4</k></u>
     <u y:insert='before' y:key=\"[k='3']\"><k>2</k></u><u><k>5</k></u></t>" \
     "<t><s/>$(u 2)$(u 3)$(u 1)$(u 4)$(u 5)<z/></t>" \
-    '<t><u op="create"><k>3</k></u><u op="create"><k>4</k></u><u op="create"><k>5</k></u></t>'
+    "<t><u op=\"create\" yang:insert=\"first\"><k>3</k></u><u op=\"create\" yang:insert=\"after\" yang:key=\"[k='1']\"><k>4</k></u><u \
+yang:insert=\"before\" yang:key=\"[k='3']\"><k>2</k></u><u op=\"create\"><k>5</k></u></t>"
 applied '<l>a</l><l>b</l>' "<l op='delete'>a</l><l y:insert='before' y:value='b'>c</l><l>b</l>" '<l>c</l><l>b</l>' \
-    '<l op="delete">a</l><l op="create">c</l>'
+    '<l op="delete">a</l><l op="create" yang:insert="before" yang:value="b">c</l>'
 # Keys that nobody named: the first leaf alone does not tell these entries apart.
 document data.xml '<t><r><a>1</a><b>1</b><c>x</c></r><r><a>1</a><b>2</b><c>x</c></r></t>'
 document edit.xml '<t><r><a>1</a><b>2</b><c>y</c></r></t>'

@@ -150,11 +150,13 @@ public:
         release((*this)[place]);
     }
 
-    // Before or behind another one; kNone for other means the first or the last of its name.
-    void move(Place place, Place other, bool behind) {
+    // Before or behind another one; kNone for other means the first or the last of its name. False when it stands there
+    // already.
+    bool move(Place place, Place other, bool behind) {
         if (other == place) {
-            return;
+            return false;
         }
+        const Place stood_behind = items_[static_cast<size_t>(place)].before;
         forget_last(place);
         unlink(place);
         if (other == kNone) {
@@ -166,6 +168,7 @@ public:
             link_behind(place, behind ? other : items_[static_cast<size_t>(other)].before);
         }
         last_of_name_.erase(key_of_name((*this)[place]));
+        return items_[static_cast<size_t>(place)].before != stood_behind;
     }
 
     void put_back() {
@@ -314,7 +317,7 @@ private:
                 refuse("bad-attribute", "it carries an unknown operation");
         }
         if (has_insert(node)) {
-            put_in_place(children, node, shape);
+            put_in_place(children, node, shape, is_there, changes);
         }
     }
 
@@ -357,7 +360,7 @@ private:
         there = created.take();
     }
 
-    void put_in_place(Children &children, const Node &node, const NodeShape &shape) {
+    void put_in_place(Children &children, const Node &node, const NodeShape &shape, bool was_there, Node &changes) {
         const qidl_tvk_edit_insert &insert = node.edit_insert;
         const uint32_t position = (insert.insert_presence & TVK_INSERT_HAS_POSITION) != 0
                                       ? insert.position
@@ -370,7 +373,21 @@ private:
                 refuse("bad-attribute", "it is to be inserted beside an entry that is not there");
             }
         }
-        children.move(children.find(node, shape), other, position == TVK_INSERT_LAST || position == TVK_INSERT_AFTER);
+        const Children::Place place = children.find(node, shape);
+        const bool is_moved = children.move(place, other, position == TVK_INSERT_LAST || position == TVK_INSERT_AFTER);
+        if (was_there && is_moved) {
+            append_child(changes, changed_parent(children[place]));
+        }
+        if (is_moved || !was_there) {
+            note_place(changes.subtrees[changes.subtree_count - 1], insert);
+        }
+    }
+
+    static void note_place(Node &change, const qidl_tvk_edit_insert &insert) {
+        if (qidl_tvk_edit_ins_duplicate(&change.edit_insert, &insert, tvk_gpb_alloc, nullptr) != TVK_OK) {
+            throw std::bad_alloc();
+        }
+        set_present(change, TVK_HAS_EDIT_INSERT);
     }
 
     // An entry with the keys, or a value with the value, that the insert record names.
