@@ -6,9 +6,10 @@
 #include "tvk_map_common/internal/log.h"
 
 #undef TVK_LOG_
-#define TVK_LOG_(ctx, level, handle, name, body, ...)                                     \
+#define TVK_LOG_(ctx, should_log, handle, name, operation, body, ...)                     \
     do {                                                                                  \
         if (false) {                                                                      \
             ::tvk::trace_line((ctx)->trace_handle, name body __VA_OPT__(, ) __VA_ARGS__); \
+            static_cast<void>(operation);                                                 \
         }                                                                                 \
     } while (false)

@@ -105,10 +105,31 @@ bool asks_for_all(const Node &node) {
     return std::all_of(children.begin(), children.end(), is_content_match);
 }
 
-bool is_open_inside(const Node &node) {
+bool names_a_leaf_twice(const Node &node) {
+    std::set<Name> values;
+    for (const Node *value : values_of(node)) {
+        if (!values.insert({tag_of(*value), namespace_of(*value)}).second) {
+            return true;
+        }
+    }
     const auto children = children_of(node);
-    return std::any_of(children.begin(), children.end(),
-                       [](const Node &child) { return *namespace_of(child) == '\0'; });
+    return !values.empty() && std::any_of(children.begin(), children.end(), [&](const Node &child) {
+        return !is_content_match(child) && values.count({tag_of(child), namespace_of(child)}) != 0;
+    });
+}
+
+// Whether names alone, which are all that mappings and engine look at, do not tell what is selected below.
+bool is_open_inside(const Nodes &nodes) {
+    std::map<std::string_view, std::string_view> namespaces;
+    for (const Node *node : nodes) {
+        for (const Node &child : children_of(*node)) {
+            const std::string_view ns = namespace_of(child);
+            if (ns.empty() || namespaces.emplace(tag_of(child), ns).first->second != ns) {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 class Widener {
@@ -119,8 +140,7 @@ public:
     void add(Node &parent, const char *ns, const Nodes &same, const std::string &above) {
         const char *tag = tag_of(*same.front());
         const std::string path = above.empty() ? tag : above + "/" + tag;
-        if (open_.count(path) != 0 ||
-            std::any_of(same.begin(), same.end(), [](const Node *node) { return is_open_inside(*node); })) {
+        if (open_.count(path) != 0 || is_open_inside(same)) {
             append(parent, tag, ns);
             return;
         }
@@ -151,8 +171,9 @@ private:
     // Whether each of several nodes selects where no other one does, as they name other values of the same leaves.
     static bool are_apart(const Nodes &nodes) {
         const std::string names = conditions_of(*nodes.front()).names;
-        return std::all_of(nodes.begin(), nodes.end(),
-                           [&](const Node *node) { return conditions_of(*node).names == names; });
+        return std::all_of(nodes.begin(), nodes.end(), [&](const Node *node) {
+            return conditions_of(*node).names == names && !names_a_leaf_twice(*node);
+        });
     }
 
     // What nodes ask for beside values. False, and none, when one of them asks for all.

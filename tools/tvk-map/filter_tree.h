@@ -21,8 +21,8 @@ using OpenLists = std::set<std::string>;
  * get along with:
  *   - nodes of the same name are one, with what all of them ask for, unless each names other values of the same
  *     leaves, as for entries of a list by their keys; these stay apart, one for each value, with the values first;
- *   - what holds nodes without a namespace, which select in any, is asked for whole; a top container without one
- *     stands there for each container of its name that is mapped;
+ *   - what holds nodes without a namespace, which select in any, or nodes of one name in several, is asked for whole; a
+ *     top container without one stands there for each container of its name that is mapped;
  *   - the lists of open are asked for whole.
  */
 void widen(const Mappings &mappings, const Node &asked, const OpenLists &open, TreeHolder &walked);

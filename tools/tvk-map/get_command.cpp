@@ -35,14 +35,11 @@ std::vector<RpcError> walk_filter(const Mappings &mappings, Framework &framework
                                   const GetParameters &parameters, MarkPhase mark, RequestTrees &trees,
                                   std::string &list) {
     RequestScope scope(framework, parameters.type, parameters.with_defaults, &session.memory());
-    qerrno failure = TVK_OK;
     std::vector<RpcError> errors =
-        walk(mappings, scope, trees.request, trees.response, UnmappedNodes::kPassedOver, &failure);
+        walk(mappings, scope, trees.request, trees.response, UnmappedNodes::kPassedOver, &list);
     if (errors.empty()) {
         own_arrays(trees.response.root(), {&trees.native.root(), &trees.request.root()});
         prune(scope, mark, trees.asked.root(), trees.request, trees.response);
-    } else if (failure == TVK_ERR_LIST_KEY) {
-        list = tags_of_error_path(scope, trees.request.root());
     }
     return errors;
 }
@@ -50,7 +47,13 @@ std::vector<RpcError> walk_filter(const Mappings &mappings, Framework &framework
 std::vector<RpcError> get(const Mappings &mappings, Framework &framework, Session &session,
                           const GetParameters &parameters, MarkPhase mark, RequestTrees &trees) {
     resolve_identities(mappings, trees.asked);
-    for (OpenLists open;;) {
+    OpenLists open;
+    for (const Node &top : children_of(trees.asked.root())) {
+        if (parameters.walk_all) {
+            open.insert(tag_of(top));
+        }
+    }
+    for (;;) {
         widen(mappings, trees.asked.root(), open, trees.request);
         std::string list;
         std::vector<RpcError> errors = walk_filter(mappings, framework, session, parameters, mark, trees, list);

@@ -18,6 +18,7 @@ struct GetParameters {
     uint32_t type = TVK_REQUEST_GET;
     uint8_t with_defaults = TVK_WITH_DEFAULTS_NONE;
     std::optional<std::string> message_id;
+    bool walk_all = false;  // ask mappings for everything, whatever the filter selects: the reply is the same
 };
 
 struct GetPayload {

@@ -21,7 +21,7 @@ void check_inputs(const std::string &first, const std::string &second, const cha
 }
 
 std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHolder &request, TreeHolder &target,
-                           UnmappedNodes unmapped, qerrno *failure) {
+                           UnmappedNodes unmapped, std::string *key_list) {
     std::vector<const Node *> refused;
     for (Node &top : request.tops()) {
         const std::optional<Mappings::Target> mapped = mappings.find(tag_of(top), namespace_of(top));
@@ -34,8 +34,8 @@ std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHo
             status = mapped->container->handler(scope.ctx(), &top, &target.root());
         }
         if (status != TVK_OK) {
-            if (failure != nullptr) {
-                *failure = status;
+            if (key_list != nullptr && status == TVK_ERR_LIST_KEY) {
+                *key_list = list_of_failure(scope, request.root(), top);
             }
             return {describe_failure(status, *mapped->module, scope, request.root(), top)};
         }

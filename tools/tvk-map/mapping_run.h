@@ -37,10 +37,11 @@ enum class UnmappedNodes { kRefused, kPassedOver };
 /*
  * Hands the top containers of request to their modules in order; target is what the handlers build. Nothing when all
  * went well. Else the first failure, or, where all that is wrong is that mappings have nothing for some nodes, an
- * error for each of these, unless they are passed over. failure, if not null, gets what the failing handler answered.
+ * error for each of these, unless they are passed over. key_list, if not null, gets
+ * the place of the list whose keys the library did not accept, by tags, when that is the failure.
  */
 std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHolder &request, TreeHolder &target,
-                           UnmappedNodes unmapped, qerrno *failure = nullptr);
+                           UnmappedNodes unmapped, std::string *key_list = nullptr);
 
 // What a command prints on standard output, and its exit status.
 struct Reply {

@@ -292,10 +292,13 @@ RpcError error_at(const NodePath &path, const char *tag, const std::string &reas
     return error;
 }
 
-std::string tags_of_error_path(RequestScope &scope, const Node &request) {
-    const char *error_path = scope.state().error_xpath;
+std::string list_of_failure(RequestScope &scope, const Node &request, const Node &top) {
+    NodePath path = find_place(TVK_ERR_LIST_KEY, scope, request, top).path;
+    if (path.size() > 1 && children_of(*path.back()).empty()) {
+        path.pop_back();  // one of its keys
+    }
     std::string tags;
-    for (const Node *node : end_of_error_path(request, error_path != nullptr ? error_path : "")) {
+    for (const Node *node : path) {
         tags += (tags.empty() ? "" : "/") + std::string(tag_of(*node));
     }
     return tags;

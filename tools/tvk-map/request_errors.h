@@ -15,8 +15,8 @@ namespace tvk::tool {
 RpcError error_at(const NodePath &path, const char *tag, const std::string &reason,
                   const IsKey &is_key = is_marked_key);
 
-// The tags down to where the library's error path ends, as in "a/b/c"; "" where it has recorded none.
-std::string tags_of_error_path(RequestScope &scope, const Node &request);
+// The tags down to the list that a failure with TVK_ERR_LIST_KEY is about, as in "a/b/c".
+std::string list_of_failure(RequestScope &scope, const Node &request, const Node &top);
 
 /*
  * status is what the handler of the top container top of request answered, scope the request as it was left. The place
