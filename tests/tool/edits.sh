@@ -61,6 +61,11 @@ applied "<t><s/>$(u 1)$(u 2)<z/></t>" "<t><u y:insert='first'><k>3</k></u><u y:i
 yang:insert=\"before\" yang:key=\"[k='3']\"><k>2</k></u><u op=\"create\"><k>5</k></u></t>"
 applied '<l>a</l><l>b</l>' "<l op='delete'>a</l><l y:insert='before' y:value='b'>c</l><l>b</l>" '<l>c</l><l>b</l>' \
     '<l op="delete">a</l><l op="create" yang:insert="before" yang:value="b">c</l>'
+# The same identity by another prefix, and the same text where nothing is declared.
+applied "<t><u><k xmlns:a='urn:a'>a:x</k></u>$(u b:y)</t>" \
+    "<t><u><k xmlns:i='urn:a'>i:x</k><v>1</v></u><u xmlns:b='urn:b'><k>b:y</k><v>2</v></u></t>" \
+    "<t><u><k xmlns:a=\"urn:a\">a:x</k><v>1</v></u><u><k>b:y</k><v>2</v></u></t>" \
+    "<t><u><k xmlns:a=\"urn:a\">a:x</k><v op=\"create\">1</v></u><u><k>b:y</k><v op=\"create\">2</v></u></t>"
 # Keys that nobody named: the first leaf alone does not tell these entries apart.
 document data.xml '<t><r><a>1</a><b>1</b><c>x</c></r><r><a>1</a><b>2</b><c>x</c></r></t>'
 document edit.xml '<t><r><a>1</a><b>2</b><c>y</c></r></t>'

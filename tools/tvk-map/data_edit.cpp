@@ -92,10 +92,9 @@ std::string content_of(const Node &node) {
     }
     std::sort(children.begin(), children.end());
     std::string text;
-    for (const char *part :
-         {tag_of(node), namespace_of(node), value_of(node), text_of(node, node.data_ns, TVK_HAS_DATA_NS)}) {
-        text += part;
-        text += '\x1f';
+    for (const std::string &part :
+         {std::string(tag_of(node)), std::string(namespace_of(node)), text_of_value(node, ValueForm::kResolved)}) {
+        text += part + '\x1f';
     }
     for (const std::string &child : children) {
         text += child;
@@ -113,7 +112,7 @@ public:
             return;
         }
         for (int32_t i = 0; i < parent.subtree_count; ++i) {
-            items_.push_back({Loose(std::exchange(parent.subtrees[i], Node{})), kNone, kNone});
+            items_.push_back({Loose(std::exchange(parent.subtrees[i], Node{})), kNone, kNone, true});
             link_behind(i, i - 1);
         }
     }
@@ -127,26 +126,31 @@ public:
         if (places_.empty()) {
             index(shape);
         }
-        const auto place = places_.find(name_of(like, shape.find(tag_of(like))));
-        return place != places_.end() ? place->second : kNone;
+        const NodeShape *its_shape = shape.find(tag_of(like));
+        for (const ValueForm form : {ValueForm::kWritten, ValueForm::kResolved}) {
+            const auto place = places_.find(name_of(like, its_shape, form));
+            if (place != places_.end() && items_[static_cast<size_t>(place->second)].is_there) {
+                return place->second;
+            }
+        }
+        return kNone;
     }
 
     // Behind the last one of its name.
     Place add(Loose node, const NodeShape &shape) {
         const auto place = static_cast<Place>(items_.size());
-        const std::string name = name_of(*node, shape.find(tag_of(*node)));
         const Place before = last_of_name(*node);
-        items_.push_back({std::move(node), kNone, kNone});
+        items_.push_back({std::move(node), kNone, kNone, true});
         link_behind(place, before != kNone ? before : last_);
-        places_[name] = place;
+        name_place((*this)[place], shape, place);
         last_of_name_[key_of_name((*this)[place])] = place;
         return place;
     }
 
-    void remove(Place place, const NodeShape &shape) {
-        places_.erase(name_of((*this)[place], shape.find(tag_of((*this)[place]))));
+    void remove(Place place) {
         forget_last(place);
         unlink(place);
+        items_[static_cast<size_t>(place)].is_there = false;
         release((*this)[place]);
     }
 
@@ -193,17 +197,23 @@ private:
         Loose node;
         Place before;
         Place behind;
+        bool is_there;
     };
 
     static std::string key_of_name(const Node &node) { return std::string(namespace_of(node)) + '\x1f' + tag_of(node); }
-    static std::string name_of(const Node &node, const NodeShape *shape) {
-        return key_of_name(node) + '\x1f' + (shape != nullptr ? identity_of(node, *shape) : std::string());
+    static std::string name_of(const Node &node, const NodeShape *shape, ValueForm form) {
+        return key_of_name(node) + '\x1f' + (shape != nullptr ? identity_of(node, *shape, form) : std::string());
+    }
+    void name_place(const Node &node, const NodeShape &shape, Place place) {
+        for (const ValueForm form : {ValueForm::kWritten, ValueForm::kResolved}) {
+            places_[name_of(node, shape.find(tag_of(node)), form)] = place;
+        }
     }
 
     void index(const NodeShape &shape) {
         for (size_t i = 0; i < items_.size(); ++i) {
             const Node &node = *items_[i].node;
-            places_.emplace(name_of(node, shape.find(tag_of(node))), static_cast<Place>(i));
+            name_place(node, shape, static_cast<Place>(i));
             last_of_name_[key_of_name(node)] = static_cast<Place>(i);
         }
     }
@@ -308,7 +318,7 @@ private:
             case TVK_OPERATION_REMOVE:
                 if (is_there) {
                     note_change(changes, children[place], TVK_OPERATION_DELETE);
-                    children.remove(place, shape);
+                    children.remove(place);
                 } else if (operation == TVK_OPERATION_DELETE) {
                     refuse("data-missing", "it is to be deleted, but is not there");
                 }
@@ -329,9 +339,7 @@ private:
 
     void merge(Node &there, const Node &node, Node &changes, uint32_t operation) {
         if (children_of(node).empty() && children_of(there).empty()) {
-            if (std::strcmp(value_of(there), value_of(node)) != 0 ||
-                std::strcmp(text_of(there, there.data_ns, TVK_HAS_DATA_NS),
-                            text_of(node, node.data_ns, TVK_HAS_DATA_NS)) != 0) {
+            if (!is_same_value(there, node)) {
                 take_value(there, node);
                 append_change(changes, copy_of(there), TVK_OPERATION_REPLACE);
             }
@@ -441,7 +449,7 @@ private:
         const Node &other = children_of(node).front();
         const bool are_leaves = children_of(first).empty() && children_of(other).empty();
         if (are_leaves && has_name_of(first, other) && (other.presence & TVK_HAS_OPERATION) == 0 &&
-            std::strcmp(value_of(first), value_of(other)) != 0) {
+            !is_same_value(first, other)) {
             refuse("operation-failed", std::string("nothing shows whether this is a list: '") + tag_of(first) +
                                            "' is '" + value_of(first) + "' in the data and '" + value_of(other) +
                                            "' in the edit; name its mapping, or say it with --list");
