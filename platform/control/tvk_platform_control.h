@@ -31,7 +31,7 @@ typedef void (*tvk_platform_sink_fp)(void *user, const char *line);
  */
 void tvk_platform_set_debug_log(int enabled, uint32_t level, tvk_platform_sink_fp sink, void *user);
 
-/* Where trace lines go; a null sink is standard error, as above. Whether there are any is the mapping context's switch. */
+/* Where trace lines go, as above. Whether there are any is the mapping context's switch. */
 void tvk_platform_set_trace(tvk_platform_sink_fp sink, void *user);
 
 /* The next call of ret_nc_tvk_trace_index_incr returns index. */

@@ -85,8 +85,8 @@ struct tvk_session {
 };
 
 /*
- * Looks a session up in the table of the framework context. Null when there is none of that id. Each request calls it on
- * its own thread: where sessions come and go meanwhile the platform layer guards its table, as the default one does.
+ * Looks a session up in the table of the framework context. Null when there is none of that id. Each request calls it
+ * on its own thread: where sessions come and go meanwhile the platform layer guards its table, as the default one does.
  * The session itself must not go while a request has it.
  */
 struct tvk_session *tvk_session_find(tvk_framework_ctx tvk_ctx, uint32_t session_id);

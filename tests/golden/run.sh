@@ -7,6 +7,8 @@ set -euo pipefail
 tool=$(realpath "$1")
 refresh=${2-}
 cd "$(dirname "$0")/../../examples"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
 
 failed=0
 fail() {
@@ -31,6 +33,17 @@ edit() {
   local native=(--into native-before-edit.xml)
   [[ $onto_nothing != *" $1 "* ]] || native=()
   golden "$1" edit --mapping "$example" "${native[@]}" "requests/$1.xml"
+  grep -q '<rpc-error>' "replies/$1.xml" || closes "$1" "${native[@]}"
+}
+# closes REQUEST [--into NATIVE]: the data that results, read and edited again, stays as it is.
+closes() {
+  local request=$1
+  shift
+  "$tool" edit --mapping "$example" "$@" --apply "requests/$request.xml" >"$work/data.xml" &&
+    "$tool" get --mapping "$example" --native "$work/data.xml" >"$work/reply.xml" &&
+    "$tool" edit --mapping "$example" --into "$work/data.xml" --apply --changes "$work/reply.xml" >"$work/changes.xml" ||
+    fail "$request: not applied, read and edited again"
+  ! grep -q '  <' "$work/changes.xml" || fail "$request: read and edited again it changes $(<"$work/changes.xml")"
 }
 # get FILTER: in both phases, which agree here.
 get() {

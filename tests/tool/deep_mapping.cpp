@@ -1,5 +1,6 @@
 // A mapping of anything in its namespace: containers as deep as the request has them, entries with twelve keys, and
 // leaves, which all go to the top of the target.
+#include <cstdlib>
 #include <cstring>
 
 #include "tvk_map.h"
@@ -21,7 +22,23 @@ constexpr tmap_key_entry kKeys[] = {
 constexpr tmap_node_list_info kEntry = {nullptr, map_child, nullptr, kKeys, 0, 12, "/top/entry", nullptr};
 constexpr tmap_node_cont_info kContainer = {nullptr, map_child, nullptr, 0, nullptr, nullptr};
 
+// A chain of so many levels, which no document could hold.
+qerrno add_chain(tvk_map_ctx ctx, const Node *leaf, Node *target) {
+    qerrno status = TVK_OK;
+    for (int level = std::atoi(leaf->data); level > 0 && status == TVK_OK; --level) {
+        status = tvk_map_datatree_add_subtree(ctx, target, "c", kNs, nullptr, nullptr, &target, 0);
+    }
+    return status;
+}
+
 qerrno map_leaf(tvk_map_ctx ctx, const Node *leaf, Node *target) {
+    if (std::strcmp(leaf->tag, "chain") == 0) {
+        return add_chain(ctx, leaf, target);
+    }
+    if (std::strcmp(leaf->tag, "odd") == 0) {
+        ctx->failed_node = target;  // no node of the request
+        return 0xdeadu;
+    }
     return tvk_map_datatree_add_subtree(ctx, target, leaf->tag, kNs, leaf->data, leaf, nullptr, 1);
 }
 
@@ -37,7 +54,15 @@ qerrno map_child(tvk_map_ctx ctx, const Node *node, Node *target) {
 }
 
 qerrno map_top(tvk_map_ctx ctx, const Node *node, Node *target) {
+    if (ctx->mapping_data == nullptr) {
+        return 0xbadu;
+    }
     return tmap_high_container_parse(ctx, node, target, &kContainer);
+}
+
+qerrno begin_request(tvk_map_ctx ctx) {
+    ctx->mapping_data = std::malloc(1);
+    return TVK_OK;
 }
 
 constexpr tvk_map_module_container kTops[] = {{"top", kNs, map_top}};
@@ -46,9 +71,9 @@ constexpr tvk_map_module kModule = {
     .name = "deep_mapping",
     .container_count = 1,
     .containers = kTops,
-    .begin_request = nullptr,
+    .begin_request = begin_request,
     .end_request = nullptr,
-    .release_data = nullptr,
+    .release_data = std::free,
     .identities = nullptr,
     .native_lists = nullptr,
     .flags = TVK_MAP_MODULE_TAKES_INSERT,

@@ -145,6 +145,8 @@ entry "$keys" | read_deep "12 keys in a filter" 0 out "<data/>"
 entry "${keys/v12/}" | edit_deep "the last of 12 keys is empty" 1 out "<error-tag>missing-element</error-tag>"
 entry "${keys/v5/$(repeat 2000 v)}<entry/>" |
     edit_deep "a key that no error path has room for" 1 out "<error-tag>data-missing</error-tag>"
+top '<chain>300000</chain>' | edit_deep "300,000 native levels" 0 out "<c/>"
+top '<odd/>' | edit_deep "a status that means nothing" 1 out "/top: a handler of the mapping 'deep_mapping' answered .* 0x0000dead"
 inserted() { top "<leaf y:insert='after' y:key=\"$1\">1</leaf>"; }
 inserted "$(repeat 8 "[k='v']")" | edit_deep "8 insert keys" 0 out "(\[key:k='v'\]){8}"
 inserted "$(repeat 8 "[k='v']")" | list "8 insert keys" 0 out "insert=after\) \(key\) (\(k=v\)){5}$"
@@ -159,5 +161,26 @@ note='<!-- <a> --><?x <a>?>'
 leaf="<leaf>$note<!-- -->1$note<![CDATA[2]]>$note</leaf>"
 edit_deep "comments and instructions everywhere" 0 out ">12</leaf>" \
     <<<"$note<config>$note$(top "$note<c>$note$leaf$note</c>$note")$note</config>$note"
+
+# Filters of many nodes for the same entries, in less memory than a response for each would take.
+interfaces() { echo "<interfaces xmlns='$oc'>" && seq -f "<interface><name>eth%.0f</name>$2</interface>" "$1" && echo '</interfaces>'; }
+interfaces 20000 '<config><mtu>9000</mtu></config>' >many.xml
+"$tool" edit --mapping openconfig_interfaces --apply many.xml >native.xml
+same() { echo "<filter><interfaces xmlns='$oc'>" && repeat 1000 "$1" && echo '</interfaces></filter>'; }
+{ [ $limit = unlimited ] || limit=400000; }
+same '<interface/>' >document.xml
+expect "1,000 equal filter nodes" 0 out "<name>eth20000<" get --mapping openconfig_interfaces --native native.xml document.xml
+{ echo '<filter>' && interfaces 10000 '<config/>' && echo '</filter>'; } >document.xml
+expect "10,000 filter nodes for an entry each" 0 out "<name>eth10000<" \
+    get --mapping openconfig_interfaces --native native.xml document.xml
+for kib in $(seq 54000 8000 150000); do
+    for run in "edit --mapping openconfig_interfaces many.xml" \
+        "get --mapping openconfig_interfaces --native native.xml"; do
+        got=0
+        # shellcheck disable=SC2086
+        [ $limit = unlimited ] || (ulimit -v $kib && exec "$tool" $run) >out 2>err || got=$?
+        [ $got -le 2 ] || fail "$kib KiB" "exit status $got ($run)"
+    done
+done
 
 echo "all hostile documents as expected, $bounds"

@@ -92,10 +92,9 @@ std::string content_of(const Node &node) {
     }
     std::sort(children.begin(), children.end());
     std::string text;
-    for (const char *part :
-         {tag_of(node), namespace_of(node), value_of(node), text_of(node, node.data_ns, TVK_HAS_DATA_NS)}) {
-        text += part;
-        text += '\x1f';
+    for (const std::string &part :
+         {std::string(tag_of(node)), std::string(namespace_of(node)), text_of_value(node, ValueForm::kResolved)}) {
+        text += part + '\x1f';
     }
     for (const std::string &child : children) {
         text += child;
@@ -113,7 +112,7 @@ public:
             return;
         }
         for (int32_t i = 0; i < parent.subtree_count; ++i) {
-            items_.push_back({Loose(std::exchange(parent.subtrees[i], Node{})), kNone, kNone});
+            items_.push_back({Loose(std::exchange(parent.subtrees[i], Node{})), kNone, kNone, true});
             link_behind(i, i - 1);
         }
     }
@@ -127,34 +126,41 @@ public:
         if (places_.empty()) {
             index(shape);
         }
-        const auto place = places_.find(name_of(like, shape.find(tag_of(like))));
-        return place != places_.end() ? place->second : kNone;
+        const NodeShape *its_shape = shape.find(tag_of(like));
+        for (const ValueForm form : {ValueForm::kWritten, ValueForm::kResolved}) {
+            const auto place = places_.find(name_of(like, its_shape, form));
+            if (place != places_.end() && items_[static_cast<size_t>(place->second)].is_there) {
+                return place->second;
+            }
+        }
+        return kNone;
     }
 
     // Behind the last one of its name.
     Place add(Loose node, const NodeShape &shape) {
         const auto place = static_cast<Place>(items_.size());
-        const std::string name = name_of(*node, shape.find(tag_of(*node)));
         const Place before = last_of_name(*node);
-        items_.push_back({std::move(node), kNone, kNone});
+        items_.push_back({std::move(node), kNone, kNone, true});
         link_behind(place, before != kNone ? before : last_);
-        places_[name] = place;
+        name_place((*this)[place], shape, place);
         last_of_name_[key_of_name((*this)[place])] = place;
         return place;
     }
 
-    void remove(Place place, const NodeShape &shape) {
-        places_.erase(name_of((*this)[place], shape.find(tag_of((*this)[place]))));
+    void remove(Place place) {
         forget_last(place);
         unlink(place);
+        items_[static_cast<size_t>(place)].is_there = false;
         release((*this)[place]);
     }
 
-    // Before or behind another one; kNone for other means the first or the last of its name.
-    void move(Place place, Place other, bool behind) {
+    // Before or behind another one; kNone for other means the first or the last of its name. False when it stands there
+    // already.
+    bool move(Place place, Place other, bool behind) {
         if (other == place) {
-            return;
+            return false;
         }
+        const Place stood_behind = items_[static_cast<size_t>(place)].before;
         forget_last(place);
         unlink(place);
         if (other == kNone) {
@@ -166,6 +172,7 @@ public:
             link_behind(place, behind ? other : items_[static_cast<size_t>(other)].before);
         }
         last_of_name_.erase(key_of_name((*this)[place]));
+        return items_[static_cast<size_t>(place)].before != stood_behind;
     }
 
     void put_back() {
@@ -190,17 +197,23 @@ private:
         Loose node;
         Place before;
         Place behind;
+        bool is_there;
     };
 
     static std::string key_of_name(const Node &node) { return std::string(namespace_of(node)) + '\x1f' + tag_of(node); }
-    static std::string name_of(const Node &node, const NodeShape *shape) {
-        return key_of_name(node) + '\x1f' + (shape != nullptr ? identity_of(node, *shape) : std::string());
+    static std::string name_of(const Node &node, const NodeShape *shape, ValueForm form) {
+        return key_of_name(node) + '\x1f' + (shape != nullptr ? identity_of(node, *shape, form) : std::string());
+    }
+    void name_place(const Node &node, const NodeShape &shape, Place place) {
+        for (const ValueForm form : {ValueForm::kWritten, ValueForm::kResolved}) {
+            places_[name_of(node, shape.find(tag_of(node)), form)] = place;
+        }
     }
 
     void index(const NodeShape &shape) {
         for (size_t i = 0; i < items_.size(); ++i) {
             const Node &node = *items_[i].node;
-            places_.emplace(name_of(node, shape.find(tag_of(node))), static_cast<Place>(i));
+            name_place(node, shape, static_cast<Place>(i));
             last_of_name_[key_of_name(node)] = static_cast<Place>(i);
         }
     }
@@ -305,7 +318,7 @@ private:
             case TVK_OPERATION_REMOVE:
                 if (is_there) {
                     note_change(changes, children[place], TVK_OPERATION_DELETE);
-                    children.remove(place, shape);
+                    children.remove(place);
                 } else if (operation == TVK_OPERATION_DELETE) {
                     refuse("data-missing", "it is to be deleted, but is not there");
                 }
@@ -314,7 +327,7 @@ private:
                 refuse("bad-attribute", "it carries an unknown operation");
         }
         if (has_insert(node)) {
-            put_in_place(children, node, shape);
+            put_in_place(children, node, shape, is_there, changes);
         }
     }
 
@@ -326,9 +339,7 @@ private:
 
     void merge(Node &there, const Node &node, Node &changes, uint32_t operation) {
         if (children_of(node).empty() && children_of(there).empty()) {
-            if (std::strcmp(value_of(there), value_of(node)) != 0 ||
-                std::strcmp(text_of(there, there.data_ns, TVK_HAS_DATA_NS),
-                            text_of(node, node.data_ns, TVK_HAS_DATA_NS)) != 0) {
+            if (!is_same_value(there, node)) {
                 take_value(there, node);
                 append_change(changes, copy_of(there), TVK_OPERATION_REPLACE);
             }
@@ -357,7 +368,7 @@ private:
         there = created.take();
     }
 
-    void put_in_place(Children &children, const Node &node, const NodeShape &shape) {
+    void put_in_place(Children &children, const Node &node, const NodeShape &shape, bool was_there, Node &changes) {
         const qidl_tvk_edit_insert &insert = node.edit_insert;
         const uint32_t position = (insert.insert_presence & TVK_INSERT_HAS_POSITION) != 0
                                       ? insert.position
@@ -370,7 +381,21 @@ private:
                 refuse("bad-attribute", "it is to be inserted beside an entry that is not there");
             }
         }
-        children.move(children.find(node, shape), other, position == TVK_INSERT_LAST || position == TVK_INSERT_AFTER);
+        const Children::Place place = children.find(node, shape);
+        const bool is_moved = children.move(place, other, position == TVK_INSERT_LAST || position == TVK_INSERT_AFTER);
+        if (was_there && is_moved) {
+            append_child(changes, changed_parent(children[place]));
+        }
+        if (is_moved || !was_there) {
+            note_place(changes.subtrees[changes.subtree_count - 1], insert);
+        }
+    }
+
+    static void note_place(Node &change, const qidl_tvk_edit_insert &insert) {
+        if (qidl_tvk_edit_ins_duplicate(&change.edit_insert, &insert, tvk_gpb_alloc, nullptr) != TVK_OK) {
+            throw std::bad_alloc();
+        }
+        set_present(change, TVK_HAS_EDIT_INSERT);
     }
 
     // An entry with the keys, or a value with the value, that the insert record names.
@@ -416,14 +441,15 @@ private:
 
     // Two nodes with children of which each may be an entry of its own.
     void refuse_if_unclear(const Node &there, const Node &node) const {
-        if (here().is_list || here().is_declared || children_of(there).empty() || children_of(node).empty()) {
+        const bool is_top = path_.size() == 1;  // hardly ever a list
+        if (is_top || here().is_list || here().is_declared || children_of(there).empty() || children_of(node).empty()) {
             return;
         }
         const Node &first = children_of(there).front();
         const Node &other = children_of(node).front();
         const bool are_leaves = children_of(first).empty() && children_of(other).empty();
         if (are_leaves && has_name_of(first, other) && (other.presence & TVK_HAS_OPERATION) == 0 &&
-            std::strcmp(value_of(first), value_of(other)) != 0) {
+            !is_same_value(first, other)) {
             refuse("operation-failed", std::string("nothing shows whether this is a list: '") + tag_of(first) +
                                            "' is '" + value_of(first) + "' in the data and '" + value_of(other) +
                                            "' in the edit; name its mapping, or say it with --list");

@@ -8,15 +8,30 @@ namespace tvk::tool {
 
 namespace {
 
+// Throws UsageError when a parameter of that name is there and has none of the values.
+void check_parameter(const XmlDocument &document, const xmlNode *edit, const char *name,
+                     std::initializer_list<const char *> values) {
+    const xmlNode *element = find_envelope(document, edit, name);
+    if (element == nullptr) {
+        return;
+    }
+    const std::string text = parameter_text(document, element);
+    std::string list;
+    for (const char *value : values) {
+        if (text == value) {
+            return;
+        }
+        list += (list.empty() ? "" : ", ") + std::string(value);
+    }
+    document.fail(element, std::string(name) + " \"" + text + "\" is none of " + list);
+}
+
 std::optional<uint32_t> default_operation_of(const XmlDocument &document, const xmlNode *edit) {
     const xmlNode *element = find_envelope(document, edit, "default-operation");
     if (element == nullptr) {
         return std::nullopt;
     }
     const std::string text = parameter_text(document, element);
-    if (text != "merge" && text != "replace" && text != "none") {
-        document.fail(element, "default-operation \"" + text + "\" is none of merge, replace, none");
-    }
     return text == "none" ? kNoOperation : *index_of_name(kOperationNames, text);
 }
 
@@ -49,6 +64,10 @@ void read_operation(const XmlDocument &document, const xmlNode *operation, EditP
     payload.tops = open_config(document, config);
     payload.is_whole = is_envelope(operation, "copy-config");
     if (is_envelope(operation, "edit-config")) {
+        check_parameter(document, operation, "default-operation", {"merge", "replace", "none"});
+        check_parameter(document, operation, "test-option", {"test-then-set", "set", "test-only"});
+        check_parameter(document, operation, "error-option",
+                        {"stop-on-error", "continue-on-error", "rollback-on-error"});
         payload.default_operation = default_operation_of(document, operation);
     }
 }

@@ -13,13 +13,6 @@ namespace {
 
 constexpr char kEndOfText = '\x1f';  // which XML cannot hold
 
-void append_value(std::string &text, const Node &node) {
-    text += value_of(node);
-    text += kEndOfText;
-    text += text_of(node, node.data_ns, TVK_HAS_DATA_NS);
-    text += kEndOfText;
-}
-
 bool is_leaf(const Node &node) {
     return children_of(node).empty();
 }
@@ -180,18 +173,30 @@ NodeShape &Shapes::at(std::string_view path) {
     return *shape;
 }
 
-std::string identity_of(const Node &node, const NodeShape &shape) {
+std::string text_of_value(const Node &node, ValueForm form) {
+    const std::string text = value_of(node);
+    const char *ns = text_of(node, node.data_ns, TVK_HAS_DATA_NS);
+    return form == ValueForm::kWritten || *ns == '\0' ? text
+                                                      : "{" + std::string(ns) + "}" + text.substr(text.find(':') + 1);
+}
+
+bool is_same_value(const Node &a, const Node &b) {
+    return std::strcmp(value_of(a), value_of(b)) == 0 ||
+           text_of_value(a, ValueForm::kResolved) == text_of_value(b, ValueForm::kResolved);
+}
+
+std::string identity_of(const Node &node, const NodeShape &shape, ValueForm form) {
     std::string text;
     if (!shape.is_list) {
         return text;
     }
     if (shape.keys.empty()) {
-        append_value(text, node);
+        text += text_of_value(node, form) + kEndOfText;
     }
     for (const std::string &key : shape.keys) {
         const Node *leaf = find_child(node, key);
         if (leaf != nullptr) {
-            append_value(text, *leaf);
+            text += text_of_value(*leaf, form);
         }
         text += kEndOfText;
     }

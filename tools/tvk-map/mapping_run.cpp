@@ -37,7 +37,13 @@ std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHo
             if (key_list != nullptr && status == TVK_ERR_LIST_KEY) {
                 *key_list = list_of_failure(scope, request.root(), top);
             }
-            return {describe_failure(status, *mapped->module, scope, request.root(), top)};
+            std::vector<RpcError> errors{describe_failure(status, *mapped->module, scope, request.root(), top)};
+            if (unmapped == UnmappedNodes::kRefused && (!refused.empty() || scope.unmapped().any())) {
+                const std::vector<RpcError> others =
+                    describe_unmapped(mappings, request.root(), scope.unmapped(), refused);
+                errors.insert(errors.end(), others.begin(), others.end());
+            }
+            return errors;
         }
     }
     const bool is_refused = unmapped == UnmappedNodes::kRefused && (!refused.empty() || scope.unmapped().any());

@@ -36,9 +36,9 @@ enum class UnmappedNodes { kRefused, kPassedOver };
 
 /*
  * Hands the top containers of request to their modules in order; target is what the handlers build. Nothing when all
- * went well. Else the first failure, or, where all that is wrong is that mappings have nothing for some nodes, an
- * error for each of these, unless they are passed over. key_list, if not null, gets
- * the place of the list whose keys the library did not accept, by tags, when that is the failure.
+ * went well. The first failure ends the walk. Its error is followed by one for each node that mappings have nothing
+ * for, unless these are passed over. key_list, if not null, gets the place of the list whose keys the library did not
+ * accept, by tags, when that is the failure.
  */
 std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHolder &request, TreeHolder &target,
                            UnmappedNodes unmapped, std::string *key_list = nullptr);

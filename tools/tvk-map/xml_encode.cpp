@@ -89,6 +89,13 @@ void write_attributes(XmlOutput &output, const Node &node) {
     }
 }
 
+// A prefix that the element may use already, or that cannot be declared. The text stays as it is without it.
+bool is_own_prefix(const std::string &prefix) {
+    const bool is_numbered =
+        prefix.size() > 1 && prefix.front() == 'a' && prefix.find_first_not_of("0123456789", 1) == std::string::npos;
+    return prefix == "nc" || prefix == "yang" || prefix == "key" || prefix.starts_with("xml") || is_numbered;
+}
+
 void write_value(XmlOutput &output, const Node &node) {
     const char *value = value_of(node);
     const char *ns = text_of(node, node.data_ns, TVK_HAS_DATA_NS);
@@ -104,7 +111,7 @@ void write_value(XmlOutput &output, const Node &node) {
     }
     if (const char *colon = std::strchr(value, ':')) {  // a text as it was written, whose prefix may mean something
         const std::string prefix(value, colon);
-        if (is_name(prefix.c_str()) && prefix != "xml" && prefix != "xmlns") {
+        if (is_name(prefix.c_str()) && !is_own_prefix(prefix)) {
             output.attribute(("xmlns:" + prefix).c_str(), ns);
         }
         output.text(value);

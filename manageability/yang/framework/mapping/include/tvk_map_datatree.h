@@ -211,10 +211,11 @@ TVK_MAP_API qerrno tvk_map_clear_xpath_ctx(tvk_map_ctx ctx);
  * Forgets what the library remembers of the children of parent, of all below them, and of parent as an entry of its
  * list; the other entries stay known, so that one costs the same in a list of any length. Under a framework that has
  * set tvk_map_context::index_children_from, mapping code calls it before it changes a tag, a namespace, an instance
- * number or a key value of these children itself, takes their array away or releases it. A null parent stands for all
- * trees of the request; the framework calls it so when the request ends, which releases the memory, and mapping code
- * may do so afterwards instead of before. Costs nothing when nothing is remembered; the next lookup looks at the
- * children anew. Returns 0; TVK_ERR_INVALID when ctx or its state record is null, with no message.
+ * number or a key value of these children itself, gives the node an array, takes it away or releases it. A null parent
+ * stands for all trees of the request; the framework calls it so when the request ends, which releases the memory, and
+ * mapping code may do so afterwards instead of before. Costs nothing when nothing is remembered; the next lookup looks
+ * at the children anew.
+ * Returns 0; TVK_ERR_INVALID when ctx or its state record is null, with no message.
  */
 TVK_MAP_API qerrno tvk_map_forget_children(tvk_map_ctx ctx, const struct qidl_tvk_datatree *parent);
 
