@@ -61,6 +61,8 @@ applied "<t><s/>$(u 1)$(u 2)<z/></t>" "<t><u y:insert='first'><k>3</k></u><u y:i
 yang:insert=\"before\" yang:key=\"[k='3']\"><k>2</k></u><u op=\"create\"><k>5</k></u></t>"
 applied '<l>a</l><l>b</l>' "<l op='delete'>a</l><l y:insert='before' y:value='b'>c</l><l>b</l>" '<l>c</l><l>b</l>' \
     '<l op="delete">a</l><l op="create" yang:insert="before" yang:value="b">c</l>'
+applied "<x>1</x>" "<t op='create'><u><k>1</k><v>a</v></u><u y:insert='first'><k>2</k></u><u><k>1</k><v>b</v></u><w op='remove'/></t>" \
+    "<x>1</x><t>$(u 2)$(u 1 '<v>b</v>')</t>" "<t op=\"create\">$(u 2)$(u 1 '<v>b</v>')</t>"
 # The same identity by another prefix, and the same text where nothing is declared.
 applied "<t><u><k xmlns:a='urn:a'>a:x</k></u>$(u b:y)</t>" \
     "<t><u><k xmlns:i='urn:a'>i:x</k><v>1</v></u><u xmlns:b='urn:b'><k>b:y</k><v>2</v></u></t>" \

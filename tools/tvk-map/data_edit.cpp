@@ -205,9 +205,12 @@ private:
         return key_of_name(node) + '\x1f' + (shape != nullptr ? identity_of(node, *shape, form) : std::string());
     }
     void name_place(const Node &node, const NodeShape &shape, Place place) {
-        for (const ValueForm form : {ValueForm::kWritten, ValueForm::kResolved}) {
-            places_[name_of(node, shape.find(tag_of(node)), form)] = place;
+        const NodeShape *its_shape = shape.find(tag_of(node));
+        std::string written = name_of(node, its_shape, ValueForm::kWritten);
+        if (std::string resolved = name_of(node, its_shape, ValueForm::kResolved); resolved != written) {
+            places_[std::move(resolved)] = place;
         }
+        places_[std::move(written)] = place;
     }
 
     void index(const NodeShape &shape) {
@@ -424,19 +427,37 @@ private:
             refuse("operation-failed", "the data has more than " + std::to_string(kMaxLevels) + " levels");
         }
         Loose copy = bare_copy(node);
+        if (!is_plain(node)) {
+            TreeHolder changes;
+            apply(*copy, node, here(), changes.root(), TVK_OPERATION_MERGE);
+            return copy;
+        }
         for (const Node &child : children_of(node)) {
             path_.push_back(&child);
             shapes_.push_back(here().find(tag_of(child)));
-            if (operation_of(child) == TVK_OPERATION_DELETE) {
-                refuse("data-missing", "it is to be deleted, but is not there");
-            }
-            if (operation_of(child) != TVK_OPERATION_REMOVE) {
-                append_child(*copy, grown(child));
-            }
+            append_child(*copy, grown(child));
             shapes_.pop_back();
             path_.pop_back();
         }
         return copy;
+    }
+
+    // Whether the children of a node say nothing but what they hold, each by a name of its own.
+    static bool is_plain(const Node &node) {
+        constexpr size_t kMaxCompared = 32;
+        const auto children = children_of(node);
+        if (children.size() > kMaxCompared) {
+            return false;
+        }
+        for (auto child = children.begin(); child != children.end(); ++child) {
+            const bool is_met = std::any_of(children.begin(), child, [&](const Node &other) {
+                return std::strcmp(tag_of(other), tag_of(*child)) == 0;
+            });
+            if (is_met || has_operation(*child) || has_insert(*child)) {
+                return false;
+            }
+        }
+        return true;
     }
 
     // Two nodes with children of which each may be an entry of its own.

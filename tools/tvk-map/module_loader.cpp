@@ -202,6 +202,7 @@ Mappings::Mappings(std::vector<MappingModule> modules) : modules_(std::move(modu
 
 Mappings Mappings::load(const std::vector<std::string> &names) {
     std::vector<MappingModule> modules;
+    modules.reserve(names.size());
     for (const std::string &name : names) {
         modules.push_back(MappingModule::load(name));
     }
