@@ -1,5 +1,7 @@
 #include "edit_command.h"
 
+#include <algorithm>
+
 #include "apply_command.h"
 #include "data_file.h"
 #include "edit_defaults.h"
@@ -35,14 +37,19 @@ std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, 
 
 EditParameters read_edit(XmlDocument document, TreeHolder &request) {
     EditPayload payload = find_edit_payload(document);
+    const bool has_inserts = std::any_of(payload.tops.begin(), payload.tops.end(),
+                                         [](const xmlNode *top) { return data_of(top).has_inserts; });
     move_data(payload.tops, request.root());
-    return {payload.message_id, payload.default_operation, payload.is_whole, payload.is_reply};
+    return {payload.message_id, payload.default_operation, payload.is_whole, payload.is_reply, has_inserts};
 }
 
 std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,
                                 const EditParameters &parameters) {
     resolve_identities(mappings, trees.request);
-    std::vector<RpcError> errors = refuse_inserts(mappings, trees.request);
+    std::vector<RpcError> errors;
+    if (parameters.has_inserts) {
+        errors = refuse_inserts(mappings, trees.request);
+    }
     if (!errors.empty()) {
         return errors;
     }
