@@ -28,6 +28,9 @@ std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, 
     // What a get was answered with holds state as well, which is no configuration.
     const UnmappedNodes unmapped = parameters.is_reply ? UnmappedNodes::kPassedOver : UnmappedNodes::kRefused;
     std::vector<RpcError> errors = walk(mappings, scope, trees.request, trees.native, unmapped);
+    if (errors.empty()) {
+        errors = refuse_inserts(mappings, trees.request);
+    }
     return errors.empty() ? refuse_texts(trees.request.root()) : errors;
 }
 
@@ -36,22 +39,20 @@ std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, 
 EditParameters read_edit(XmlDocument document, TreeHolder &request) {
     EditPayload payload = find_edit_payload(document);
     move_data(payload.tops, request.root());
-    return {payload.message_id, payload.default_operation, payload.is_whole, payload.is_reply};
+    return {payload.attributes, payload.default_operation, payload.is_whole, payload.is_reply};
 }
 
 std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,
                                 const EditParameters &parameters) {
     resolve_identities(mappings, trees.request);
-    std::vector<RpcError> errors = refuse_inserts(mappings, trees.request);
-    if (!errors.empty()) {
-        return errors;
-    }
+    std::vector<RpcError> errors;
     if (parameters.is_whole) {
+        errors = refuse_operations(trees.request.root());
+        replace_all(trees.request, mapped_tops(mappings));
+    } else if (parameters.default_operation == TVK_OPERATION_REPLACE) {
         replace_all(trees.request, mapped_tops(mappings));
     } else if (parameters.default_operation == kNoOperation) {
         errors = drop_what_does_nothing(mappings, framework, trees);
-    } else if (parameters.default_operation) {
-        give_operation_to_tops(trees.request, *parameters.default_operation);
     }
     return errors.empty() ? walk_edit(mappings, framework, trees, parameters) : errors;
 }
@@ -60,9 +61,9 @@ Reply answer_edit(const Mappings &mappings, Framework &framework, RequestTrees &
                   bool tree) {
     const std::vector<RpcError> errors = make_edit(mappings, framework, trees, parameters);
     if (!errors.empty()) {
-        return refusal(errors, parameters.message_id);
+        return refusal(errors, parameters.attributes);
     }
-    return config_reply(trees.native.root(), parameters.message_id, tree);
+    return config_reply(trees.native.root(), parameters.attributes, tree);
 }
 
 int run_edit(const EditOptions &options) {
@@ -83,11 +84,11 @@ int run_edit(const EditOptions &options) {
     }
     const std::vector<RpcError> errors = make_edit(mappings, framework, trees, parameters);
     if (!errors.empty()) {
-        return print(refusal(errors, parameters.message_id));
+        return print(refusal(errors, parameters.attributes));
     }
     Shapes shapes(mappings);
     return print(answer_apply(before, trees.native.root(), TVK_OPERATION_MERGE, shapes,
-                              {parameters.message_id, options.changes, options.tree}));
+                              {parameters.attributes, options.changes, options.tree}));
 }
 
 }  // namespace tvk::tool
