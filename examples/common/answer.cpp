@@ -229,13 +229,18 @@ qerrno check_key_of_name(tvk_map_ctx ctx, const Node *entry, const char *name, c
             continue;
         }
         if (key != nullptr) {
-            return refuse(ctx, &child, TVK_ERR_LIST_KEY, "it is given twice");
+            return refuse(ctx, &child, TVK_ERR_INVALID, "it is given twice");
         }
         mark_as_key(child);
         key = &child;
     }
-    return key != nullptr ? check_key(ctx, key, list)
-                          : refuse(ctx, entry, TVK_ERR_LIST_KEY, "its key <%s> is missing", name);
+    if (key != nullptr) {
+        return check_key(ctx, key, list);
+    }
+    const qerrno status = refuse(ctx, entry, TVK_ERR_LIST_KEY, "its key <%s> is missing", name);
+    kel_named_free(ctx->state->error_node_tag);
+    ctx->state->error_node_tag = tvk_strdup(name, kTag);
+    return status;
 }
 
 qerrno check_keys(tvk_map_ctx ctx, const Node *entry, tmap_node_list_info_p info, const ListShape &list) {

@@ -142,8 +142,8 @@ TEST_F(ExampleMappings, SayWhyTheyRefuse) {
         // Keys, and state.
         {interfaces(node("interface")(config(leaf("mtu", "1")))), TVK_ERR_LIST_KEY,
          "interface: its key <name> is missing"},
-        {interfaces(eth0(leaf("name", "eth0"))), TVK_ERR_LIST_KEY, "name: it is given twice"},
-        {protocol(leaf("identifier", "BGP"), leaf("identifier", "BGP")), TVK_ERR_LIST_KEY,
+        {interfaces(eth0(leaf("name", "eth0"))), TVK_ERR_INVALID, "name: it is given twice"},
+        {protocol(leaf("identifier", "BGP"), leaf("identifier", "BGP")), TVK_ERR_INVALID,
          "identifier: it is given twice"},
         {interfaces(eth0(node("state")(leaf("mtu", "1")))), TVK_ERR_UNSUPPORTED,
          "state: it holds state, which cannot be edited"},

@@ -63,6 +63,9 @@ applied '<l>a</l><l>b</l>' "<l op='delete'>a</l><l y:insert='before' y:value='b'
     '<l op="delete">a</l><l op="create" yang:insert="before" yang:value="b">c</l>'
 applied "<x>1</x>" "<t op='create'><u><k>1</k><v>a</v></u><u y:insert='first'><k>2</k></u><u><k>1</k><v>b</v></u><w op='remove'/></t>" \
     "<x>1</x><t>$(u 2)$(u 1 '<v>b</v>')</t>" "<t op=\"create\">$(u 2)$(u 1 '<v>b</v>')</t>"
+applied '<t><m xmlns="urn:a">1</m><m xmlns="urn:b">2</m></t>' '<t><m xmlns="urn:a" op="delete">1</m><m xmlns="urn:a">3</m></t>' \
+    '<t><m>2</m><m>3</m></t>' '<t><m op="delete">1</m><m op="create">3</m></t>'
+applied "<t>$(u 1)$(u 2)</t>" "<t op='replace'>$(u 2)$(u 1)</t>" "<t>$(u 2)$(u 1)</t>" "<t op=\"replace\">$(u 2)$(u 1)</t>"
 # The same identity by another prefix, and the same text where nothing is declared.
 applied "<t><u><k xmlns:a='urn:a'>a:x</k></u>$(u b:y)</t>" \
     "<t><u><k xmlns:i='urn:a'>i:x</k><v>1</v></u><u xmlns:b='urn:b'><k>b:y</k><v>2</v></u></t>" \
@@ -85,6 +88,8 @@ document data.xml "<t><m>1</m>$(u 1 '<v>a</v>')</t>"
 refused "<t><u op='create'><k>1</k></u></t>" "data-exists"
 refused "<t><u><k>1</k><w op='delete'/></u></t>" "<error-path>/t/u\[k='1'\]/w</error-path>"
 refused "<t><u op='create'><k>2</k><v op='delete'/></u></t>" "data-missing"
+refused "<t><u><v>1</v></u></t>" "<error-tag>missing-element<"
+refused "<t><u><k op='delete'>1</k></u></t>" "<error-tag>operation-not-supported<"
 refused "<t><u y:insert='after' y:key=\"[k='9']\"><k>1</k></u></t>" "beside an entry that is not there"
 refused "<t><u><k>1</k><v><x/></v></u></t>" "/t/u\[k='1'\]/v: it has a value on one side and elements on the other"
 unset list
@@ -122,6 +127,12 @@ edit_config none "<config>$(interface eth0 '' '<config><name>eth0</name><descrip
 run 0 "${edit[@]}" edit.xml
 says '<description nc:operation="merge">x<'
 ! grep -q '<mtu>' out || fail "an mtu without an operation was edited"
+"$tool" "${edit[@]}" - <<<"$(interface eth0 '' '<config><name>eth0</name></config>')" >native.xml
+run 0 "${edit[@]}" --into native.xml --apply --changes edit.xml
+comes_to '<interface-configurations><interface-configuration><interface-name>eth0</interface-name><active>act</active><description nc:operation="create">x</description></interface-configuration></interface-configurations>'
+"$tool" "${edit[@]}" - <<<"$(interface eth1 '' '<config><name>eth1</name></config>')" >native.xml
+run 1 "${edit[@]}" --into native.xml edit.xml
+says "interface\[name='eth0'\]: it leads to what is to be done, but is not there"
 echo "<rpc xmlns='$nc' message-id='1'><copy-config><source><config>$eth0</config></source></copy-config></rpc>" >edit.xml
 "$tool" "${edit[@]}" - <<<"$(interface eth1 '' '<config><name>eth1</name></config>')" >native.xml
 run 0 "${edit[@]}" --into native.xml --apply edit.xml
@@ -142,6 +153,13 @@ cp out native.xml
 run 0 get --mapping openconfig_interfaces --native native.xml
 says '<description>nc:backbone</description>'
 
+# Below a top container whose lists the mapping names, all else is no list.
+up() { interface eth0 '' "<config><name>eth0</name></config><hold-time><config><up>$1</up></config></hold-time>"; }
+run 0 "${edit[@]}" --apply - <<<"$(up 1)"
+cp out native.xml.2
+run 0 "${edit[@]}" --into native.xml.2 --apply --changes - <<<"$(up 2)"
+says '<up nc:operation="replace">2<'
+
 # is_refused STATUS PATTERN: an edit by both examples of what stands on standard input.
 is_refused() {
     cat >edit.xml
@@ -161,6 +179,15 @@ is_refused 1 "eth0'\]/config: a delete must not carry content" \
     <<<"$(interface eth0 '' '<config nc:operation="delete"><name>eth0</name></config>')"
 is_refused 1 "name=concat\('a', &quot;'&quot;, '&quot;b'\)\]/ns1:config/ns1:mtu<" \
     <<<"$(interface "a'&quot;b" '' '<config><mtu>x</mtu></config>')"
+copy=$(interface e '' '<config><name nc:operation="delete">e</name></config>')
+is_refused 1 "config/name: it repeats a key of its list entry and cannot be deleted" <<<"$copy"
+is_refused 1 "/interfaces/interface\[2\]: its key <name> is missing|<bad-element>name<" \
+    <<<"<interfaces xmlns='$oc'><interface><name>a</name></interface><interface><config/></interface></interfaces>"
+is_refused 1 "interfaces: a &lt;copy-config&gt; holds a configuration, without operations" \
+    <<<"<copy-config xmlns='$nc'><config><interfaces xmlns='$oc' xmlns:nc='$nc' nc:operation='merge'/></config></copy-config>"
+is_refused 1 '<rpc-reply xmlns="[^"]*" message-id="1" r1:user="fred" xmlns:r1="urn:ex"' \
+    <<<"<rpc xmlns='$nc' message-id='1' xmlns:ex='urn:ex' ex:user='fred'><edit-config><config><x/></config></edit-config></rpc>"
+is_refused 2 "to be inserted before or after what no" <<<"<a xmlns:y='$yang' y:insert='after'/>"
 is_refused 2 "holds a second <config>" <<<"<edit-config xmlns='$nc'><config/><config/></edit-config>"
 is_refused 2 "holds <validate>, which is unknown there" <<<"<edit-config xmlns='$nc'><validate/><config/></edit-config>"
 is_refused 2 "<rpc-reply> tells an error" <<<"<rpc-reply xmlns='$nc'><rpc-error/></rpc-reply>"

@@ -4,6 +4,7 @@
 #include "data_file.h"
 #include "edit_command.h"
 #include "edit_defaults.h"
+#include "request_values.h"
 
 namespace tvk::tool {
 
@@ -24,9 +25,9 @@ Reply answer_apply(TreeHolder &data, const Node &edit, uint32_t default_operatio
     shapes.learn({&data.root(), &edit});
     TreeHolder changes;
     if (const std::optional<RpcError> error = apply_edit(data, edit, default_operation, shapes, changes)) {
-        return refusal({*error}, output.message_id);
+        return refusal({*error}, output.attributes);
     }
-    return config_reply(output.changes ? changes.root() : data.root(), output.message_id, output.tree);
+    return config_reply(output.changes ? changes.root() : data.root(), output.attributes, output.tree);
 }
 
 int run_apply(const ApplyOptions &options) {
@@ -40,15 +41,16 @@ int run_apply(const ApplyOptions &options) {
     read_data(options.native, kNativeLayout, data);
     TreeHolder edit;
     const EditParameters parameters = read_edit(XmlDocument::read(options.edit, kEditLayout), edit);
+    if (const std::vector<RpcError> errors = refuse_operations(edit.root()); parameters.is_whole && !errors.empty()) {
+        return print(refusal(errors, parameters.attributes));
+    }
     uint32_t default_operation = parameters.default_operation.value_or(TVK_OPERATION_MERGE);
-    if (parameters.is_whole) {
+    if (parameters.is_whole || default_operation == TVK_OPERATION_REPLACE) {
         replace_all(edit, tops_of(data));
-    } else if (default_operation == TVK_OPERATION_REPLACE) {
-        give_operation_to_tops(edit, TVK_OPERATION_REPLACE);
         default_operation = TVK_OPERATION_MERGE;
     }
     return print(answer_apply(data, edit.root(), default_operation, shapes,
-                              {parameters.message_id, options.changes, options.tree}));
+                              {parameters.attributes, options.changes, options.tree}));
 }
 
 }  // namespace tvk::tool

@@ -7,6 +7,7 @@
 
 #include "list_keys.h"
 #include "mapping_run.h"
+#include "rpc_attributes.h"
 
 namespace tvk::tool {
 
@@ -23,7 +24,7 @@ struct ApplyOptions {
 int run_apply(const ApplyOptions &options);
 
 struct ApplyOutput {
-    std::optional<std::string> message_id;
+    RpcAttributes attributes;
     bool changes;  // alone
     bool tree;
 };

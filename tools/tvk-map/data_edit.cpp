@@ -84,20 +84,19 @@ void append_child(Node &parent, Loose child) {
     set_present(parent, TVK_HAS_SUBTREES);
 }
 
-// Everything that makes two trees the same data: order counts neither among leaves nor among entries.
+// Everything that makes two trees the same data: order counts among nodes of one name alone.
 std::string content_of(const Node &node) {
-    std::vector<std::string> children;
+    std::vector<std::pair<std::string, std::string>> children;
     for (const Node &child : children_of(node)) {
-        children.push_back(content_of(child));
+        children.emplace_back(std::string(namespace_of(child)) + '\x1f' + tag_of(child), content_of(child));
     }
-    std::sort(children.begin(), children.end());
-    std::string text;
-    for (const std::string &part :
-         {std::string(tag_of(node)), std::string(namespace_of(node)), text_of_value(node, ValueForm::kResolved)}) {
-        text += part + '\x1f';
+    std::stable_sort(children.begin(), children.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
+    std::string text = text_of_value(node, ValueForm::kResolved) + '\x1f';
+    for (int32_t i = 0; i < node.attribute_count && node.attributes != nullptr; ++i) {
+        text += std::string(node.attributes[i].name) + '=' + node.attributes[i].value + '\x1f';
     }
-    for (const std::string &child : children) {
-        text += child;
+    for (const auto &[name, content] : children) {
+        text += name + '\x1f' + content;
     }
     return text + '\x1e';
 }
@@ -112,15 +111,14 @@ public:
             return;
         }
         for (int32_t i = 0; i < parent.subtree_count; ++i) {
-            items_.push_back({Loose(std::exchange(parent.subtrees[i], Node{})), kNone, kNone, true});
-            link_behind(i, i - 1);
+            append(Loose(std::exchange(parent.subtrees[i], Node{})), last_);
         }
     }
 
     using Place = int32_t;
     static constexpr Place kNone = -1;
 
-    Node &operator[](Place place) { return *items_[static_cast<size_t>(place)].node; }
+    Node &operator[](Place place) { return *item(place).node; }
 
     Place find(const Node &like, const NodeShape &shape) {
         if (places_.empty()) {
@@ -129,7 +127,7 @@ public:
         const NodeShape *its_shape = shape.find(tag_of(like));
         for (const ValueForm form : {ValueForm::kWritten, ValueForm::kResolved}) {
             const auto place = places_.find(name_of(like, its_shape, form));
-            if (place != places_.end() && items_[static_cast<size_t>(place->second)].is_there) {
+            if (place != places_.end() && item(place->second).is_there) {
                 return place->second;
             }
         }
@@ -138,52 +136,43 @@ public:
 
     // Behind the last one of its name.
     Place add(Loose node, const NodeShape &shape) {
-        const auto place = static_cast<Place>(items_.size());
-        const Place before = last_of_name(*node);
-        items_.push_back({std::move(node), kNone, kNone, true});
-        link_behind(place, before != kNone ? before : last_);
+        const auto group = groups_.find(key_of_name(*node));
+        const bool is_first = group == groups_.end() || group->second.last == kNone;
+        const Place place = append(std::move(node), is_first ? last_ : group->second.last);
         name_place((*this)[place], shape, place);
-        last_of_name_[key_of_name((*this)[place])] = place;
         return place;
     }
 
     void remove(Place place) {
-        forget_last(place);
         unlink(place);
-        items_[static_cast<size_t>(place)].is_there = false;
+        item(place).is_there = false;
         release((*this)[place]);
     }
 
-    // Before or behind another one; kNone for other means the first or the last of its name. False when it stands there
+    // Before or behind another one of its name; kNone for other means the first or the last. False when it stands there
     // already.
     bool move(Place place, Place other, bool behind) {
-        if (other == place) {
+        Group &group = *item(place).group;
+        if (other == kNone) {
+            other = behind ? group.last : group.first;
+        }
+        if (other == place || (behind ? item(place).same_before : item(place).same_behind) == other) {
             return false;
         }
-        const Place stood_behind = items_[static_cast<size_t>(place)].before;
-        forget_last(place);
         unlink(place);
-        if (other == kNone) {
-            other = behind ? last_of_name((*this)[place]) : first_of_name((*this)[place]);
-        }
-        if (other == kNone) {
-            link_behind(place, last_);
-        } else {
-            link_behind(place, behind ? other : items_[static_cast<size_t>(other)].before);
-        }
-        last_of_name_.erase(key_of_name((*this)[place]));
-        return items_[static_cast<size_t>(place)].before != stood_behind;
+        link(place, behind ? other : item(other).before, behind ? other : item(other).same_before);
+        return true;
     }
 
     void put_back() {
         size_t count = 0;
-        for (Place place = first_; place != kNone; place = items_[static_cast<size_t>(place)].behind) {
+        for (Place place = first_; place != kNone; place = item(place).behind) {
             ++count;
         }
         Node *array = count > 0 ? zeroed_array<Node>(count) : nullptr;
         size_t next = 0;
-        for (Place place = first_; place != kNone; place = items_[static_cast<size_t>(place)].behind) {
-            array[next++] = items_[static_cast<size_t>(place)].node.take();
+        for (Place place = first_; place != kNone; place = item(place).behind) {
+            array[next++] = item(place).node.take();
         }
         kel_named_free(parent_.subtrees);
         parent_.subtrees = array;
@@ -193,12 +182,22 @@ public:
     }
 
 private:
+    // The nodes of one name, in their order.
+    struct Group {
+        Place first = kNone;
+        Place last = kNone;
+    };
     struct Item {
         Loose node;
-        Place before;
-        Place behind;
-        bool is_there;
+        Group *group;
+        Place before = kNone;
+        Place behind = kNone;
+        Place same_before = kNone;
+        Place same_behind = kNone;
+        bool is_there = true;
     };
+
+    Item &item(Place place) { return items_[static_cast<size_t>(place)]; }
 
     static std::string key_of_name(const Node &node) { return std::string(namespace_of(node)) + '\x1f' + tag_of(node); }
     static std::string name_of(const Node &node, const NodeShape *shape, ValueForm form) {
@@ -215,46 +214,36 @@ private:
 
     void index(const NodeShape &shape) {
         for (size_t i = 0; i < items_.size(); ++i) {
-            const Node &node = *items_[i].node;
-            name_place(node, shape, static_cast<Place>(i));
-            last_of_name_[key_of_name(node)] = static_cast<Place>(i);
+            name_place(*items_[i].node, shape, static_cast<Place>(i));
         }
     }
-    Place last_of_name(const Node &node) {
-        const auto [last, is_new] = last_of_name_.try_emplace(key_of_name(node), kNone);
-        for (Place place = last_; is_new && place != kNone && last->second == kNone;
-             place = items_[static_cast<size_t>(place)].before) {
-            last->second = has_name_of((*this)[place], node) ? place : kNone;
-        }
-        return last->second;
+    // As the last one of its name.
+    Place append(Loose node, Place before) {
+        const auto place = static_cast<Place>(items_.size());
+        Group &group = groups_[key_of_name(*node)];
+        items_.push_back({std::move(node), &group});
+        link(place, before, group.last);
+        return place;
     }
-    Place first_of_name(const Node &node) {
-        for (Place place = first_; place != kNone; place = items_[static_cast<size_t>(place)].behind) {
-            if (has_name_of((*this)[place], node)) {
-                return place;
-            }
-        }
-        return kNone;
-    }
-    void forget_last(Place place) {
-        const auto last = last_of_name_.find(key_of_name((*this)[place]));
-        if (last != last_of_name_.end() && last->second == place) {
-            last_of_name_.erase(last);
-        }
-    }
-    void link_behind(Place place, Place before) {
-        Item &item = items_[static_cast<size_t>(place)];
-        item.before = before;
-        item.behind = before != kNone ? items_[static_cast<size_t>(before)].behind : first_;
-        (before != kNone ? items_[static_cast<size_t>(before)].behind : first_) = place;
-        (item.behind != kNone ? items_[static_cast<size_t>(item.behind)].before : last_) = place;
+    void link(Place place, Place before, Place same_before) {
+        Item &linked = item(place);
+        linked.before = before;
+        linked.behind = before != kNone ? item(before).behind : first_;
+        (before != kNone ? item(before).behind : first_) = place;
+        (linked.behind != kNone ? item(linked.behind).before : last_) = place;
+        Group &group = *linked.group;
+        linked.same_before = same_before;
+        linked.same_behind = same_before != kNone ? item(same_before).same_behind : group.first;
+        (same_before != kNone ? item(same_before).same_behind : group.first) = place;
+        (linked.same_behind != kNone ? item(linked.same_behind).same_before : group.last) = place;
     }
     void unlink(Place place) {
-        Item &item = items_[static_cast<size_t>(place)];
-        (item.before != kNone ? items_[static_cast<size_t>(item.before)].behind : first_) = item.behind;
-        (item.behind != kNone ? items_[static_cast<size_t>(item.behind)].before : last_) = item.before;
-        item.before = kNone;
-        item.behind = kNone;
+        Item &unlinked = item(place);
+        (unlinked.before != kNone ? item(unlinked.before).behind : first_) = unlinked.behind;
+        (unlinked.behind != kNone ? item(unlinked.behind).before : last_) = unlinked.before;
+        Group &group = *unlinked.group;
+        (unlinked.same_before != kNone ? item(unlinked.same_before).same_behind : group.first) = unlinked.same_behind;
+        (unlinked.same_behind != kNone ? item(unlinked.same_behind).same_before : group.last) = unlinked.same_before;
     }
 
     Node &parent_;
@@ -262,7 +251,7 @@ private:
     Place first_ = kNone;
     Place last_ = kNone;
     std::unordered_map<std::string, Place> places_;
-    std::unordered_map<std::string, Place> last_of_name_;
+    std::unordered_map<std::string, Group> groups_;
 };
 
 class Applier {
@@ -294,6 +283,7 @@ private:
             refuse("operation-failed",
                    "nothing shows what the keys of this list are; name its mapping, or say it with --list");
         }
+        refuse_keys(node, shape, operation_of(node, otherwise));
         const Children::Place place = children.find(node, shape);
         const bool is_there = place != Children::kNone;
         switch (const uint32_t operation = operation_of(node, otherwise); operation) {
@@ -331,6 +321,23 @@ private:
         }
         if (has_insert(node)) {
             put_in_place(children, node, shape, is_there, changes);
+        }
+    }
+
+    // A list entry without its keys, and the deletion of a key.
+    void refuse_keys(const Node &node, const NodeShape &parent, uint32_t operation) const {
+        for (const std::string &key : here().keys) {
+            const auto children = children_of(node);
+            const bool is_there = std::any_of(children.begin(), children.end(), [&](const Node &child) {
+                return key == tag_of(child) && *value_of(child) != '\0';
+            });
+            if (!is_there) {
+                refuse("missing-element", "its key '" + key + "' is missing");
+            }
+        }
+        const bool is_delete = operation == TVK_OPERATION_DELETE || operation == TVK_OPERATION_REMOVE;
+        if (is_delete && parent.is_list && parent.is_key(tag_of(node))) {
+            refuse("operation-not-supported", "a key cannot be deleted or removed; delete its list entry instead");
         }
     }
 
@@ -463,13 +470,16 @@ private:
     // Two nodes with children of which each may be an entry of its own.
     void refuse_if_unclear(const Node &there, const Node &node) const {
         const bool is_top = path_.size() == 1;  // hardly ever a list
-        if (is_top || here().is_list || here().is_declared || children_of(there).empty() || children_of(node).empty()) {
+        if (is_top || here().is_list || here().is_declared || here().is_described || children_of(there).empty() ||
+            children_of(node).empty()) {
             return;
         }
         const Node &first = children_of(there).front();
         const Node &other = children_of(node).front();
         const bool are_leaves = children_of(first).empty() && children_of(other).empty();
-        if (are_leaves && has_name_of(first, other) && (other.presence & TVK_HAS_OPERATION) == 0 &&
+        const NodeShape *first_shape = here().find(tag_of(first));
+        const bool is_value = first_shape != nullptr && first_shape->is_declared;
+        if (are_leaves && !is_value && has_name_of(first, other) && (other.presence & TVK_HAS_OPERATION) == 0 &&
             !is_same_value(first, other)) {
             refuse("operation-failed", std::string("nothing shows whether this is a list: '") + tag_of(first) +
                                            "' is '" + value_of(first) + "' in the data and '" + value_of(other) +
@@ -513,7 +523,11 @@ private:
             const NodeShape *shape = shapes_[entry.size() - 1];
             return shape != nullptr && shape->is_key(tag_of(child));
         };
-        throw Refused{error_at(path_, tag, reason, is_key)};
+        RpcError error = error_at(path_, tag, reason, is_key);
+        if (error.tag == "bad-attribute") {
+            error.bad_attribute = has_insert(*path_.back()) ? "insert" : "operation";
+        }
+        throw Refused{error};
     }
 
     NodePath path_;

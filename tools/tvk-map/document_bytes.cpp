@@ -227,8 +227,9 @@ DocumentBytes prepare_bytes(std::string bytes, const std::string &name) {
     if (encoding > XML_CHAR_ENCODING_UTF8) {
         fail(name, "is written in an encoding that is not read; NETCONF uses UTF-8");
     }
-    const size_t start = bytes.find_first_not_of(kBlanks);
-    if (start != std::string::npos && bytes[start] == '{') {
+    const size_t start =
+        bytes.find_first_not_of(kBlanks, bytes.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0);
+    if (start != std::string::npos && (bytes[start] == '{' || bytes[start] == '[')) {
         fail(name, "is JSON; an XML document was expected");
     }
     take_off_framing(bytes, name);

@@ -30,6 +30,9 @@ std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, 
     // What a get was answered with holds state as well, which is no configuration.
     const UnmappedNodes unmapped = parameters.is_reply ? UnmappedNodes::kPassedOver : UnmappedNodes::kRefused;
     std::vector<RpcError> errors = walk(mappings, scope, trees.request, trees.native, unmapped);
+    if (errors.empty() && parameters.has_inserts) {
+        errors = refuse_inserts(mappings, trees.request);
+    }
     return errors.empty() ? refuse_texts(trees.request.root()) : errors;
 }
 
@@ -40,25 +43,20 @@ EditParameters read_edit(XmlDocument document, TreeHolder &request) {
     const bool has_inserts = std::any_of(payload.tops.begin(), payload.tops.end(),
                                          [](const xmlNode *top) { return data_of(top).has_inserts; });
     move_data(payload.tops, request.root());
-    return {payload.message_id, payload.default_operation, payload.is_whole, payload.is_reply, has_inserts};
+    return {payload.attributes, payload.default_operation, payload.is_whole, payload.is_reply, has_inserts};
 }
 
 std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,
                                 const EditParameters &parameters) {
     resolve_identities(mappings, trees.request);
     std::vector<RpcError> errors;
-    if (parameters.has_inserts) {
-        errors = refuse_inserts(mappings, trees.request);
-    }
-    if (!errors.empty()) {
-        return errors;
-    }
     if (parameters.is_whole) {
+        errors = refuse_operations(trees.request.root());
+        replace_all(trees.request, mapped_tops(mappings));
+    } else if (parameters.default_operation == TVK_OPERATION_REPLACE) {
         replace_all(trees.request, mapped_tops(mappings));
     } else if (parameters.default_operation == kNoOperation) {
         errors = drop_what_does_nothing(mappings, framework, trees);
-    } else if (parameters.default_operation) {
-        give_operation_to_tops(trees.request, *parameters.default_operation);
     }
     return errors.empty() ? walk_edit(mappings, framework, trees, parameters) : errors;
 }
@@ -67,9 +65,9 @@ Reply answer_edit(const Mappings &mappings, Framework &framework, RequestTrees &
                   bool tree) {
     const std::vector<RpcError> errors = make_edit(mappings, framework, trees, parameters);
     if (!errors.empty()) {
-        return refusal(errors, parameters.message_id);
+        return refusal(errors, parameters.attributes);
     }
-    return config_reply(trees.native.root(), parameters.message_id, tree);
+    return config_reply(trees.native.root(), parameters.attributes, tree);
 }
 
 int run_edit(const EditOptions &options) {
@@ -90,11 +88,11 @@ int run_edit(const EditOptions &options) {
     }
     const std::vector<RpcError> errors = make_edit(mappings, framework, trees, parameters);
     if (!errors.empty()) {
-        return print(refusal(errors, parameters.message_id));
+        return print(refusal(errors, parameters.attributes));
     }
     Shapes shapes(mappings);
     return print(answer_apply(before, trees.native.root(), TVK_OPERATION_MERGE, shapes,
-                              {parameters.message_id, options.changes, options.tree}));
+                              {parameters.attributes, options.changes, options.tree}));
 }
 
 }  // namespace tvk::tool

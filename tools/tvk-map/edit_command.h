@@ -7,6 +7,7 @@
 
 #include "edit_request.h"
 #include "mapping_run.h"
+#include "rpc_attributes.h"
 #include "xml_document.h"
 
 namespace tvk::tool {
@@ -26,7 +27,7 @@ int run_edit(const EditOptions &options);
 
 // What a request says beside its data.
 struct EditParameters {
-    std::optional<std::string> message_id;
+    RpcAttributes attributes;
     std::optional<uint32_t> default_operation;
     bool is_whole = false;
     bool is_reply = false;

@@ -88,7 +88,7 @@ bool is_edit_data(const xmlNode *element) {
 
 void read_rpc(const XmlDocument &document, xmlNode *element, EditPayload &payload) {
     const Rpc rpc = open_rpc(document, element);
-    payload.message_id = rpc.message_id;
+    payload.attributes = rpc.attributes;
     if (is_envelope(rpc.operation, "config")) {
         payload.tops = open_config(document, rpc.operation);
     } else if (is_edit_operation(rpc.operation)) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "rpc_attributes.h"
 #include "xml_document.h"
 
 namespace tvk::tool {
@@ -17,7 +18,7 @@ struct EditPayload {
     std::vector<xmlNode *> tops;  // top containers, in document order
     bool is_whole = false;        // they replace the whole configuration: <copy-config>
     bool is_reply = false;        // they are what a get was answered with, which may hold state
-    std::optional<std::string> message_id;
+    RpcAttributes attributes;
     std::optional<uint32_t> default_operation;  // of top containers without one of their own
 };
 

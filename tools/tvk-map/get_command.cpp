@@ -45,26 +45,6 @@ std::vector<RpcError> walk_filter(const Mappings &mappings, Framework &framework
     return errors;
 }
 
-std::vector<RpcError> get(const Mappings &mappings, Framework &framework, Session &session,
-                          const GetParameters &parameters, MarkPhase mark, RequestTrees &trees) {
-    resolve_identities(mappings, trees.asked);
-    OpenLists open;
-    for (const Node &top : children_of(trees.asked.root())) {
-        if (parameters.walk_all) {
-            open.insert(tag_of(top));
-        }
-    }
-    for (;;) {
-        widen(mappings, trees.asked.root(), open, trees.request);
-        std::string list;
-        std::vector<RpcError> errors = walk_filter(mappings, framework, session, parameters, mark, trees, list);
-        if (list.empty() || !open.insert(list).second) {
-            return errors;
-        }
-        trees.clear_walk(session.database_arrays());
-    }
-}
-
 GetParameters read_request(const GetOptions &options, const Mappings &mappings, TreeHolder &asked) {
     GetParameters parameters;
     if (options.filter) {
@@ -83,6 +63,26 @@ GetParameters read_request(const GetOptions &options, const Mappings &mappings, 
 
 }  // namespace
 
+std::vector<RpcError> make_get(const Mappings &mappings, Framework &framework, Session &session,
+                               const GetParameters &parameters, MarkPhase mark, RequestTrees &trees) {
+    resolve_identities(mappings, trees.asked);
+    OpenLists open;
+    for (const Node &top : children_of(trees.asked.root())) {
+        if (parameters.walk_all) {
+            open.insert(tag_of(top));
+        }
+    }
+    for (;;) {
+        widen(mappings, trees.asked.root(), open, trees.request);
+        std::string list;
+        std::vector<RpcError> errors = walk_filter(mappings, framework, session, parameters, mark, trees, list);
+        if (list.empty() || !open.insert(list).second) {
+            return errors;
+        }
+        trees.clear_walk(session.database_arrays());
+    }
+}
+
 GetParameters read_get(XmlDocument document, const Mappings &mappings, TreeHolder &asked) {
     GetPayload payload = find_get_payload(document);
     if (payload.filter) {
@@ -95,13 +95,13 @@ GetParameters read_get(XmlDocument document, const Mappings &mappings, TreeHolde
 
 Reply answer_get(const Mappings &mappings, Framework &framework, Session &session, RequestTrees &trees,
                  const GetParameters &parameters, MarkPhase mark, bool tree) {
-    const std::vector<RpcError> errors = get(mappings, framework, session, parameters, mark, trees);
+    const std::vector<RpcError> errors = make_get(mappings, framework, session, parameters, mark, trees);
     if (!errors.empty()) {
-        return refusal(errors, parameters.message_id);
+        return refusal(errors, parameters.attributes);
     }
     const Node &result = trees.response.root();
-    return encoded([&] { return tree ? tree_listing(result) : encode_data_reply(result, parameters.message_id); },
-                   parameters.message_id);
+    return encoded([&] { return tree ? tree_listing(result) : encode_data_reply(result, parameters.attributes); },
+                   parameters.attributes);
 }
 
 int run_get(const GetOptions &options) {

@@ -29,6 +29,8 @@ int run_get(const GetOptions &options);
 // The steps between the command's files and its output. The first moves what a document of kGetLayout asks for
 // into a filter without nodes; it throws UsageError.
 GetParameters read_get(XmlDocument document, const Mappings &mappings, TreeHolder &asked);
+std::vector<RpcError> make_get(const Mappings &mappings, Framework &framework, Session &session,
+                               const GetParameters &parameters, MarkPhase mark, RequestTrees &trees);
 Reply answer_get(const Mappings &mappings, Framework &framework, Session &session, RequestTrees &trees,
                  const GetParameters &parameters, MarkPhase mark, bool tree);
 

@@ -88,7 +88,7 @@ GetPayload find_get_payload(const XmlDocument &document) {
         payload.filter = {root};
     } else if (is_envelope(root, "rpc")) {
         const Rpc rpc = open_rpc(document, root);
-        payload.parameters.message_id = rpc.message_id;
+        payload.parameters.attributes = rpc.attributes;
         read_operation(document, rpc.operation, payload);
     } else if (is_envelope(root, "filter")) {
         payload.filter = open_filter(document, root);

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "rpc_attributes.h"
 #include "tvk_map_session.h"
 #include "xml_document.h"
 
@@ -17,7 +18,7 @@ namespace tvk::tool {
 struct GetParameters {
     uint32_t type = TVK_REQUEST_GET;
     uint8_t with_defaults = TVK_WITH_DEFAULTS_NONE;
-    std::optional<std::string> message_id;
+    RpcAttributes attributes;
     bool walk_all = false;  // ask mappings for everything, whatever the filter selects: the reply is the same
 };
 

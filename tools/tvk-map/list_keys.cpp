@@ -82,8 +82,11 @@ void learn_keys(const Instances &instances, NodeShape &shape) {
 
 void learn_at(const Instances &instances, NodeShape &shape) {
     if (!shape.is_declared) {
-        shape.is_list = shape.is_list || std::any_of(instances.begin(), instances.end(),
-                                                     [](const Entries &entries) { return entries.size() > 1; });
+        // What goes may stand beside what comes in its place.
+        shape.is_list = shape.is_list || std::any_of(instances.begin(), instances.end(), [](const Entries &entries) {
+                            return std::count_if(entries.begin(), entries.end(),
+                                                 [](const Node *entry) { return !is_going(*entry); }) > 1;
+                        });
         if (shape.is_list) {
             learn_keys(instances, shape);
         }
@@ -95,20 +98,26 @@ void learn_below(const std::vector<const Node *> &parents, NodeShape &shape, int
     if (levels == kMaxLevels) {
         return;
     }
-    std::map<std::string_view, Instances> by_tag;
+    using Name = std::pair<std::string_view, std::string_view>;  // tag and namespace
+    std::map<Name, Instances> by_name;
     for (const Node *parent : parents) {
-        std::set<std::string_view> here;
+        std::set<Name> here;
         for (const Node &child : children_of(*parent)) {
-            Instances &instances = by_tag[tag_of(child)];
-            if (here.insert(tag_of(child)).second) {
+            const Name name{tag_of(child), namespace_of(child)};
+            Instances &instances = by_name[name];
+            if (here.insert(name).second) {
                 instances.emplace_back();
             }
             instances.back().push_back(&child);
         }
     }
-    for (const auto &[tag, instances] : by_tag) {
-        NodeShape &next = shape.below[std::string(tag)];
-        learn_at(instances, next);
+    for (const auto &[name, instances] : by_name) {
+        NodeShape &next = shape.below[std::string(name.first)];
+        if (shape.is_described) {
+            next.is_described = true;
+        } else {
+            learn_at(instances, next);
+        }
         std::vector<const Node *> nodes;
         for (const Entries &entries : instances) {
             nodes.insert(nodes.end(), entries.begin(), entries.end());
@@ -135,6 +144,8 @@ Shapes::Shapes(const Mappings &mappings) {
             std::string keys = list->keys != nullptr ? list->keys : "";
             std::replace(keys.begin(), keys.end(), ' ', ',');
             add(std::string(list->path) + "=" + keys);
+            const std::string_view path = list->path;
+            at(path.substr(0, path.find('/'))).is_described = true;
         }
     }
 }

@@ -19,7 +19,8 @@ namespace tvk::tool {
 struct NodeShape {
     bool is_list = false;  // of entries, or, when there are no keys, of values
     bool is_declared = false;
-    bool is_unclear = false;  // entries that nothing at their front tells apart
+    bool is_described = false;  // all lists in it are known, so that what is not declared is none
+    bool is_unclear = false;    // entries that nothing at their front tells apart
     std::vector<std::string> keys;
     std::map<std::string, NodeShape, std::less<>> below;  // by tag
 

@@ -14,6 +14,7 @@
 #include "get_command.h"
 #include "output.h"
 #include "print_command.h"
+#include "xml_reader.h"
 
 namespace {
 
@@ -197,6 +198,7 @@ int run(int argc, char **argv) {
 
 int main(int argc, char **argv) {
     int status = tvk::tool::kExitUsage;
+    tvk::tool::silence_xml();
     try {
         status = run(argc, argv);
     } catch (const std::bad_alloc &) {

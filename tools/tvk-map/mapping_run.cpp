@@ -52,23 +52,23 @@ std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHo
                       : std::vector<RpcError>();
 }
 
-Reply refusal(const std::vector<RpcError> &errors, const std::optional<std::string> &message_id) {
-    return {kExitMappingFailed, encode_rpc_errors(errors, message_id)};
+Reply refusal(const std::vector<RpcError> &errors, const RpcAttributes &attributes) {
+    return {kExitMappingFailed, encode_rpc_errors(errors, attributes)};
 }
 
-Reply encoded(const std::function<std::string()> &encode, const std::optional<std::string> &message_id) {
+Reply encoded(const std::function<std::string()> &encode, const RpcAttributes &attributes) {
     try {
         return {kExitSuccess, encode()};
     } catch (const EncodeError &error) {
         RpcError unwritable;
         unwritable.tag = "operation-failed";
         unwritable.message = std::string("The mapping's result cannot be written as XML: ") + error.what() + ".";
-        return refusal({unwritable}, message_id);
+        return refusal({unwritable}, attributes);
     }
 }
 
-Reply config_reply(const Node &root, const std::optional<std::string> &message_id, bool tree) {
-    return encoded([&] { return tree ? tree_listing(root) : encode_config(root); }, message_id);
+Reply config_reply(const Node &root, const RpcAttributes &attributes, bool tree) {
+    return encoded([&] { return tree ? tree_listing(root) : encode_config(root); }, attributes);
 }
 
 int print(const Reply &reply) {

@@ -8,6 +8,7 @@
 
 #include "framework.h"
 #include "module_loader.h"
+#include "rpc_attributes.h"
 #include "rpc_reply.h"
 #include "tree_holder.h"
 
@@ -49,13 +50,13 @@ struct Reply {
     std::string text;
 };
 
-Reply refusal(const std::vector<RpcError> &errors, const std::optional<std::string> &message_id);
+Reply refusal(const std::vector<RpcError> &errors, const RpcAttributes &attributes);
 
 // What encode returns, or, when it throws EncodeError, that as an error.
-Reply encoded(const std::function<std::string()> &encode, const std::optional<std::string> &message_id);
+Reply encoded(const std::function<std::string()> &encode, const RpcAttributes &attributes);
 
 // The children of root as a <config>, or as a listing.
-Reply config_reply(const Node &root, const std::optional<std::string> &message_id, bool tree);
+Reply config_reply(const Node &root, const RpcAttributes &attributes, bool tree);
 
 // Returns the exit status. Throws UsageError.
 int print(const Reply &reply);

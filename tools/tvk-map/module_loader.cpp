@@ -92,6 +92,10 @@ fs::path find_module(const std::string &name) {
 
 // The loader tells a module of another machine as a file that is not there, and does not survive one that is cut off.
 std::string fault_in_file(const fs::path &path) {
+    std::error_code kind;
+    if (fs::exists(path, kind) && !fs::is_regular_file(path, kind)) {
+        return "is no regular file";
+    }
     std::ifstream file(path, std::ios::binary);
     ElfW(Ehdr) header{};
     ElfW(Ehdr) own{};

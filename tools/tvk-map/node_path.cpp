@@ -7,8 +7,8 @@ namespace tvk::tool {
 
 namespace {
 
-// The parser reads no more levels than that, so that a descent may be a recursion.
-constexpr size_t kMaxLevels = 1000;
+// Requests come from XML, of which the parser reads no more levels, so that a descent may be a recursion.
+constexpr size_t kMaxLevels = 256;
 
 template <typename Visit>
 bool visit_below(const Node &node, NodePath &path, const Visit &visit) {
@@ -54,16 +54,32 @@ std::string predicate(const Node &key, const Prefix &prefix) {
            literal(is_identity ? prefix(value_ns) + value : value) + "]";
 }
 
+// "[2]" for the second of several nodes of one name, which nothing else tells apart; "" for the only one.
+std::string position_of(const Node &node, const Node &parent) {
+    size_t count = 0;
+    size_t position = 0;
+    for (const Node &child : children_of(parent)) {
+        count += has_name_of(child, node) ? 1 : 0;
+        position = &child == &node ? count : position;
+    }
+    return count > 1 && position > 0 ? "[" + std::to_string(position) + "]" : "";
+}
+
 std::string steps_of(const NodePath &path, const IsKey &is_key, const Prefix &prefix) {
     std::string text;
     for (size_t i = 0; i < path.size(); ++i) {
         const Node &node = *path[i];
         const NodePath here(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(i) + 1);
         text += "/" + prefix(namespace_of(node)) + tag_of(node);
+        bool has_keys = false;
         for (const Node &child : children_of(node)) {
             if (is_key(here, child) && *value_of(child) != '\0') {
                 text += predicate(child, prefix);
+                has_keys = true;
             }
+        }
+        if (i > 0 && !has_keys) {
+            text += position_of(node, *path[i - 1]);
         }
     }
     return text;

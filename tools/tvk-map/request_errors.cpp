@@ -99,17 +99,30 @@ bool step_down(NodePath &path, const IsMeant &is_meant) {
     return false;
 }
 
-// The copy of a key inside the entry at the end of path that has the value that differs from the key's.
-bool step_to_copy(NodePath &path, const std::string &value, const Node *&its_key) {
-    const Node &entry = *path.back();
-    for (const Node &container : children_of(entry)) {
+// What is wrong with the copy of a key, "" when nothing is.
+std::string fault_of_copy(const Node &copy, const Node &key) {
+    if (is_delete(copy)) {
+        return "it repeats a key of its list entry and cannot be deleted or removed; delete the entry instead";
+    }
+    if (!children_of(copy).empty()) {
+        return "it repeats a key of its list entry and holds elements";
+    }
+    if (std::strcmp(value_of(copy), value_of(key)) != 0) {
+        return "the value " + quoted(value_of(copy)) + " differs from the list key that it must repeat, " +
+               quoted(value_of(key));
+    }
+    return "";
+}
+
+// The faulty copy of a key inside the entry at the end of path.
+bool step_to_copy(NodePath &path, const Node *&its_key, std::string &fault) {
+    const auto keys = children_of(*path.back());
+    for (const Node &container : keys) {
         for (const Node &leaf : children_of(container)) {
-            const auto keys = children_of(entry);
             const auto key = std::find_if(keys.begin(), keys.end(), [&](const Node &other) {
-                return std::strcmp(tag_of(other), tag_of(leaf)) == 0 &&
-                       std::strcmp(value_of(other), value_of(leaf)) != 0;
+                return children_of(other).empty() && std::strcmp(tag_of(other), tag_of(leaf)) == 0;
             });
-            if (key != keys.end() && value == value_of(leaf)) {
+            if (key != keys.end() && !(fault = fault_of_copy(leaf, *key)).empty()) {
                 path.insert(path.end(), {&container, &leaf});
                 its_key = &*key;
                 return true;
@@ -124,6 +137,7 @@ struct Place {
     std::string name;           // what the library says is at fault there: a tag or a value
     bool is_certain;            // not only the container that holds it
     const Node *key = nullptr;  // that the walk has not marked yet
+    std::string fault{};        // what is wrong there, if that is known already
 };
 
 Place find_place(qerrno status, RequestScope &scope, const Node &request, const Node &top) {
@@ -145,14 +159,18 @@ Place find_place(qerrno status, RequestScope &scope, const Node &request, const 
     const auto is_named = [&](const Node &child) { return name == tag_of(child); };
     bool found = false;
     const Node *key = nullptr;
+    std::string fault;
     if (status == TVK_ERR_KEY_OPERATION) {
         found = step_down(path, is_delete);
     } else if (status == TVK_ERR_LIST_KEY) {
         found = step_down(path, is_empty_key);
     } else if (!name.empty()) {
-        found = step_down(path, is_foreign) || step_down(path, is_named) || step_to_copy(path, name, key);
+        found = step_down(path, is_foreign) || step_down(path, is_named);
     }
-    return {std::move(path), name, found, key};
+    if (!found && status == TVK_ERR_NAMESPACE) {
+        found = step_to_copy(path, key, fault);
+    }
+    return {std::move(path), name, found, key, fault};
 }
 
 // ---- What is said ----
@@ -169,8 +187,8 @@ std::string namespace_reason(const Place &place, RpcError &error) {
         error.bad_namespace = namespace_of(node);
         return "the element " + element_text(tag_of(node), namespace_of(node)) + " is not supported here";
     }
-    if (place.is_certain && !place.name.empty() && place.name == value_of(node)) {
-        return "the value " + quoted(place.name) + " differs from the list key that it must repeat";
+    if (!place.fault.empty()) {
+        return place.fault;
     }
     return place.name.empty() ? "a value is not of the namespace that the model asks for"
                               : "the value " + quoted(place.name) + " is not of the namespace that the model asks for";
@@ -317,6 +335,9 @@ RpcError describe_failure(qerrno status, const MappingModule &module, RequestSco
         return &child == place.key || is_marked_key(entry, child);
     });
     error.bad_namespace = detail.bad_namespace;
+    if (detail.tag == "missing-element" && scope.ctx()->failed_node != nullptr && !place.name.empty()) {
+        error.bad_element = place.name;  // the mapping has named the key that is missing
+    }
     return error;
 }
 

@@ -99,6 +99,19 @@ std::vector<RpcError> refuse_inserts(const Mappings &mappings, TreeHolder &reque
     return errors;
 }
 
+std::vector<RpcError> refuse_operations(const Node &request) {
+    std::vector<RpcError> errors;
+    find_path(request, [&](const NodePath &path) {
+        if ((path.back()->presence & TVK_HAS_OPERATION) != 0) {
+            errors.push_back(
+                error_at(path, "bad-attribute", "a <copy-config> holds a configuration, without operations"));
+            errors.back().bad_attribute = "operation";
+        }
+        return !errors.empty();
+    });
+    return errors;
+}
+
 std::vector<RpcError> refuse_texts(const Node &request) {
     std::vector<RpcError> errors;
     find_path(request, [&](const NodePath &path) {

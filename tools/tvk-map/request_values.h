@@ -19,6 +19,9 @@ void resolve_identities(const Mappings &mappings, TreeHolder &request);
 // places.
 std::vector<RpcError> refuse_inserts(const Mappings &mappings, TreeHolder &request);
 
+// An error for the first node with an operation, in a request that is a whole configuration.
+std::vector<RpcError> refuse_operations(const Node &request);
+
 // An error for the first container or list entry with text in it, once the walk has marked which nodes these are.
 std::vector<RpcError> refuse_texts(const Node &request);
 

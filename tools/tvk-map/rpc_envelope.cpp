@@ -70,12 +70,23 @@ std::string parameter_text(const XmlDocument &document, const xmlNode *parameter
     return std::string(without_blanks(text));
 }
 
+RpcAttributes attributes_of(const xmlNode *rpc) {
+    RpcAttributes attributes;
+    for (const xmlAttr *attribute = rpc->properties; attribute != nullptr; attribute = attribute->next) {
+        xmlChar *value = xmlNodeListGetString(rpc->doc, attribute->children, 1);
+        attributes.push_back(
+            {as_text(attribute->name), namespace_of(attribute->ns), value != nullptr ? as_text(value) : ""});
+        xmlFree(value);
+    }
+    return attributes;
+}
+
 Rpc open_rpc(const XmlDocument &document, xmlNode *rpc) {
     const std::vector<xmlNode *> operations = document.child_elements(rpc);
     if (operations.size() != 1) {
         document.fail(rpc, "<rpc> holds " + std::to_string(operations.size()) + " operations; one was expected");
     }
-    return {operations.front(), attribute_of(rpc, "message-id")};
+    return {operations.front(), attributes_of(rpc)};
 }
 
 }  // namespace tvk::tool

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "rpc_attributes.h"
 #include "xml_document.h"
 
 namespace tvk::tool {
@@ -33,7 +34,7 @@ std::string parameter_text(const XmlDocument &document, const xmlNode *parameter
 
 struct Rpc {
     xmlNode *operation;
-    std::optional<std::string> message_id;
+    RpcAttributes attributes;
 };
 
 // Throws UsageError when the <rpc> element does not hold exactly one operation.

@@ -8,11 +8,19 @@ namespace tvk::tool {
 
 namespace {
 
-void start_reply(XmlOutput &output, const std::optional<std::string> &message_id) {
+void start_reply(XmlOutput &output, const RpcAttributes &attributes) {
     output.start("rpc-reply");
     output.attribute("xmlns", kNetconfNamespace);
-    if (message_id) {
-        output.attribute("message-id", message_id->c_str());
+    size_t number = 0;
+    for (const RpcAttribute &attribute : attributes) {
+        if (attribute.ns.empty()) {
+            output.attribute(attribute.name.c_str(), attribute.value);
+        } else if (attribute.ns == kXmlNamespace) {
+            output.attribute(("xml:" + attribute.name).c_str(), attribute.value);
+        } else {
+            const std::string prefix = "r" + std::to_string(++number);
+            output.attribute(prefix.c_str(), attribute.name.c_str(), attribute.ns.c_str(), attribute.value);
+        }
     }
 }
 
@@ -63,17 +71,17 @@ void write_error(XmlOutput &output, const RpcError &error) {
 
 }  // namespace
 
-std::string encode_data_reply(const Node &root, const std::optional<std::string> &message_id) {
+std::string encode_data_reply(const Node &root, const RpcAttributes &attributes) {
     XmlOutput output;
-    start_reply(output, message_id);
+    start_reply(output, attributes);
     output.start("data");
     write_data(output, root);
     return output.finish();
 }
 
-std::string encode_rpc_errors(const std::vector<RpcError> &errors, const std::optional<std::string> &message_id) {
+std::string encode_rpc_errors(const std::vector<RpcError> &errors, const RpcAttributes &attributes) {
     XmlOutput output;
-    start_reply(output, message_id);
+    start_reply(output, attributes);
     for (const RpcError &error : errors) {
         write_error(output, error);
     }

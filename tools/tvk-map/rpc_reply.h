@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "node_path.h"
+#include "rpc_attributes.h"
 #include "tree_holder.h"
 
 namespace tvk::tool {
@@ -21,9 +22,9 @@ struct RpcError {
 };
 
 // An <rpc-reply> with the children of root as its <data>. Throws EncodeError.
-std::string encode_data_reply(const Node &root, const std::optional<std::string> &message_id);
+std::string encode_data_reply(const Node &root, const RpcAttributes &attributes);
 
 // An <rpc-reply> with the errors. What XML cannot hold is shown as "?".
-std::string encode_rpc_errors(const std::vector<RpcError> &errors, const std::optional<std::string> &message_id);
+std::string encode_rpc_errors(const std::vector<RpcError> &errors, const RpcAttributes &attributes);
 
 }  // namespace tvk::tool

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace tvk::tool {
@@ -27,6 +30,10 @@ bool has_value_of(const Node &filter, const Node &node) {
            (*wanted == '\0' || *given == '\0' || std::strcmp(wanted, given) == 0);
 }
 
+bool is_equal(const char *a, const char *b) {
+    return a != nullptr && b != nullptr && std::strcmp(a, b) == 0;
+}
+
 bool has_attributes_of(const Node &filter, const Node &node) {
     const auto attributes = [](const Node &from) {
         const bool any = (from.presence & TVK_HAS_ATTRIBUTES) != 0 && from.attributes != nullptr;
@@ -35,35 +42,80 @@ bool has_attributes_of(const Node &filter, const Node &node) {
     const auto given = attributes(node);
     return std::ranges::all_of(attributes(filter), [&](const qidl_tvk_name_value &wanted) {
         return std::ranges::any_of(given, [&](const qidl_tvk_name_value &other) {
-            return std::strcmp(wanted.name, other.name) == 0 && std::strcmp(wanted.value, other.value) == 0;
+            return is_equal(wanted.name, other.name) && is_equal(wanted.value, other.value);
         });
     });
 }
 
-std::string name_and_value(const Node &leaf) {
-    return std::string(tag_of(leaf)) + '\x1f' + value_of(leaf);
+// A value that decides whether a filter node selects anything: the first one where only single nodes lead to it.
+struct Condition {
+    std::vector<std::string_view> path;  // tags, without that of the filter node
+    std::string_view value;
+};
+
+std::optional<Condition> condition_of(const Node &filter) {
+    Condition condition;
+    for (const Node *node = &filter;;) {
+        const auto children = children_of(*node);
+        const auto leaf = std::find_if(children.begin(), children.end(), is_content_match);
+        if (leaf != children.end()) {
+            condition.path.emplace_back(tag_of(*leaf));
+            condition.value = value_of(*leaf);
+            return condition;
+        }
+        if (children.size() != 1) {
+            return std::nullopt;
+        }
+        node = &children.front();
+        condition.path.emplace_back(tag_of(*node));
+    }
+}
+
+// Everything that a filter node says, as a text.
+void append_content(std::string &text, const Node &filter) {
+    for (const char *part :
+         {tag_of(filter), namespace_of(filter), value_of(filter), text_of(filter, filter.data_ns, TVK_HAS_DATA_NS)}) {
+        text += part;
+        text += '\x1f';
+    }
+    for (int32_t i = 0; i < filter.attribute_count && filter.attributes != nullptr; ++i) {
+        text += std::string(filter.attributes[i].name) + '=' + filter.attributes[i].value + '\x1f';
+    }
+    for (const Node &child : children_of(filter)) {
+        append_content(text, child);
+    }
+    text += '\x1e';
 }
 
 // The children of a filter node, by what they do.
 struct Parts {
-    // Filter nodes of one name. Those that name a value are found by the first of their values.
+    // Different filter nodes of one name. Those that a value decides about are found by it.
     struct Group {
+        using ByValue = std::unordered_map<std::string_view, std::vector<const Node *>>;
         std::vector<const Node *> plain;
-        std::unordered_map<std::string, std::vector<const Node *>> by_value;
+        std::map<std::vector<std::string_view>, ByValue> by_condition;
     };
     std::vector<const Node *> values;
     std::unordered_map<std::string_view, Group> groups;
 
     explicit Parts(const Node &filter) {
+        std::unordered_set<std::string> met;
         for (const Node &child : children_of(filter)) {
             if (is_content_match(child)) {
                 values.push_back(&child);
                 continue;
             }
+            std::string content;
+            append_content(content, child);
+            if (!met.insert(std::move(content)).second) {
+                continue;
+            }
             Group &group = groups[tag_of(child)];
-            const auto below = children_of(child);
-            const auto value = std::find_if(below.begin(), below.end(), is_content_match);
-            (value != below.end() ? group.by_value[name_and_value(*value)] : group.plain).push_back(&child);
+            if (const auto condition = condition_of(child)) {
+                group.by_condition[condition->path][condition->value].push_back(&child);
+            } else {
+                group.plain.push_back(&child);
+            }
         }
     }
 
@@ -77,16 +129,23 @@ struct Parts {
         for (const Node *candidate : group->second.plain) {
             visit(*candidate);
         }
-        if (group->second.by_value.empty()) {
-            return;
+        for (const auto &[path, by_value] : group->second.by_condition) {
+            visit_values(node, path, by_value, visit);
         }
-        for (const Node &leaf : children_of(node)) {
-            if (!children_of(leaf).empty()) {
+    }
+
+private:
+    template <typename Visit>
+    static void visit_values(const Node &node, std::span<const std::string_view> path, const Group::ByValue &by_value,
+                             const Visit &visit) {
+        for (const Node &child : children_of(node)) {
+            if (path.front() != tag_of(child)) {
                 continue;
             }
-            if (const auto named = group->second.by_value.find(name_and_value(leaf));
-                named != group->second.by_value.end()) {
-                std::for_each(named->second.begin(), named->second.end(), [&](const Node *other) { visit(*other); });
+            if (path.size() > 1) {
+                visit_values(child, path.subspan(1), by_value, visit);
+            } else if (const auto found = by_value.find(value_of(child)); found != by_value.end()) {
+                std::for_each(found->second.begin(), found->second.end(), [&](const Node *other) { visit(*other); });
             }
         }
     }

@@ -56,7 +56,7 @@ public:
     void swap(TreeHolder &other) { std::swap(root_, other.root_); }
     Node &root() { return root_; }
     const Node &root() const { return root_; }
-    std::span<Node> tops() { return {root_.subtrees, static_cast<std::size_t>(root_.subtree_count)}; }
+    std::span<Node> tops() { return {root_.subtrees, children_of(root_).size()}; }
 
 private:
     Node root_{};

@@ -148,6 +148,20 @@ void DataDecoder::decode_attributes(const StartTag &tag) {
     if (has_insert(node)) {
         set_present(node, TVK_HAS_EDIT_INSERT);
         met_insert_ = true;
+        check_insert();
+    }
+}
+
+void DataDecoder::check_insert() const {
+    const qidl_tvk_edit_insert &insert = open_.back().node.edit_insert;
+    const bool names_other = (insert.keys_presence | insert.value_presence) != 0;
+    const bool has_position = (insert.insert_presence & TVK_INSERT_HAS_POSITION) != 0;
+    const bool wants_other =
+        has_position && (insert.position == TVK_INSERT_BEFORE || insert.position == TVK_INSERT_AFTER);
+    if (names_other != wants_other) {
+        fail(std::string("<") + open_.back().node.tag + "> " +
+             (wants_other ? "is to be inserted before or after what no \"key\" or \"value\" names"
+                          : "names another entry, but is not to be inserted before or after it"));
     }
 }
 

@@ -72,6 +72,7 @@ private:
 
     void declare(const StartTag &tag);
     void decode_attributes(const StartTag &tag);
+    void check_insert() const;
     void decode_operation(const std::string &text);
     void add_attribute(const char *name, const char *ns, const std::string &text, std::size_t room);
     void take_children();

@@ -22,6 +22,11 @@ std::string quoted(const std::string &text) {
     return "'" + text + "'";
 }
 
+// Of XML itself: neither elements nor prefixes of values can be in such a namespace.
+bool is_reserved(const char *ns) {
+    return std::strcmp(ns, kXmlNamespace) == 0 || std::strcmp(ns, "http://www.w3.org/2000/xmlns/") == 0;
+}
+
 bool has_operation(const Node &node) {
     return (node.presence & TVK_HAS_OPERATION) != 0;
 }
@@ -132,7 +137,7 @@ void start_node(XmlOutput &output, const Node &node, const char *outer_ns, TreeM
     if (!is_name(tag)) {
         throw EncodeError(quoted(tag) + " is no name for an element");
     }
-    if (std::strcmp(namespace_of(node), kXmlNamespace) == 0) {
+    if (is_reserved(namespace_of(node)) || is_reserved(text_of(node, node.data_ns, TVK_HAS_DATA_NS))) {
         throw EncodeError(quoted(tag) + " is in the namespace of XML itself");
     }
     output.start(tag);
@@ -151,6 +156,8 @@ void start_node(XmlOutput &output, const Node &node, const char *outer_ns, TreeM
     write_value(output, node);
 }
 
+constexpr size_t kMaxLevels = 250;  // and a few of the message
+
 // A node whose children are being visited.
 struct Level {
     const Node *node;
@@ -166,6 +173,10 @@ TreeMarks write_children(XmlOutput &output, const Node &root, const char *outer_
         const std::span<const Node> children = children_of(*level.node);
         if (level.next < children.size()) {
             const Node &child = children[level.next++];
+            if (open.size() > kMaxLevels) {
+                throw EncodeError("the data has more than " + std::to_string(kMaxLevels) +
+                                  " levels, which no reader of XML takes");
+            }
             start_node(output, child, level.ns, marks);
             open.push_back({&child, namespace_of(child), 0});
             continue;

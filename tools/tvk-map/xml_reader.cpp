@@ -33,6 +33,19 @@ struct FirstFault {
 
 void say_nothing(void *, const char *, ...) {}
 
+// The parser's own advice names an option that no user of the tool has.
+void take_out_advice(std::string &reason) {
+    constexpr std::string_view kAdvice = " use XML_PARSE_HUGE option";
+    if (const size_t at = reason.find(kAdvice); at != std::string::npos) {
+        reason.erase(at, kAdvice.size());
+    }
+}
+
+xmlParserCtxt *make_parser(const std::string &text) {
+    silence_xml();
+    return xmlCreateMemoryParserCtxt(text.data(), static_cast<int>(text.size()));
+}
+
 struct ReleaseParser {
     void operator()(xmlParserCtxt *parser) const {
         xmlFreeDoc(parser->myDoc);
@@ -43,13 +56,10 @@ struct ReleaseParser {
 class Reader {
 public:
     Reader(const DocumentBytes &bytes, const std::string &name, const Layout &layout)
-        : name_(name),
-          layout_(layout),
-          parser_(xmlCreateMemoryParserCtxt(bytes.text.data(), static_cast<int>(bytes.text.size()))) {
+        : name_(name), layout_(layout), parser_(make_parser(bytes.text)) {
         if (!parser_) {
             throw std::bad_alloc();
         }
-        xmlSetGenericErrorFunc(nullptr, say_nothing);  // else some messages go to standard error
         // Without NOENT an "&" of an attribute would come as "&#38;". It lets in no more than that: a document without
         // a document type has no entities of its own. What xml:id says does not concern data.
         xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_NOENT |
@@ -103,6 +113,7 @@ private:
             guard(user, [&](Reader &reader) {
                 std::string reason = error->message != nullptr ? error->message : "unknown fault";
                 reason.erase(reason.find_last_not_of(" \n") + 1);
+                take_out_advice(reason);
                 reader.fault_.note(error->line, "not well-formed XML: " + reason);
             });
         }
@@ -217,6 +228,10 @@ private:
 };
 
 }  // namespace
+
+void silence_xml() {
+    xmlSetGenericErrorFunc(nullptr, say_nothing);
+}
 
 ParsedXml parse_xml(const DocumentBytes &bytes, const std::string &name, const Layout &layout) {
     return Reader(bytes, name, layout).read();

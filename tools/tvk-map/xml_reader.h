@@ -39,6 +39,9 @@ struct ParsedXml {
     std::deque<DataElement> data;  // the elements of the document point to theirs
 };
 
+// Lets libxml2 write nothing to standard error by itself.
+void silence_xml();
+
 /*
  * Data is decoded while it is read, so that the nodes of a large document need not be kept and gone through again: a
  * data element stands in the document with its own tag and without content. Comments and processing instructions are

@@ -78,7 +78,10 @@ struct tvk_map_module {
      * puts the namespace that it stands for into data_ns. Values of all other leaves keep their text as it stands.
      */
     const char *const *identities;
-    /* The lists of the native model, for tools that apply what an edit makes; ended by an entry without a path. */
+    /*
+     * The lists of the native model, for tools that apply what an edit makes; ended by an entry without a path. Of a
+     * top container that one of them stands in it names all; a list of values has no keys ("").
+     */
     const struct tvk_map_module_list *native_lists;
     uint32_t flags; /* TVK_MAP_MODULE_* */
 };
