@@ -130,22 +130,25 @@ struct Parts {
             visit(*candidate);
         }
         for (const auto &[path, by_value] : group->second.by_condition) {
-            visit_values(node, path, by_value, visit);
+            std::unordered_set<const std::vector<const Node *> *> found;  // once, however many nodes have the value
+            find_values(node, path, by_value, found);
+            for (const auto *candidates : found) {
+                std::for_each(candidates->begin(), candidates->end(), [&](const Node *other) { visit(*other); });
+            }
         }
     }
 
 private:
-    template <typename Visit>
-    static void visit_values(const Node &node, std::span<const std::string_view> path, const Group::ByValue &by_value,
-                             const Visit &visit) {
+    static void find_values(const Node &node, std::span<const std::string_view> path, const Group::ByValue &by_value,
+                            std::unordered_set<const std::vector<const Node *> *> &found) {
         for (const Node &child : children_of(node)) {
             if (path.front() != tag_of(child)) {
                 continue;
             }
             if (path.size() > 1) {
-                visit_values(child, path.subspan(1), by_value, visit);
-            } else if (const auto found = by_value.find(value_of(child)); found != by_value.end()) {
-                std::for_each(found->second.begin(), found->second.end(), [&](const Node *other) { visit(*other); });
+                find_values(child, path.subspan(1), by_value, found);
+            } else if (const auto candidates = by_value.find(value_of(child)); candidates != by_value.end()) {
+                found.insert(&candidates->second);
             }
         }
     }
