@@ -1,52 +1,64 @@
-// A whole edit of N interfaces, as the desk tool does it: a file is parsed and decoded, walked through the example
-// mapping, and the native tree encoded into a text.
-#include <stdexcept>
-#include <string>
+// Whole edits, from the bytes of the request, and of the native data that it is made in, to those of the reply.
+#include <memory>
 
+#include "data_file.h"
 #include "edit_command.h"
-#include "edit_request.h"
-#include "inputs.h"
+#include "examples.h"
 #include "mapping.h"
-#include "mapping_run.h"
-#include "request_values.h"
-#include "xml_encode.h"
+#include "requests.h"
 
 namespace tvk::bench {
 
 namespace {
 
-struct Edit {
+struct Run {
     tool::RequestTrees trees;
-    std::string reply;
+    tool::Reply reply;
 };
 
-void run_edit(const tool::Mappings &mappings, const std::string &file, Edit &edit) {
-    tool::read_edit(tool::XmlDocument::read(file, tool::kEditLayout), edit.trees.request);
-    tool::Framework framework(false);
-    tool::RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
-    tool::resolve_identities(mappings, edit.trees.request);
-    if (!tool::walk(mappings, scope, edit.trees.request, edit.trees.native, tool::UnmappedNodes::kRefused).empty()) {
-        throw std::runtime_error("the mapping refused the request");
+void run_edit(const tool::Mappings &mappings, const std::string &request, const std::string *native, Run &run) {
+    const tool::EditParameters parameters =
+        tool::read_edit(tool::XmlDocument::parse(request, "the request", tool::kEditLayout), run.trees.request);
+    if (native != nullptr) {
+        tool::take_data(tool::XmlDocument::parse(*native, "the native data", tool::kNativeLayout), run.trees.native);
     }
-    edit.reply = tool::encode_config(edit.trees.native.root());
+    tool::Framework framework(false);
+    run.reply = tool::answer_edit(mappings, framework, run.trees, parameters, false);
 }
 
-// Of an interface its name, active, type, shutdown, description, the mtus with mtu, owner and value; of its
-// subinterface the name, active, interface-virtual and shutdown.
-constexpr std::size_t kNativeNodesPerEntry = 15;
+/*
+ * The native nodes that stand in the reply. Of an interface these are 10: its name, active, type, shutdown, description
+ * and the mtus with mtu, owner and value; of its subinterface 5: its name, active, interface-virtual and shutdown. Both
+ * keep their keys alone when they are deleted. A peer has its address, remote-as, label, state and source. Around peers
+ * stand bgp, instances, instance with its two names, and peers.
+ */
+std::size_t native_nodes(Model model, Edit edit, std::size_t n) {
+    const bool is_deleted = edit == Edit::kDelete;
+    return model == Model::kInterfaces ? 1 + (is_deleted ? 6 : 15) * n : 6 + (is_deleted ? 2 : 6) * n;
+}
 
-const Benchmark edit("edit", "tvk_map", [](benchmark::State &state, std::size_t n) {
-    static const tool::Mappings mappings = tool::Mappings::load({TVK_BENCH_MODULE});
-    const std::string &file = document_file(n);
+void measure_edit(benchmark::State &state, Model model, Edit edit, std::size_t n) {
+    const tool::Mappings &mappings = mappings_of(model);
+    const std::string &request = edit_request(model, edit, n);
+    const std::string *native = edit != Edit::kMerge ? &native_data(model, n) : nullptr;
     measure(
-        state, 1 + kNativeNodesPerEntry * n, [] { return Edit(); }, [&](Edit &run) { run_edit(mappings, file, run); },
-        [](const Edit &run) {
-            if (run.reply.find("<interface-configurations") == std::string::npos) {
-                throw std::runtime_error("the native tree was not written");
-            }
-            return count_nodes(run.trees.native.root());
+        state, native_nodes(model, edit, n), [] { return std::make_unique<Run>(); },
+        [&](const std::unique_ptr<Run> &run) { run_edit(mappings, request, native, *run); },
+        [](const std::unique_ptr<Run> &run) {
+            check(run->reply);
+            return count_nodes(run->trees.native.root());
         });
-});
+}
+
+const bool registered = [] {
+    for (const Model model : kModels) {
+        for (const Edit edit : kEdits) {
+            add_benchmarks_of_seconds(work_of(edit, model), "tvk_map",
+                                      [=](auto &state, std::size_t n) { measure_edit(state, model, edit, n); });
+        }
+    }
+    return true;
+}();
 
 }  // namespace
 

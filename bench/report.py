@@ -14,6 +14,28 @@ import sys
 
 SIZES = (10, 100, 1000, 10000, 100000)
 
+# Whole requests: the work without its model, and what it is.
+EDITS = [
+    ("edit_merge", "edit: merge"),
+    ("edit_replace", "edit: replace entries"),
+    ("edit_replace_container", "edit: replace the container"),
+    ("edit_delete", "edit: delete"),
+]
+GETS = [
+    ("get_all", "get: everything"),
+    ("get_leaf", "get: one leaf of all"),
+    ("get_entry", "get: one entry"),
+    ("get_content", "get: by content"),
+]
+IN_MEMORY = ("get_in_memory", "get: one entry, data in memory")
+MODELS = ("interfaces", "bgp")
+
+
+def requests(works):
+    """What, and the benchmark, for each model."""
+    return [(f"{what}, {model}", f"{work}_{model}") for work, what in works for model in MODELS]
+
+
 # What, ours, the peer that it is compared with, and what the ratio may be from which size on (and up to which).
 RATIOS = [
     ("find or create an entry, search-or-add", "entries_search_or_add/tvk_map", "entries_search_or_add/libyang",
@@ -34,8 +56,14 @@ RATIOS = [
      [(1.0, 10, 1000), (0.5, 10000, 10000), (1.0, 100000, 100000)]),
     ("prune to one leaf of all entries", "filter_leaf/tvk_map", "filter_leaf/libyang", [(1.0, 10, 100000)]),
     ("prune by content match", "filter_content/tvk_map", "filter_content/libyang", [(1.0, 10, 100000)]),
-    ("a whole edit", "edit/tvk_map", "edit/libyang", [(1.0, 10, 100000)]),
     ("log and trace switched off", "logging/tvk_map", "logging/compiled_out", [(1.05, 10, 100000)]),
+]
+
+# The same of whole requests. libyang is not given a request for what is in memory, but an xpath.
+REQUEST_RATIOS = [
+    (what, f"{work}/tvk_map", f"{work}/libyang", [(1.0, 1000, 100000)]) for what, work in requests(EDITS + GETS)
+] + [
+    (what, f"{work}/tvk_map", f"{work}/libyang", []) for what, work in requests([IN_MEMORY])
 ]
 
 # What, the benchmark, the sizes that are compared, and the largest exponent.
@@ -48,7 +76,10 @@ EXPONENTS = [
     ("prune to one leaf of all entries", "filter_leaf/tvk_map", 1000, 100000, 1.1),
     ("prune by content match", "filter_content/tvk_map", 1000, 100000, 1.1),
     ("schema filter, as many answers", "filter_schema/tvk_map", 1000, 100000, 1.1),
-    ("a whole edit", "edit/tvk_map", 1000, 100000, 1.1),
+] + [
+    (what, f"{work}/tvk_map", 1000, 100000, 1.1) for what, work in requests(EDITS + GETS)
+] + [
+    (what, f"{work}/tvk_map", 100, 100000, 0.05) for what, work in requests([IN_MEMORY])
 ]
 
 GROWTHS = [
@@ -78,7 +109,11 @@ PLOTS = [
     ("filter_leaf", "Prune a response of N entries to one leaf of each", ("filter_leaf",)),
     ("filter_content", "Prune a response of N entries by content match", ("filter_content",)),
     ("filter_schema", "Ask the schema filter beside N entries", ("filter_schema",)),
-    ("edit", "A whole edit of N interfaces; libyang: parse and print", ("edit",)),
+] + [
+    (f"{kind}_{model}", f"{title}, {model}, N entries", tuple(f"{work}_{model}" for work, _ in works))
+    for kind, title, works in (("edit", "Whole edits", EDITS), ("get", "Whole reads", GETS))
+    for model in MODELS
+] + [
     ("growth", "Grow two lists to N entries, after a big tree was released", ("growth_two_after_release",)),
 ]
 
@@ -154,16 +189,26 @@ def limit_at(limits, size):
     return None
 
 
-def ratio_rows(results):
-    for what, ours, peer, limits in RATIOS:
+def measured_ratios(results, ratios):
+    """What, the size, both times, the peer, and the cells that tell the ratio."""
+    for what, ours, peer, limits in ratios:
         for size in SIZES:
             own_time, peer_time = results.time(ours, size), results.time(peer, size)
             if own_time is None or peer_time is None:
                 continue
             ratio, limit = own_time / peer_time, limit_at(limits, size)
-            yield (what, f"{size:,}", shown(own_time / size), peer.split("/")[1], shown(peer_time / size),
-                   f"{ratio:.2f}", "" if limit is None else f"{limit:g}",
-                   "" if limit is None else verdict(ratio <= limit))
+            yield what, size, own_time, peer_time, peer.split("/")[1], (
+                f"{ratio:.2f}", "" if limit is None else f"{limit:g}", "" if limit is None else verdict(ratio <= limit))
+
+
+def ratio_rows(results):
+    for what, size, own_time, peer_time, peer, cells in measured_ratios(results, RATIOS):
+        yield what, f"{size:,}", shown(own_time / size), peer, shown(peer_time / size), *cells
+
+
+def request_rows(results):
+    for what, size, own_time, peer_time, _, cells in measured_ratios(results, REQUEST_RATIOS):
+        yield what, f"{size:,}", shown(own_time / 1e6), shown(peer_time / 1e6), *cells
 
 
 def exponent_rows(results):
@@ -225,13 +270,15 @@ def machine():
 
 
 def write_plot(results, folder, name, title, works):
+    measured = [(benchmark.split("/"), sizes) for benchmark, sizes in sorted(results.medians.items())
+                if benchmark.split("/")[0] in works]
+    variants = [variant for (_, variant), _ in measured]
     lines = {}
-    for benchmark, sizes in sorted(results.medians.items()):
-        work, variant = benchmark.split("/")
-        if work in works:
-            operation = work.partition("_")[2].replace("_", " ")
-            label = f"{variant}, {operation}" if len(works) > 1 and variant.startswith("tvk_map") else variant
-            lines[label] = [(size, sizes[size]["real_time"] / size) for size in sorted(sizes)]
+    for (work, variant), sizes in measured:
+        operation = work.partition("_")[2].replace("_", " ")
+        is_one_of_many = len(works) > 1 and (variant.startswith("tvk_map") or variants.count(variant) > 1)
+        label = f"{variant}, {operation}" if is_one_of_many else variant
+        lines[label] = [(size, sizes[size]["real_time"] / size) for size in sorted(sizes)]
     lines = {label: points for label, points in lines.items() if len(points) > 1}
     if not lines:
         return []
@@ -262,6 +309,7 @@ def main():
                  f"{statistics.median(spreads):.0%}, 90th percentile {spreads[int(len(spreads) * 0.9)]:.0%}.", ""]
     text += table("Ratios", "work|N|tvk-map, ns for each of N|peer|peer, ns for each of N|ratio|at most|",
                   list(ratio_rows(results)))
+    text += table("Whole requests", "request|N|tvk-map, ms|libyang, ms|ratio|at most|", list(request_rows(results)))
     text += table("Growth exponents of the whole time", "work|N|exponent|at most|", list(exponent_rows(results)))
     text += table("Answers of the schema filter while N entries are built", "N|ns an answer|answers a second",
                   list(answer_rows(results)))

@@ -1,73 +1,30 @@
-// libyang, without validation anywhere.
+// libyang.
 #include <libyang/libyang.h>
 
-#include <cstdlib>
-#include <memory>
 #include <stdexcept>
 
 #include "harness.h"
 #include "inputs.h"
+#include "libyang_trees.h"
 
 namespace tvk::bench {
 
 namespace {
 
-void check(LY_ERR status) {
-    if (status != LY_SUCCESS) {
-        throw std::runtime_error("libyang returned " + std::to_string(status));
-    }
-}
+struct Schema {
+    ly_ctx *context = libyang_context();
+    const lys_module *module = libyang_module("bench-interfaces");
+    const lysc_node *list = lys_find_path(context, nullptr, "/bench-interfaces:interfaces/interface", 0);
 
-class Schema {
-public:
     static const Schema &get() {
         static const Schema schema;
         return schema;
     }
-
-    ly_ctx *context() const { return context_.get(); }
-    const lys_module *module() const { return module_; }
-    const lysc_node *list() const { return list_; }
-
-private:
-    Schema() {
-        ly_log_options(0);
-        ly_ctx *context = nullptr;
-        check(ly_ctx_new(TVK_BENCH_MODELS, LY_CTX_NO_YANGLIBRARY, &context));
-        context_.reset(context);
-        module_ = ly_ctx_load_module(context, "bench-interfaces", nullptr, nullptr);
-        list_ = lys_find_path(context, nullptr, "/bench-interfaces:interfaces/interface", 0);
-        if (module_ == nullptr || list_ == nullptr) {
-            throw std::runtime_error("libyang cannot load bench-interfaces");
-        }
-    }
-
-    struct Release {
-        void operator()(ly_ctx *context) const { ly_ctx_destroy(context); }
-    };
-    std::unique_ptr<ly_ctx, Release> context_;
-    const lys_module *module_ = nullptr;
-    const lysc_node *list_ = nullptr;
 };
-
-struct ReleaseTree {
-    void operator()(lyd_node *tree) const { lyd_free_all(tree); }
-};
-using Tree = std::unique_ptr<lyd_node, ReleaseTree>;
-
-std::size_t count_nodes(const Tree &tree) {
-    std::size_t count = 0;
-    lyd_node *node = nullptr;
-    LYD_TREE_DFS_BEGIN(tree.get(), node) {
-        ++count;
-        LYD_TREE_DFS_END(tree.get(), node)
-    }
-    return count;
-}
 
 Tree new_top() {
     lyd_node *top = nullptr;
-    check(lyd_new_inner(nullptr, Schema::get().module(), "interfaces", 0, &top));
+    check(lyd_new_inner(nullptr, Schema::get().module, "interfaces", 0, &top));
     return Tree(top);
 }
 
@@ -109,7 +66,7 @@ void find_or_create(Tree &tree, std::size_t n) {
     const Texts &wanted = predicates(n);
     for (std::size_t i = 0; i < n; ++i) {
         lyd_node *entry = nullptr;
-        const LY_ERR found = lyd_find_sibling_val(lyd_child(tree.get()), Schema::get().list(), wanted[i].c_str(),
+        const LY_ERR found = lyd_find_sibling_val(lyd_child(tree.get()), Schema::get().list, wanted[i].c_str(),
                                                   static_cast<uint32_t>(wanted[i].size()), &entry);
         if (found == LY_ENOTFOUND) {
             new_entry(tree.get(), "interface", keys[i].c_str());
@@ -132,7 +89,7 @@ void build_by_path(Tree &tree, std::size_t n) {
     const Texts &paths = quoted_paths(n);
     for (std::size_t i = 0; i < n * kLeavesPerEntry; ++i) {
         lyd_node *first = nullptr;
-        check(lyd_new_path(tree.get(), Schema::get().context(), paths[i].c_str(),
+        check(lyd_new_path(tree.get(), Schema::get().context, paths[i].c_str(),
                            value_of(i % kLeavesPerEntry, i / kLeavesPerEntry), 0, &first));
         if (tree == nullptr) {
             tree.reset(first);
@@ -163,9 +120,7 @@ const Benchmark copies("copy", "libyang", [](benchmark::State &state, std::size_
         [](const Tree &tree) { return count_nodes(copy(tree)); });
 });
 
-// ---- Pruning: what an xpath selects is marked with its ancestors, the rest is released ----
-
-char selected_mark, ancestor_mark;
+// ---- Pruning ----
 
 std::string xpath_of(Filter filter, std::size_t n) {
     const std::string list = "/bench-interfaces:interfaces/interface";
@@ -177,34 +132,6 @@ std::string xpath_of(Filter filter, std::size_t n) {
         default:
             return list + "/config[mtu='9000']";
     }
-}
-
-// Children that carry no mark go, keys excepted.
-void release_unmarked(lyd_node *parent) {
-    lyd_node *next = nullptr;
-    for (lyd_node *child = lyd_child(parent); child != nullptr; child = next) {
-        next = child->next;
-        if (child->priv == &ancestor_mark) {
-            release_unmarked(child);
-        } else if (child->priv == nullptr && !lysc_is_key(child->schema)) {
-            lyd_free_tree(child);
-        }
-    }
-}
-
-void prune(Tree &tree, const std::string &xpath) {
-    ly_set *selected = nullptr;
-    check(lyd_find_xpath(tree.get(), xpath.c_str(), &selected));
-    for (uint32_t i = 0; i < selected->count; ++i) {
-        lyd_node *node = selected->dnodes[i];
-        node->priv = &selected_mark;
-        for (lyd_node_inner *parent = node->parent; parent != nullptr && parent->priv == nullptr;
-             parent = parent->parent) {
-            parent->priv = &ancestor_mark;
-        }
-    }
-    ly_set_free(selected, nullptr);
-    release_unmarked(tree.get());
 }
 
 void measure_prune(benchmark::State &state, std::size_t n, Filter filter) {
@@ -219,31 +146,6 @@ const Benchmark filters[] = {
     {"filter_key", "libyang", [](auto &state, std::size_t n) { measure_prune(state, n, Filter::kKey); }},
     {"filter_leaf", "libyang", [](auto &state, std::size_t n) { measure_prune(state, n, Filter::kLeaf); }},
     {"filter_content", "libyang", [](auto &state, std::size_t n) { measure_prune(state, n, Filter::kContent); }}};
-
-// ---- Parsing and printing a document ----
-
-struct Reprint {
-    Tree tree;
-    std::unique_ptr<char, decltype(&std::free)> text{nullptr, &std::free};
-};
-
-void parse_and_print(const std::string &file, Reprint &reprint) {
-    lyd_node *tree = nullptr;
-    check(lyd_parse_data_path(Schema::get().context(), file.c_str(), LYD_XML, LYD_PARSE_ONLY | LYD_PARSE_STRICT, 0,
-                              &tree));
-    reprint.tree.reset(tree);
-    char *text = nullptr;
-    check(lyd_print_mem(&text, tree, LYD_XML, 0));
-    reprint.text.reset(text);
-}
-
-const Benchmark edit("edit", "libyang", [](benchmark::State &state, std::size_t n) {
-    const std::string &file = document_file(n);
-    Schema::get();
-    measure(
-        state, nodes_of(n), [] { return Reprint(); }, [&](Reprint &reprint) { parse_and_print(file, reprint); },
-        [](const Reprint &reprint) { return count_nodes(reprint.tree); });
-});
 
 }  // namespace
 

@@ -29,7 +29,7 @@ std::vector<std::size_t> sizes_up_to(std::size_t largest) {
 }
 
 Benchmark::Benchmark(const std::string &work, const std::string &variant, const Body &body,
-                     const std::vector<std::size_t> &sizes, int iterations) {
+                     const std::vector<std::size_t> &sizes, int iterations, int repetitions) {
     for (const std::size_t n : sizes) {
         const std::string name = work + "/" + variant + "/" + std::to_string(n);
         benchmark::internal::Benchmark *registered =
@@ -38,7 +38,15 @@ Benchmark::Benchmark(const std::string &work, const std::string &variant, const 
         if (iterations > 0) {
             registered->Iterations(iterations);
         }
+        if (repetitions > 0) {
+            registered->Repetitions(repetitions);
+        }
     }
+}
+
+void add_benchmarks_of_seconds(const std::string &work, const std::string &variant, const Body &body) {
+    Benchmark(work, variant, body, sizes_up_to(kLargest / 10));
+    Benchmark(work, variant, body, {kLargest}, 0, 3);
 }
 
 bool fault_met() {

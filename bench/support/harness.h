@@ -26,12 +26,16 @@ std::vector<std::size_t> sizes_up_to(std::size_t largest);
 using Body = std::function<void(benchmark::State &state, std::size_t n)>;
 
 // Registers work/variant/N for each size. An exception out of body is a fault. Made at file scope, before main.
-// Without a number of iterations there are as many as the time that is asked for takes.
+// Without a number of iterations there are as many as the time that is asked for takes, and without one of repetitions
+// as many as are asked for.
 class Benchmark {
 public:
     Benchmark(const std::string &work, const std::string &variant, const Body &body,
-              const std::vector<std::size_t> &sizes = sizes_up_to(kLargest), int iterations = 0);
+              const std::vector<std::size_t> &sizes = sizes_up_to(kLargest), int iterations = 0, int repetitions = 0);
 };
+
+// For work that takes seconds at the largest size: it is repeated three times there, whatever is asked for.
+void add_benchmarks_of_seconds(const std::string &work, const std::string &variant, const Body &body);
 
 // Whether any benchmark of this process ended with a fault.
 bool fault_met();

@@ -52,9 +52,6 @@ const Texts &quoted_paths(std::size_t entries);
 // The predicates of libyang for the entries' keys.
 const Texts &predicates(std::size_t count);
 
-// All entries as an XML document, of which a file is kept until the process ends.
-const std::string &document_file(std::size_t entries);
-
 // A subtree filter, and how many nodes of the response it leaves.
 enum class Filter { kKey, kLeaf, kContent };
 std::size_t nodes_selected(Filter filter, std::size_t entries);

@@ -1,6 +1,8 @@
 #include "leaf_rules.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <cstring>
+#include <initializer_list>
 
 #include "tvk_string.h"
 
@@ -125,6 +127,17 @@ bool is_told(tvk_map_ctx ctx, const LeafRule &rule, const char *value) {
     }
 }
 
+// What snprintf would do, for each leaf of each entry. The texts are this mapping's own and fit.
+void join(char (&path)[TVK_MAP_MAX_PATH], std::initializer_list<const char *> parts) {
+    std::size_t length = 0;
+    for (const char *part : parts) {
+        const std::size_t part_length = std::min(std::strlen(part), sizeof path - 1 - length);
+        std::memcpy(path + length, part, part_length);
+        length += part_length;
+    }
+    path[length] = '\0';
+}
+
 qerrno answer_leaf(tvk_map_ctx ctx, Node *target, const LeafContainer &container, const LeafRule &rule, bool is_match) {
     Scratch scratch;
     const char *value = read_leaf(ctx, container, rule, scratch);
@@ -135,8 +148,8 @@ qerrno answer_leaf(tvk_map_ctx ctx, Node *target, const LeafContainer &container
     const bool is_tagged =
         tvk_map_is_with_defaults_enabled(ctx) == TVK_WITH_DEFAULTS_REPORT_ALL_TAGGED && equal(told, rule.default_value);
     char path[TVK_MAP_MAX_PATH];
-    std::snprintf(path, sizeof path, "%s%s%s/%s", container.list != nullptr ? container.list->path : "",
-                  container.list != nullptr ? "/" : "", container.path, rule.tag);
+    const bool is_in_list = container.list != nullptr;
+    join(path, {is_in_list ? container.list->path : "", is_in_list ? "/" : "", container.path, "/", rule.tag});
     return answer_value(ctx, target,
                         {container.list, path, container.ns, ns_of(container, rule), told, rule.value_ns, is_tagged});
 }

@@ -100,6 +100,9 @@ quietly "$(dirname "$cmake")/cpack" --config "$build/CPackConfig.cmake" -G DEB -
 package=$(echo "$work"/package/*.deb)
 expect "Package: tvk-map" dpkg-deb --info "$package"
 expect "libxml2" dpkg-deb --field "$package" Depends
+if ldd "$tool" | grep -q libmimalloc; then
+  expect "libmimalloc" dpkg-deb --field "$package" Depends
+fi
 dpkg-deb --extract "$package" root
 expect "<interface-name>lo0<" root/usr/bin/tvk-map edit --mapping openconfig_interfaces \
   "$source/examples/openconfig_interfaces/requests/merge-bare.xml"

@@ -182,6 +182,28 @@ TEST_P(Reads, AreTheSameHoweverTheFilterIsWalked) {
     EXPECT_GT(selecting, 300);
 }
 
+// A mapping may show arrays of the database: the reply is pruned, and the data stays for the next read.
+TEST(SharedArrays, AreCopiedForEachNodeThatShowsThem) {
+    TreeHolder data;
+    take_data(XmlDocument::parse("<data><a><b>1</b></a></data>", "the data", kNativeLayout), data);
+    const std::string before = content(data.root());
+    Framework framework(false);
+    Session session(framework, data.root());
+    for (int i = 0; i < 2; ++i) {
+        TreeHolder response;
+        copy_tree(data.root(), response.root());
+        Node &shown = response.root().subtrees[0];
+        TreeHolder own;
+        std::swap(own.root().subtrees, shown.subtrees);
+        own.root().subtree_count = 1;
+        shown.subtrees = data.tops()[0].subtrees;
+        own_arrays(response.root(), {&session.database_arrays()});
+        EXPECT_NE(shown.subtrees, data.tops()[0].subtrees);
+        EXPECT_EQ(content(response.root()), before);
+    }
+    EXPECT_EQ(content(data.root()), before);
+}
+
 INSTANTIATE_TEST_SUITE_P(Examples, Reads, testing::Values("openconfig_interfaces", "openconfig_bgp"));
 
 }  // namespace

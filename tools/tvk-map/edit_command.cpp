@@ -1,5 +1,7 @@
 #include "edit_command.h"
 
+#include <algorithm>
+
 #include "apply_command.h"
 #include "data_file.h"
 #include "edit_defaults.h"
@@ -28,7 +30,7 @@ std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, 
     // What a get was answered with holds state as well, which is no configuration.
     const UnmappedNodes unmapped = parameters.is_reply ? UnmappedNodes::kPassedOver : UnmappedNodes::kRefused;
     std::vector<RpcError> errors = walk(mappings, scope, trees.request, trees.native, unmapped);
-    if (errors.empty()) {
+    if (errors.empty() && parameters.has_inserts) {
         errors = refuse_inserts(mappings, trees.request);
     }
     return errors.empty() ? refuse_texts(trees.request.root()) : errors;
@@ -38,8 +40,10 @@ std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, 
 
 EditParameters read_edit(XmlDocument document, TreeHolder &request) {
     EditPayload payload = find_edit_payload(document);
+    const bool has_inserts = std::any_of(payload.tops.begin(), payload.tops.end(),
+                                         [](const xmlNode *top) { return data_of(top).has_inserts; });
     move_data(payload.tops, request.root());
-    return {payload.attributes, payload.default_operation, payload.is_whole, payload.is_reply};
+    return {payload.attributes, payload.default_operation, payload.is_whole, payload.is_reply, has_inserts};
 }
 
 std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,

@@ -31,6 +31,7 @@ struct EditParameters {
     std::optional<uint32_t> default_operation;
     bool is_whole = false;
     bool is_reply = false;
+    bool has_inserts = false;  // places of entries
 };
 
 // The steps between the command's files and its output. The first moves the data of a document of kEditLayout

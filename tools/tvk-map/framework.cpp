@@ -58,7 +58,8 @@ void *&MappingMemory::of(const tvk_map_module &module) {
 }
 
 Session::Session(Framework &framework, qidl_tvk_datatree &database)
-    : framework_(framework.context()),
+    : database_(database),
+      framework_(framework.context()),
       connections_a_{&database, &database},
       connections_b_{&database, nullptr, &database} {
     if (tvk_platform_set_session(framework_, kSessionId, &session_) == 0) {
@@ -68,6 +69,13 @@ Session::Session(Framework &framework, qidl_tvk_datatree &database)
 
 Session::~Session() {
     tvk_platform_set_session(framework_, kSessionId, nullptr);
+}
+
+const ChildArrays &Session::database_arrays() {
+    if (!database_arrays_) {
+        database_arrays_.emplace(database_);
+    }
+    return *database_arrays_;
 }
 
 RequestScope::RequestScope(Framework &framework, uint32_t request_type, uint8_t with_defaults, MappingMemory *memory)

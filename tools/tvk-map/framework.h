@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "tree_holder.h"
 #include "tvk_map_module.h"
 #include "tvk_map_session.h"
 #include "tvk_map_types.h"
@@ -62,9 +64,13 @@ public:
     Session &operator=(const Session &) = delete;
 
     MappingMemory &memory() { return memory_; }
+    // Found when they are first asked for, so that later reads need not look at all data. Throws std::bad_alloc.
+    const ChildArrays &database_arrays();
 
 private:
     MappingMemory memory_;
+    const qidl_tvk_datatree &database_;
+    std::optional<ChildArrays> database_arrays_;
     tvk_framework_ctx framework_;
     varn_connection_table_a connections_a_;
     varn_connection_table_b connections_b_;

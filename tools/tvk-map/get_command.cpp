@@ -38,7 +38,8 @@ std::vector<RpcError> walk_filter(const Mappings &mappings, Framework &framework
     std::vector<RpcError> errors =
         walk(mappings, scope, trees.request, trees.response, UnmappedNodes::kPassedOver, &list);
     if (errors.empty()) {
-        own_arrays(trees.response.root(), {&trees.native.root(), &trees.request.root()});
+        const ChildArrays walked(trees.request.root());
+        own_arrays(trees.response.root(), {&session.database_arrays(), &walked});
         prune(scope, mark, trees.asked.root(), trees.request, trees.response);
     }
     return errors;
@@ -78,7 +79,7 @@ std::vector<RpcError> make_get(const Mappings &mappings, Framework &framework, S
         if (list.empty() || !open.insert(list).second) {
             return errors;
         }
-        trees.clear_walk();
+        trees.clear_walk(session.database_arrays());
     }
 }
 

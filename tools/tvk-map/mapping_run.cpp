@@ -8,8 +8,9 @@
 
 namespace tvk::tool {
 
-void RequestTrees::clear_walk() {
-    own_arrays(response.root(), {&native.root(), &request.root()});
+void RequestTrees::clear_walk(const ChildArrays &database) {
+    const ChildArrays walked(request.root());
+    own_arrays(response.root(), {&database, &walked});
     TreeHolder().swap(response);
     TreeHolder().swap(request);
 }

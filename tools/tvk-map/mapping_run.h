@@ -27,9 +27,9 @@ struct RequestTrees {
     RequestTrees() = default;
     RequestTrees(const RequestTrees &) = delete;
     RequestTrees &operator=(const RequestTrees &) = delete;
-    // Releases what the walk has read and made, but for native data, so that another one may begin. Throws
-    // std::bad_alloc.
-    void clear_walk();
+    // Releases what the walk of a read has read and made, but nothing of database, so that another one may begin.
+    // Throws std::bad_alloc.
+    void clear_walk(const ChildArrays &database);
     ~RequestTrees() { unshare({&response.root(), &native.root(), &request.root()}); }
 };
 

@@ -176,6 +176,13 @@ void drop_all(Node &root) {
     }
 }
 
+bool is_asked_for_whole(const Node &filter, const Node &top) {
+    const auto filters = children_of(filter);
+    return std::any_of(filters.begin(), filters.end(), [&](const Node &one) {
+        return children_of(one).empty() && !is_content_match(one) && is_named(one, top) && has_attributes_of(one, top);
+    });
+}
+
 const Node *walked_child(const Node *walked, const Node &node) {
     if (walked == nullptr) {
         return nullptr;
@@ -279,7 +286,10 @@ private:
 }  // namespace
 
 void mark_selected(const Node &filter, const Node &walked, Node &response) {
-    drop_all(response);
+    for (Node &top : own_children(response)) {
+        // Nobody looks below a node that is kept with all that it has.
+        is_asked_for_whole(filter, top) ? set_verdict(top, TVK_NODE_KIND_NONE) : drop_all(top);
+    }
     Selector selector;
     // A value of a top container is no condition for the others: it is one that no container fulfils.
     selector.select_children(selector.parts_of(filter), response, &walked);

@@ -1,7 +1,9 @@
 #include "tree_holder.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <functional>
 #include <new>
 #include <unordered_set>
 #include <vector>
@@ -59,21 +61,6 @@ void take_out_seen_arrays(Node &root) {
     }
 }
 
-using Arrays = std::unordered_set<const Node *>;
-
-void collect_arrays(const Node &root, Arrays &arrays) {
-    std::vector<const Node *> pending{&root};
-    while (!pending.empty()) {
-        const Node &node = *pending.back();
-        pending.pop_back();
-        if (!children_of(node).empty() && arrays.insert(node.subtrees).second) {
-            for (const Node &child : children_of(node)) {
-                pending.push_back(&child);
-            }
-        }
-    }
-}
-
 void copy_array(Node &node) {
     Node shown{};
     shown.subtrees = node.subtrees;
@@ -98,11 +85,28 @@ void unshare(std::initializer_list<Node *> roots) noexcept {
     }
 }
 
-void own_arrays(Node &tree, std::initializer_list<const Node *> others) {
-    Arrays arrays;
-    for (const Node *other : others) {
-        collect_arrays(*other, arrays);
+ChildArrays::ChildArrays(const Node &tree) {
+    std::vector<const Node *> pending{&tree};
+    while (!pending.empty()) {
+        const Node &node = *pending.back();
+        pending.pop_back();
+        if (children_of(node).empty()) {
+            continue;
+        }
+        arrays_.push_back(node.subtrees);
+        for (const Node &child : children_of(node)) {
+            pending.push_back(&child);
+        }
     }
+    std::sort(arrays_.begin(), arrays_.end(), std::less<>());
+}
+
+bool ChildArrays::contains(const Node *array) const {
+    return std::binary_search(arrays_.begin(), arrays_.end(), array, std::less<>());
+}
+
+void own_arrays(Node &tree, std::initializer_list<const ChildArrays *> others) {
+    std::unordered_set<const Node *> seen;
     std::vector<Node *> pending{&tree};
     while (!pending.empty()) {
         Node &node = *pending.back();
@@ -110,7 +114,9 @@ void own_arrays(Node &tree, std::initializer_list<const Node *> others) {
         if (children_of(node).empty()) {
             continue;
         }
-        if (!arrays.insert(node.subtrees).second) {
+        const bool is_shown = std::any_of(others.begin(), others.end(),
+                                          [&](const ChildArrays *other) { return other->contains(node.subtrees); });
+        if (is_shown || !seen.insert(node.subtrees).second) {
             copy_array(node);
             continue;
         }

@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <span>
 #include <utility>
+#include <vector>
 
 #include "qidl_tvk_datatree.h"
 
@@ -71,8 +72,18 @@ void copy_tree(const Node &tree, Node &copy);
  */
 void unshare(std::initializer_list<Node *> roots) noexcept;
 
-// Gives tree a copy of every child array that others show as well, or tree itself elsewhere, so that it can be changed
-// alone. Throws std::bad_alloc; what has no copy then is shared still.
-void own_arrays(Node &tree, std::initializer_list<const Node *> others);
+// The child arrays of a tree, as long as it does not change.
+class ChildArrays {
+public:
+    explicit ChildArrays(const Node &tree);  // throws std::bad_alloc
+    bool contains(const Node *array) const;
+
+private:
+    std::vector<const Node *> arrays_;  // by address
+};
+
+// Gives tree a copy of every child array that is one of others, or that it shows itself elsewhere, so that it can be
+// changed alone. Throws std::bad_alloc; what has no copy then is shared still.
+void own_arrays(Node &tree, std::initializer_list<const ChildArrays *> others);
 
 }  // namespace tvk::tool

@@ -147,6 +147,7 @@ void DataDecoder::decode_attributes(const StartTag &tag) {
     }
     if (has_insert(node)) {
         set_present(node, TVK_HAS_EDIT_INSERT);
+        met_insert_ = true;
         check_insert();
     }
 }

@@ -55,6 +55,8 @@ public:
 
     // The data element, after its end; the caller owns it.
     Node take();
+    // Whether a node says where its entry has its place.
+    bool met_insert() const { return met_insert_; }
 
 private:
     struct Element {
@@ -85,6 +87,7 @@ private:
     const xmlNode *place_;
     Values values_;
     Edits edits_;
+    bool met_insert_ = false;
     std::vector<Element> open_;
     std::vector<Node> ended_;  // those whose parents have not
     std::vector<Declaration> declarations_;

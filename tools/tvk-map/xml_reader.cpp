@@ -211,6 +211,7 @@ private:
 
     void leave_data() {
         if (decoder_) {
+            parsed_.data.back().has_inserts = decoder_->met_insert();
             parsed_.data.back().tree.root() = decoder_->take();
             decoder_.reset();
         }

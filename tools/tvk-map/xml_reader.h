@@ -27,6 +27,7 @@ struct Layout {
 struct DataElement {
     TreeHolder tree;
     std::optional<UsageError> fault;
+    bool has_inserts = false;  // places of entries
 };
 
 struct ReleaseDocument {

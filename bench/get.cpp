@@ -1,0 +1,96 @@
+// Whole reads, from the bytes of the request, and of the native data, to those of the reply.
+#include <memory>
+
+#include "data_file.h"
+#include "examples.h"
+#include "get_command.h"
+#include "mapping.h"
+#include "requests.h"
+#include "tvk_map_filter.h"
+
+namespace tvk::bench {
+
+namespace {
+
+struct Run {
+    tool::RequestTrees trees;
+    tool::Reply reply;
+};
+
+std::size_t count_answer(const std::unique_ptr<Run> &run) {
+    check(run->reply);
+    return count_nodes(run->trees.response.root());
+}
+
+tool::GetParameters read_request(const tool::Mappings &mappings, const std::string &request, Run &run) {
+    return tool::read_get(tool::XmlDocument::parse(request, "the request", tool::kGetLayout), mappings,
+                          run.trees.asked);
+}
+
+void read_native_data(const std::string &native, tool::TreeHolder &data) {
+    tool::take_data(tool::XmlDocument::parse(native, "the native data", tool::kNativeLayout), data);
+}
+
+void run_get(const tool::Mappings &mappings, const std::string &request, const std::string &native, Run &run) {
+    const tool::GetParameters parameters = read_request(mappings, request, run);
+    read_native_data(native, run.trees.native);
+    tool::Framework framework(false);
+    tool::Session session(framework, run.trees.native.root());
+    run.reply = tool::answer_get(mappings, framework, session, run.trees, parameters, tvk_map_dfs_filter_mark, false);
+}
+
+void measure_get(benchmark::State &state, Model model, Get get, std::size_t n) {
+    const tool::Mappings &mappings = mappings_of(model);
+    const std::string &native = native_data(model, n);
+    const std::string request = get_request(model, get, n);
+    measure(
+        state, nodes_selected(model, get, n), [] { return std::make_unique<Run>(); },
+        [&](const std::unique_ptr<Run> &run) { run_get(mappings, request, native, *run); }, count_answer);
+}
+
+// ---- The native data is in memory, as it is on a device, and was read before ----
+
+class Device {
+public:
+    Device(const tool::Mappings &mappings, const std::string &native) : mappings_(mappings) {
+        read_native_data(native, data_);
+    }
+
+    void answer(const std::string &request, Run &run) {
+        const tool::GetParameters parameters = read_request(mappings_, request, run);
+        run.reply =
+            tool::answer_get(mappings_, framework_, session_, run.trees, parameters, tvk_map_dfs_filter_mark, false);
+    }
+
+private:
+    const tool::Mappings &mappings_;
+    tool::TreeHolder data_;
+    tool::Framework framework_{false};
+    tool::Session session_{framework_, data_.root()};
+};
+
+void measure_get_in_memory(benchmark::State &state, Model model, std::size_t n) {
+    const std::string request = get_request(model, Get::kEntry, n);
+    Device device(mappings_of(model), native_data(model, n));
+    Run first;
+    device.answer(request, first);
+    measure(
+        state, nodes_selected(model, Get::kEntry, n), [] { return std::make_unique<Run>(); },
+        [&](const std::unique_ptr<Run> &run) { device.answer(request, *run); }, count_answer);
+}
+
+const bool registered = [] {
+    for (const Model model : kModels) {
+        for (const Get get : kGets) {
+            add_benchmarks_of_seconds(work_of(get, model), "tvk_map",
+                                      [=](auto &state, std::size_t n) { measure_get(state, model, get, n); });
+        }
+        add_benchmarks_of_seconds(work_of_get_in_memory(model), "tvk_map",
+                                  [=](auto &state, std::size_t n) { measure_get_in_memory(state, model, n); });
+    }
+    return true;
+}();
+
+}  // namespace
+
+}  // namespace tvk::bench

@@ -1,0 +1,55 @@
+#include "examples.h"
+
+#include <map>
+#include <stdexcept>
+#include <utility>
+
+#include "apply_command.h"
+#include "edit_command.h"
+#include "output.h"
+
+namespace tvk::bench {
+
+namespace {
+
+std::string made_native_data(Model model, std::size_t entries) {
+    tool::RequestTrees trees;
+    const tool::EditParameters parameters = tool::read_edit(
+        tool::XmlDocument::parse(edit_request(model, Edit::kMerge, entries), "the edit", tool::kEditLayout),
+        trees.request);
+    tool::Framework framework(false);
+    if (!tool::make_edit(mappings_of(model), framework, trees, parameters).empty()) {
+        throw std::runtime_error("the mapping refused the configuration");
+    }
+    tool::TreeHolder data;
+    tool::Shapes shapes(mappings_of(model));
+    tool::Reply reply =
+        tool::answer_apply(data, trees.native.root(), TVK_OPERATION_MERGE, shapes, {{}, false, false});
+    check(reply);
+    return std::move(reply.text);
+}
+
+}  // namespace
+
+const tool::Mappings &mappings_of(Model model) {
+    static const tool::Mappings interfaces = tool::Mappings::load({TVK_BENCH_INTERFACES});
+    static const tool::Mappings bgp = tool::Mappings::load({TVK_BENCH_BGP});
+    return model == Model::kInterfaces ? interfaces : bgp;
+}
+
+const std::string &native_data(Model model, std::size_t entries) {
+    static std::map<std::pair<Model, std::size_t>, std::string> documents;
+    std::string &document = documents[{model, entries}];
+    if (document.empty()) {
+        document = made_native_data(model, entries);
+    }
+    return document;
+}
+
+void check(const tool::Reply &reply) {
+    if (reply.status != tool::kExitSuccess) {
+        throw std::runtime_error("refused: " + reply.text.substr(0, 1000));
+    }
+}
+
+}  // namespace tvk::bench

@@ -1,0 +1,20 @@
+// The example mappings, and native data for them.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "mapping_run.h"
+#include "requests.h"
+
+namespace tvk::bench {
+
+const tool::Mappings &mappings_of(Model model);
+
+// What the entries come to on the native side: the configuration, edited in and applied. Made on demand and kept.
+const std::string &native_data(Model model, std::size_t entries);
+
+// Throws unless it is a reply to a request that went well.
+void check(const tool::Reply &reply);
+
+}  // namespace tvk::bench
