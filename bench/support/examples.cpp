@@ -23,8 +23,7 @@ std::string made_native_data(Model model, std::size_t entries) {
     }
     tool::TreeHolder data;
     tool::Shapes shapes(mappings_of(model));
-    tool::Reply reply =
-        tool::answer_apply(data, trees.native.root(), TVK_OPERATION_MERGE, shapes, {{}, false, false});
+    tool::Reply reply = tool::answer_apply(data, trees.native.root(), TVK_OPERATION_MERGE, shapes, {{}, false, false});
     check(reply);
     return std::move(reply.text);
 }
