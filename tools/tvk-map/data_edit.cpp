@@ -96,7 +96,9 @@ std::string content_of(const Node &node) {
         text += std::string(node.attributes[i].name) + '=' + node.attributes[i].value + '\x1f';
     }
     for (const auto &[name, content] : children) {
-        text += name + '\x1f' + content;
+        text += name;
+        text += '\x1f';
+        text += content;
     }
     return text + '\x1e';
 }
