@@ -173,6 +173,19 @@ expect "1,000 equal filter nodes" 0 out "<name>eth20000<" get --mapping openconf
 { echo '<filter>' && interfaces 10000 '<config/>' && echo '</filter>'; } >document.xml
 expect "10,000 filter nodes for an entry each" 0 out "<name>eth10000<" \
     get --mapping openconfig_interfaces --native native.xml document.xml
+# A condition far below the nodes that it decides about, which many entries fulfil.
+neighbors() {
+    echo "<network-instances xmlns='http://openconfig.net/yang/network-instance'><network-instance>$1<protocols><protocol>"
+    echo "$2<bgp><neighbors>$3</neighbors></bgp></protocol></protocols></network-instance></network-instances>"
+}
+neighbor='<neighbor-address>192.0.2.%.0f</neighbor-address><config><peer-as>65001</peer-as></config>'
+neighbors '<name>default</name>' \
+    "<identifier xmlns:t='http://openconfig.net/yang/policy-types'>t:BGP</identifier><name>main</name>" \
+    "$(seq -f "<neighbor>$neighbor</neighbor>" 200)" >peers.xml
+"$tool" edit --mapping openconfig_bgp --apply peers.xml >peers-native.xml
+neighbors '' '' '<neighbor><config><peer-as>65001</peer-as></config></neighbor>' >document.xml
+expect "200 entries that fulfil a condition" 0 out "<neighbor-address>192.0.2.200<" \
+    get --mapping openconfig_bgp --native peers-native.xml document.xml
 for kib in $(seq 54000 8000 150000); do
     for run in "edit --mapping openconfig_interfaces many.xml" \
         "get --mapping openconfig_interfaces --native native.xml"; do
