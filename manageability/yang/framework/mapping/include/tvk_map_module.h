@@ -69,8 +69,9 @@ struct tvk_map_module {
     uint32_t container_count;
     const struct tvk_map_module_container *containers;
 
-    qerrno (*begin_request)(tvk_map_ctx ctx);
-    void (*end_request)(tvk_map_ctx ctx);
+    qerrno (*begin_request)(
+        tvk_map_ctx ctx);                 /* before the first handler; another status than TVK_OK fails the request */
+    void (*end_request)(tvk_map_ctx ctx); /* when the request has ended */
     void (*release_data)(void *mapping_data); /* not called with null */
     /*
      * The leaves of the request whose values are identities, by the tags from the top container down, as in
