@@ -23,7 +23,7 @@ std::unique_ptr<ly_ctx, ReleaseContext> new_context() {
     return owner;
 }
 
-// What an xpath selects is marked with its ancestors, the rest is released.
+// Marks the nodes that an xpath selects, with their ancestors, and releases the rest.
 char selected_mark, ancestor_mark;
 
 // Children that carry no mark go, keys excepted.

@@ -47,7 +47,7 @@ const Shape &shape_of(Model model) {
     return model == Model::kInterfaces ? kInterfaces : kBgp;
 }
 
-// What stands below the key of an entry.
+// The nodes below the key of an entry.
 std::string content_of(Model model, std::size_t i) {
     const bool is_other = i % 10 == 0;
     const std::string key = key_of(model, i);

@@ -54,7 +54,7 @@ const Node *find_entry(tvk_map_ctx ctx, NodeRange list, TextOf text_of, const ch
 // The value of the child of that name, as a text to tell entries apart by.
 Text child_text(const Node &entry, const char *tag);
 
-// Whether a node of the request is the model's, by its namespace. In a read one without a namespace is, too.
+// True when the namespace of a request node is the model's. A read accepts a node without a namespace, too.
 bool is_of_model(tvk_map_ctx ctx, const Node &node, const char *ns);
 qerrno refuse_namespace(tvk_map_ctx ctx, const Node *node, const char *ns);
 

@@ -127,7 +127,7 @@ bool is_told(tvk_map_ctx ctx, const LeafRule &rule, const char *value) {
     }
 }
 
-// What snprintf would do, for each leaf of each entry. The texts are this mapping's own and fit.
+// Joins the texts without snprintf, since this runs for each leaf of each entry. They are this mapping's own and fit.
 void join(char (&path)[TVK_MAP_MAX_PATH], std::initializer_list<const char *> parts) {
     std::size_t length = 0;
     for (const char *part : parts) {

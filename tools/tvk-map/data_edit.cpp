@@ -20,22 +20,8 @@ struct Refused {
     RpcError error;
 };
 
-bool has_operation(const Node &node) {
-    return (node.presence & TVK_HAS_OPERATION) != 0;
-}
-
 uint32_t operation_of(const Node &node, uint32_t otherwise = TVK_OPERATION_MERGE) {
     return has_operation(node) ? node.operation : otherwise;
-}
-
-void set_operation(Node &node, uint32_t operation) {
-    node.operation = operation;
-    set_present(node, TVK_HAS_OPERATION);
-}
-
-void release(Node &node) {
-    qidl_tvk_datatree_free_ext(&node, tvk_gpb_free, nullptr, 0);
-    node = Node{};
 }
 
 // Owns a record that stands in no array yet.

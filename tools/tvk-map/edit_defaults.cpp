@@ -11,20 +11,6 @@ namespace tvk::tool {
 
 namespace {
 
-bool has_operation(const Node &node) {
-    return (node.presence & TVK_HAS_OPERATION) != 0;
-}
-
-void set_operation(Node &node, uint32_t operation) {
-    node.operation = operation;
-    set_present(node, TVK_HAS_OPERATION);
-}
-
-void release(Node &node) {
-    qidl_tvk_datatree_free_ext(&node, tvk_gpb_free, nullptr, 0);
-    node = Node{};
-}
-
 bool is_key(const Node &walked) {
     return (walked.presence & TVK_HAS_IS_KEY) != 0 && walked.is_key != 0;
 }

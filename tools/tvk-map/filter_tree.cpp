@@ -24,11 +24,6 @@ bool is_content_match(const Node &node) {
     return children_of(node).empty() && *value_of(node) != '\0';
 }
 
-void release(Node &node) {
-    qidl_tvk_datatree_free_ext(&node, tvk_gpb_free, nullptr, 0);
-    node = Node{};
-}
-
 // Keeps, in order, the top nodes for which keep is true.
 template <typename Keep>
 void keep_tops(TreeHolder &tree, Keep keep) {

@@ -25,6 +25,20 @@ inline void set_present(Node &node, uint16_t bit) {
     node.presence = static_cast<uint16_t>(node.presence | bit);
 }
 
+inline bool has_operation(const Node &node) {
+    return (node.presence & TVK_HAS_OPERATION) != 0;
+}
+inline void set_operation(Node &node, uint32_t operation) {
+    node.operation = operation;
+    set_present(node, TVK_HAS_OPERATION);
+}
+
+// Releases what a record owns, and leaves it empty.
+inline void release(Node &node) {
+    qidl_tvk_datatree_free_ext(&node, tvk_gpb_free, nullptr, 0);
+    node = Node{};
+}
+
 // A text of a node, or "" while its presence bit is clear.
 inline const char *text_of(const Node &node, const char *text, uint16_t bit) {
     return (node.presence & bit) != 0 && text != nullptr ? text : "";

@@ -19,10 +19,6 @@ namespace {
 // Every node has a copy of its own, while in the document it may stand but once.
 constexpr size_t kMaxNamespace = 1000;
 
-void release(Node &node) {
-    qidl_tvk_datatree_free_ext(&node, tvk_gpb_free, nullptr, 0);
-}
-
 struct Attribute {
     const char *name;
     const char *ns;  // "" for none

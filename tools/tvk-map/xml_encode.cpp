@@ -27,10 +27,6 @@ bool is_reserved(const char *ns) {
     return std::strcmp(ns, kXmlNamespace) == 0 || std::strcmp(ns, "http://www.w3.org/2000/xmlns/") == 0;
 }
 
-bool has_operation(const Node &node) {
-    return (node.presence & TVK_HAS_OPERATION) != 0;
-}
-
 void write_operation(XmlOutput &output, const Node &node) {
     if (node.operation >= kOperationNames.size()) {
         throw EncodeError(quoted(node.tag) + " carries an unknown operation, " + std::to_string(node.operation));
