@@ -10,7 +10,7 @@
 
 namespace tvk::bench {
 
-const tool::Mappings &mappings_of(Model model);
+const framework::Mappings &mappings_of(Model model);
 
 // What the entries come to on the native side: the configuration, edited in and applied. Made on demand and kept.
 const std::string &native_data(Model model, std::size_t entries);

@@ -9,7 +9,7 @@
 #include "tvk_map_walk.h"
 #include "tvk_platform_control.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -183,4 +183,4 @@ void RequestScope::release_texts() {
     kel_named_free(mapping_context_.failure_reason);
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

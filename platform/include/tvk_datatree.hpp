@@ -87,13 +87,12 @@ private:
 
 /* The children of a node. There are none when the bit is clear, the array is missing or the count is below 1. */
 inline NodeRange<Node> children(Node &node) {
-    return has(node, TVK_HAS_SUBTREES) ? NodeRange<Node>(node.subtrees, node.subtree_count) : NodeRange<Node>();
+    return {node.subtrees, has(node, TVK_HAS_SUBTREES) ? node.subtree_count : 0};
 }
 
 /* The same, to be read only. */
 inline NodeRange<const Node> children(const Node &node) {
-    return has(node, TVK_HAS_SUBTREES) ? NodeRange<const Node>(node.subtrees, node.subtree_count)
-                                       : NodeRange<const Node>();
+    return {node.subtrees, has(node, TVK_HAS_SUBTREES) ? node.subtree_count : 0};
 }
 
 /* Returns text, a field of node, or otherwise while its presence bit is clear or the field is null. */
