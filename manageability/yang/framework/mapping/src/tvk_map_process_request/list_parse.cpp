@@ -1,6 +1,6 @@
 #include "tvk_map_common/internal/assertion.h"
-#include "tvk_map_common/internal/itree.h"
 #include "tvk_map_common/internal/log.h"
+#include "tvk_map_common/state/instance_stack.h"
 #include "tvk_map_datatree.h"
 #include "tvk_map_lists.h"
 #include "tvk_map_process_request/request_walk.h"

@@ -1,10 +1,10 @@
-// The one place where a node comes to stand in a tree.
+// Adding a child to a node, or finding the one that is there.
 #include <functional>
+#include <utility>
 
-#include "tvk_map_common/datatree/left_out.h"
-#include "tvk_map_common/index/children_index.h"
+#include "tvk_map_common/datatree/children.h"
+#include "tvk_map_common/datatree/platform_exclusions.h"
 #include "tvk_map_common/internal/assertion.h"
-#include "tvk_map_common/internal/installed.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/request.h"
@@ -119,45 +119,26 @@ qerrno give_data(const Addition &add, Node &node) {
     if (add.data == nullptr) {
         return TVK_OK;
     }
-    tvk::entry_gains(add.ctx, add.parent, add.tag);
     // The new value may be part of the old one, so it is copied before that goes.
     tvk::NamedString copy = tvk::copy_text(add.data, "TVK MAP add subtree data");
-    if (tvk::has(node, TVK_HAS_DATA)) {
-        tvk::release(node.data);
-    }
-    tvk::set_absent(node, TVK_HAS_DATA);
-    if (copy == nullptr) {
+    const bool is_copied = copy != nullptr;
+    tvk::replace_value(add.ctx, add.parent, node, std::move(copy));
+    if (!is_copied) {
         TVK_ERR_AS(kOperation, add.ctx, "Failed to duplicate data!");
         return TVK_ERR_NO_MEMORY;
     }
-    node.data = copy.release();
-    tvk::set_present(node, TVK_HAS_DATA);
     return TVK_OK;
 }
 
-// Makes room for one more child and returns the array with it; null when there is no memory, the parent then
-// unchanged. On success the parent already owns the array, since it may have moved; its count does not show the new
-// record yet.
-Node *make_room(const Addition &add, std::int32_t count) {
-    Node *array = nullptr;
+void announce_room(const Addition &add) {
     if (!tvk::has(add.parent, TVK_HAS_SUBTREES)) {
         TVK_TRC_AS(kOperation, add.ctx, "Allocating a new subtree array.");
-        array = static_cast<Node *>(kel_named_calloc_(1, sizeof(Node), "TVK MAP add subtree flg", 0));
-    } else {
-        if ((tvk::build_flags(add.ctx) & TVK_BUILD_FILTERED) != 0) {
-            ++add.ctx->state->added_node_count;
-        }
-        TVK_TRC_AS(kOperation, add.ctx, "Expanding subtree array.");
-        const auto records = static_cast<std::size_t>(count) + 1;
-        array = static_cast<Node *>(kel_named_realloc(add.parent.subtrees, records * sizeof(Node)));
-        if (array != nullptr) {
-            add.parent.subtrees = array;
-        }
+        return;
     }
-    if (array == nullptr) {
-        TVK_ERR_AS(kOperation, add.ctx, "Failed to allocate subtrees!");
+    if ((tvk::build_flags(add.ctx) & TVK_BUILD_FILTERED) != 0) {
+        ++add.ctx->state->added_node_count;
     }
-    return array;
+    TVK_TRC_AS(kOperation, add.ctx, "Expanding subtree array.");
 }
 
 // Gives the record its texts; false at the first that cannot be copied.
@@ -234,45 +215,23 @@ private:
 };
 
 qerrno add_new(const Addition &add) {
-    const std::span<Node> siblings = tvk::children(add.parent);
-    const TemplateReference template_reference{add.template_node, siblings};
-    const auto count = static_cast<std::int32_t>(siblings.size());
-    if (count == INT32_MAX) {
+    const TemplateReference template_reference{add.template_node, tvk::children(add.parent)};
+    announce_room(add);
+    tvk::NewChild child{add.ctx, add.parent};
+    if (!child) {
         TVK_ERR_AS(kOperation, add.ctx, "Failed to allocate subtrees!");
         return TVK_ERR_NO_MEMORY;
     }
-    const Node *former_array = siblings.data();
-    const tvk::WatchedArray watched{siblings};
-    Node *array = make_room(add, count);
-    if (array == nullptr) {
+    if (!name(add, *child)) {
         return TVK_ERR_NO_MEMORY;
     }
-    if (!watched.is_at(array) && add.ctx->state != nullptr) {
-        watched.moved(*add.ctx->state, array);
+    if (const Node *template_node = template_reference.in(child.array()); template_node != nullptr) {
+        apply_template(add.ctx, *template_node, *child);
     }
-    if (tvk::keeps_index(add.ctx)) {
-        tvk::children_grown(add.ctx, former_array, {array, static_cast<std::size_t>(count) + 1});
-        if (add.data != nullptr) {
-            tvk::entry_gains(add.ctx, add.parent, add.tag);
-        }
-    }
-    Node &node = array[count];
-    node = Node{};
-    if (!name(add, node)) {
-        // Siblings stay with their parent; only what was made here goes.
-        tvk::free_contents(node);
-        if (!tvk::has(add.parent, TVK_HAS_SUBTREES)) {
-            kel_named_free(array);
-        }
-        return TVK_ERR_NO_MEMORY;
-    }
-    if (const Node *template_node = template_reference.in(array); template_node != nullptr) {
-        apply_template(add.ctx, *template_node, node);
-    }
-    apply_marks(add, node, count + 1);
-    TVK_TRC_AS(kOperation, add.ctx, "Setting updated subtree array (%p).", static_cast<void *>(array));
-    tvk::attach_children(add.parent, {array, count + 1});
-    add.found(node);
+    apply_marks(add, *child, child.new_count());
+    TVK_TRC_AS(kOperation, add.ctx, "Setting updated subtree array (%p).", static_cast<const void *>(child.array()));
+    child.commit();
+    add.found(*child);
     return TVK_OK;
 }
 

@@ -1,7 +1,7 @@
 // The sweep: what the marking phases did not keep goes.
 #include <algorithm>
 
-#include "tvk_map_common/filter/compact.h"
+#include "tvk_map_common/datatree/children.h"
 #include "tvk_map_common/filter/filter_node.h"
 #include "tvk_map_common/filter/work_stack.h"
 #include "tvk_map_filter.h"
@@ -13,15 +13,9 @@ namespace {
 // What cannot be swept for want of memory goes whole: an answer may lack something, it may not show too much. Children
 // that the node does not claim to have show nothing; they stay its own.
 void drop_children(tvk_map_ctx ctx, Node &node) {
-    if (!tvk::has(node, TVK_HAS_SUBTREES)) {
-        return;
+    if (tvk::has(node, TVK_HAS_SUBTREES)) {
+        tvk::drop_all_children(ctx, node);
     }
-    tvk::forget_index(ctx);
-    for (Node &child : tvk::children(node)) {
-        tvk::free_contents(child);
-        tvk::reset(child);
-    }
-    node.subtree_count = 0;
 }
 
 }  // namespace
@@ -36,7 +30,8 @@ uint32_t tvk_map_dfs_process_sweep(tvk_map_ctx ctx, struct kel_queue *stack, con
     }
     // A child without a tag is as good as none, but only where there are gaps to be closed.
     if (!std::ranges::all_of(tvk::children(node), tvk::is_kept)) {
-        tvk::compact(ctx, node, [](const Node &child) { return tvk::is_kept(child) && tvk::has(child, TVK_HAS_TAG); });
+        tvk::drop_children_unless(
+            ctx, node, [](const Node &child) { return tvk::is_kept(child) && tvk::has(child, TVK_HAS_TAG); });
     }
     for (Node &child : tvk::children(node)) {
         if (tvk::verdict(child) == TVK_NODE_KIND_KN &&

@@ -298,6 +298,13 @@ void tvk::forget_index(tvk_map_ctx ctx) {
     }
 }
 
+void tvk::release_nodes(tvk_map_ctx ctx, std::span<Node> nodes) {
+    forget_children(ctx, nodes);
+    for (Node &node : nodes) {
+        free_contents(node);
+    }
+}
+
 void tvk::entry_gains(tvk_map_ctx ctx, const Node &entry, const char *tag) {
     tvk_map_children_index *index = index_of(ctx);
     std::size_t position = 0;

@@ -82,26 +82,6 @@ inline bool carries_insert(const Node &node) {
            (insert.keys_presence | insert.value_presence | insert.insert_presence) != 0;
 }
 
-// Detaches the children of a node and gives them back, as replace and propagation do.
-struct DetachedChildren {
-    Node *array;
-    std::int32_t count;
-};
-
-inline DetachedChildren detach_children(Node &node) {
-    const DetachedChildren detached{node.subtrees, node.subtree_count};
-    node.subtrees = nullptr;
-    node.subtree_count = 0;
-    set_absent(node, TVK_HAS_SUBTREES);
-    return detached;
-}
-
-inline void attach_children(Node &node, const DetachedChildren &detached) {
-    node.subtrees = detached.array;
-    node.subtree_count = detached.count;
-    set_present(node, TVK_HAS_SUBTREES);
-}
-
 }  // namespace tvk
 
 #endif

@@ -1,9 +1,8 @@
 #include "tvk_map_common/lists/list_search.h"
 
-#include "tvk_map_common/datatree/left_out.h"
+#include "tvk_map_common/datatree/platform_exclusions.h"
 #include "tvk_map_common/index/candidates.h"
-#include "tvk_map_common/internal/log.h"
-#include "tvk_map_common/internal/request.h"
+#include "tvk_map_common/paths/placement.h"
 #include "tvk_map_lists.h"
 
 namespace {
@@ -13,15 +12,6 @@ using tvk::Node;
 // Adding a path goes on below the last numbered child where a search takes the first.
 bool is_entered_by_additions(const Node &child) {
     return child.subtree_index == 0 && tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_NS);
-}
-
-// Whether a path that is added now goes where it says, without being filtered, trimmed, recorded or logged.
-bool adds_what_it_says(tvk_map_ctx ctx) {
-    constexpr std::uint32_t kElsewhere = TVK_BUILD_FILTERED | TVK_BUILD_REPLACE_MERGING | TVK_BUILD_ERROR_NODE;
-    const tvk_map_request_state &state = *ctx->state;
-    return (state.build_flags & kElsewhere) == 0 && state.pending_trim_path == nullptr &&
-           state.output_list_count == 0 && state.path_record_mode == TVK_PATH_RECORD_OFF &&
-           ctx->intf_config_flag != 1 && !tvk::is_tracing(ctx);
 }
 
 }  // namespace
@@ -60,7 +50,7 @@ tvk::ListSearch::ListSearch(tvk_map_ctx ctx, const Node *root, const ListKey &ke
 }
 
 tvk::Node *tvk::ListSearch::place_for_entry() const {
-    if (!is_plain_ || !keeps_index(ctx_) || !adds_what_it_says(ctx_) || std::strchr(key_.name, '/') != nullptr ||
+    if (!is_plain_ || !keeps_index(ctx_) || !goes_where_it_says(ctx_) || std::strchr(key_.name, '/') != nullptr ||
         key_.name[0] == '\0') {
         return nullptr;
     }

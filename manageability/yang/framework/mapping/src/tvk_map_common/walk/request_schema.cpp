@@ -2,10 +2,10 @@
 //
 // A node that was descended into keeps its parent where other nodes keep attributes, with attribute_count 0, so that
 // nobody follows it as attributes.
-#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/owned.h"
+#include "tvk_map_common/state/request_state.h"
 #include "tvk_map_datatree.h"
 #include "tvk_map_walk.h"
 
@@ -113,11 +113,7 @@ qerrno tvk_map_update_req_tree_schema(tvk_map_ctx ctx) {
 }
 
 void tvk_map_free_req_tree_schema(tvk_map_ctx ctx) {
-    if (ctx == nullptr || ctx->state == nullptr || ctx->state->req_tree_schema == nullptr) {
-        return;
+    if (ctx != nullptr && ctx->state != nullptr) {
+        tvk::release_request_schema(ctx);
     }
-    tvk::forget_children(ctx, {ctx->state->req_tree_schema, 1});
-    tvk::free_contents(*ctx->state->req_tree_schema);
-    kel_named_free(ctx->state->req_tree_schema);
-    ctx->state->req_tree_schema = nullptr;
 }

@@ -1,7 +1,8 @@
 // One operation on the node at an xpath.
 #include <cstring>
+#include <utility>
 
-#include "tvk_map_common/index/children_index.h"
+#include "tvk_map_common/datatree/children.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -53,15 +54,12 @@ qerrno add(tvk_map_ctx ctx, tvk_map_node_operation &record) {
 }
 
 qerrno modify(tvk_map_ctx ctx, tvk_map_node_operation &record, const Node &parent) {
-    char *copy = tvk_strdup(record.value, "TVK MAP MODIFY DATA");
+    tvk::NamedString copy = tvk::copy_text(record.value, "TVK MAP MODIFY DATA");
     if (copy == nullptr) {
         record.result = nullptr;
         return TVK_ERR_NO_MEMORY;
     }
-    tvk::entry_gains(ctx, parent, record.result->tag);
-    // The former value stays with whoever else holds it.
-    record.result->data = copy;
-    tvk::set_present(*record.result, TVK_HAS_DATA);
+    tvk::set_value(ctx, parent, *record.result, std::move(copy));
     return TVK_OK;
 }
 

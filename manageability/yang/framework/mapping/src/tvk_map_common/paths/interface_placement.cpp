@@ -1,4 +1,4 @@
-#include "tvk_map_common/datatree/interface_placement.h"
+#include "tvk_map_common/paths/interface_placement.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,14 +1,13 @@
-// Adding a path where the request stands: under its filter, below the list entry that it is in.
+// Adding a path where the request stands: under its filter, below the list entry that it is in (placement.h).
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/request.h"
+#include "tvk_map_common/paths/placement.h"
 #include "tvk_map_datatree.h"
 #include "tvk_map_filter.h"
 
 namespace {
-
-using tvk::Node;
 
 constexpr char kOperation[] = "tvk_map_datatree_add_path_flagged";
 
@@ -32,47 +31,6 @@ tvk::NamedString take_error_node(tvk_map_ctx ctx, const char *path) {
     return former;
 }
 
-// Where a path goes: the node below which it is added, the path from there, and the flags to add it with.
-struct Place {
-    Node *tree;
-    const char *path;
-    int flags;
-};
-
-qerrno trim_against_pending(tvk_map_ctx ctx, Place &place) {
-    const char *trim_path = ctx->state != nullptr ? ctx->state->pending_trim_path : nullptr;
-    return tvk_map_datatree_trim_path(ctx, &place.path, trim_path);
-}
-
-qerrno trim_against_output_entry(tvk_map_ctx ctx, Place &place) {
-    const tvk_map_output_entry &entry = ctx->state->output_list[ctx->state->output_list_count - 1];
-    if (tvk_map_datatree_trim_path(ctx, &place.path, entry.trim_path) != TVK_OK) {
-        return TVK_ERR_NOT_FOUND;
-    }
-    place.tree = entry.list_node;
-    return TVK_OK;
-}
-
-qerrno choose_place(tvk_map_ctx ctx, Place &place) {
-    const int given_flags = place.flags;
-    place.flags |= static_cast<int>(tvk::build_flags(ctx) & TVK_BUILD_REPLACE_MERGING);
-    const tvk_map_request_state *state = ctx->state;
-    if (state != nullptr && (state->build_flags & TVK_BUILD_FILTERED) == 0 && state->pending_trim_path != nullptr) {
-        if (trim_against_pending(ctx, place) == TVK_OK) {
-            place.tree = state->pending_list_node;
-            place.flags |= TVK_ADD_RELATIVE;
-        }
-        return TVK_OK;
-    }
-    if ((given_flags & TVK_ADD_TRIM_PENDING) != 0) {
-        return trim_against_pending(ctx, place);
-    }
-    if ((given_flags & TVK_ADD_RELATIVE) == 0 && state != nullptr && state->output_list_count != 0) {
-        return trim_against_output_entry(ctx, place);
-    }
-    return TVK_OK;
-}
-
 }  // namespace
 
 qerrno tvk_map_datatree_add_path_flagged(tvk_map_ctx ctx, struct qidl_tvk_datatree *tree, const char *path,
@@ -92,8 +50,8 @@ qerrno tvk_map_datatree_add_path_flagged(tvk_map_ctx ctx, struct qidl_tvk_datatr
         return TVK_OK;
     }
     const tvk::NamedString former_error_path = take_error_node(ctx, path);
-    Place place{tree, path, flags};
-    if (const qerrno status = choose_place(ctx, place); status != TVK_OK) {
+    tvk::Place place{tree, path, flags};
+    if (const qerrno status = tvk::choose_place(ctx, place); status != TVK_OK) {
         return status;
     }
     return tvk_map_datatree_add_path_common_flagged(ctx, place.tree, place.path, ns, data, template_node, out, append,

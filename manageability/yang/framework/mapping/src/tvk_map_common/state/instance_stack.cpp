@@ -1,7 +1,8 @@
 // The stack of instance arrays, one item for each list level that the walk is inside.
+#include "tvk_map_common/state/instance_stack.h"
+
 #include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
-#include "tvk_map_common/internal/itree.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_datatree.h"
@@ -25,30 +26,19 @@ T *allocate(const char *tag) {
     return static_cast<T *>(kel_named_calloc_(1, sizeof(T), tag, 0));
 }
 
-void release_nodes(tvk_map_ctx ctx, tvk_map_itree_item &item) {
-    tvk::forget_children(ctx, {item.nodes, item.node_count});
-    for (std::uint32_t i = item.node_count; i > 0; --i) {
-        tvk::free_contents(item.nodes[i - 1]);
-    }
-    kel_named_free(item.nodes);
-}
-
 // An item without nodes is only unlinked: whoever made it may still hold it.
 void release_item(tvk_map_ctx ctx, tvk_map_itree_item *item) {
     if (item->nodes == nullptr) {
         return;
     }
     if (is_list_instance(*item)) {
-        release_nodes(ctx, *item);
+        tvk::release_nodes(ctx, {item->nodes, item->node_count});
+        kel_named_free(item->nodes);
     }
     kel_named_free(item);
 }
 
-}  // namespace
-
 static_assert(sizeof(struct tvk_map_itree_item) == 24, "an item is a record of 24 bytes");
-
-namespace {
 
 bool push(tvk_map_ctx ctx, const tvk_map_itree_item &contents) {
     constexpr char kTag[] = "TVK_MAP";
@@ -77,6 +67,18 @@ bool push(tvk_map_ctx ctx, const tvk_map_itree_item &contents) {
 
 bool tvk::push_borrowed(tvk_map_ctx ctx, Node *nodes, std::uint32_t node_count) {
     return push(ctx, {nodes, node_count, 1, 0});
+}
+
+void tvk::release_instance_stack(tvk_map_ctx ctx) {
+    while (tvk_map_util_itree_stack_size(ctx) > 0) {
+        const tvk_map_itree_stack &stack = *ctx->state->itree_stack;
+        tvk_map_itree_item *item = stack.items[stack.item_count - 1];
+        const bool has_nodes = item->nodes != nullptr;
+        tvk_map_util_itree_stack_pop(ctx);
+        if (!has_nodes) {
+            kel_named_free(item);
+        }
+    }
 }
 
 qerrno tvk_map_util_itree_stack_push(tvk_map_ctx ctx, struct qidl_tvk_datatree *nodes, uint32_t node_count,

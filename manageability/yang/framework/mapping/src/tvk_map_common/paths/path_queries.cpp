@@ -1,9 +1,7 @@
-// Cutting paths down, and asking what stands at one.
+// Asking for the children of the node at a path.
 #include <cstring>
 
-#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
-#include "tvk_map_common/internal/installed.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/openconfig.h"
@@ -13,40 +11,6 @@
 #include "tvk_map_lists.h"
 
 using tvk::Node;
-
-qerrno tvk_map_datatree_trim_path(tvk_map_ctx ctx, const char **path, const char *prefix) {
-    const char *occurrence = prefix != nullptr ? std::strstr(*path, prefix) : nullptr;
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
-                       "qerrno tvk_map_datatree_trim_path(tvk_map_ctx, const char **, const char *)");
-    if (occurrence == nullptr) {
-        TVK_ERR(ctx, "original path : '%s", *path);
-        TVK_ERR(ctx, "trimmed path %s", *path);
-        return TVK_ERR_NOT_FOUND;
-    }
-    TVK_TRC(ctx, "original path : '%s", *path);
-    *path = occurrence + std::strlen(prefix);
-    TVK_TRC(ctx, "trimmed path %s", *path);
-    return TVK_OK;
-}
-
-qerrno tvk_map_datatree_process_list_ctx(tvk_map_ctx ctx, struct qidl_tvk_datatree **node, const char **path) {
-    if (ctx == nullptr) {
-        return TVK_ERR_NOT_FOUND;
-    }
-    if (ctx->state == nullptr || ctx->state->output_list_count == 0) {
-        return TVK_OK;
-    }
-    if (node == nullptr || path == nullptr || *path == nullptr) {
-        TVK_ERR(ctx, "NULL argument(s) passed!");
-        return TVK_ERR_INVALID;
-    }
-    const tvk_map_output_entry &entry = ctx->state->output_list[ctx->state->output_list_count - 1];
-    if (tvk_map_datatree_trim_path(ctx, path, entry.trim_path) != TVK_OK) {
-        return TVK_ERR_NOT_FOUND;
-    }
-    *node = entry.list_node;
-    return TVK_OK;
-}
 
 namespace {
 
@@ -151,33 +115,4 @@ qerrno tvk_map_datatree_get_subtree_num(tvk_map_ctx ctx, const struct qidl_tvk_d
     }
     TVK_TRC(ctx, "End");
     return status;
-}
-
-qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_datatree *node) {
-    if (node == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
-                           "qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx, struct qidl_tvk_datatree *)");
-        TVK_ERR(ctx, "NULL argument(s) passed!");
-        return TVK_ERR_INVALID;
-    }
-    // The count alone is looked at, not the presence bit.
-    if (node->subtrees == nullptr || node->subtree_count < 2) {
-        return TVK_OK;
-    }
-    const std::int32_t remaining = node->subtree_count - 1;
-    tvk::forget_last_child(ctx, tvk::child_array(node->subtrees, node->subtree_count));
-    tvk::free_contents(node->subtrees[remaining]);
-    const Node *former_array = node->subtrees;
-    const tvk::WatchedArray watched{{node->subtrees, static_cast<std::size_t>(remaining)}};
-    void *shrunk = kel_named_realloc(node->subtrees, static_cast<std::size_t>(remaining) * sizeof(Node));
-    if (shrunk != nullptr) {
-        node->subtrees = static_cast<Node *>(shrunk);
-    }  // else the old array stands, and its last record is unused
-    if (!watched.is_at(node->subtrees) && ctx != nullptr && ctx->state != nullptr) {
-        watched.moved(*ctx->state, node->subtrees);
-        tvk::children_grown(ctx, former_array, {node->subtrees, static_cast<std::size_t>(remaining)});
-    }
-    node->subtree_count = remaining;
-    tvk::set_present(*node, TVK_HAS_SUBTREES);
-    return TVK_OK;
 }

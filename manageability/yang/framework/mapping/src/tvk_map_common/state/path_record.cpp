@@ -1,4 +1,4 @@
-#include "tvk_map_common/datatree/path_record.h"
+#include "tvk_map_common/state/path_record.h"
 
 #include <algorithm>
 #include <cstring>

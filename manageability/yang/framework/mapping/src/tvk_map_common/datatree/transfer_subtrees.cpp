@@ -1,5 +1,5 @@
-// Adding a node together with the children of another one.
-#include "tvk_map_common/index/children_index.h"
+// Adding nodes that share the children of another one, or take them over.
+#include "tvk_map_common/datatree/children.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -30,13 +30,12 @@ qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx ctx, struct qidl_tvk_d
     }
     // Read first: the source may be a child of the parent, whose array moves.
     const bool has_children = tvk::has(*source, TVK_HAS_SUBTREES);
-    const tvk::DetachedChildren shared{source->subtrees, source->subtree_count};
+    const tvk::DetachedChildren shared = tvk::child_array_of(*source);
     Node *added = nullptr;
     const qerrno status = tvk_map_datatree_add_subtree_flagged(ctx, parent, source->tag, source->ns, source->data,
                                                                nullptr, &added, append, 0);
     if (status == TVK_OK && added != nullptr && has_children) {
-        tvk::entry_gains(ctx, *added, nullptr);
-        tvk::attach_children(*added, shared);
+        tvk::adopt_children(ctx, *added, shared);
     }
     return status;
 }
@@ -44,22 +43,16 @@ qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx ctx, struct qidl_tvk_d
 namespace {
 
 qerrno move_child(tvk_map_ctx ctx, Node &target, Node &child) {
-    const tvk::DetachedChildren moving{child.subtrees, child.subtree_count};
     Node *added = nullptr;
     const qerrno status =
         tvk_map_datatree_add_subtree_flagged(ctx, &target, child.tag, child.ns, child.data, nullptr, &added, 1, 0);
-    // Emptied whether or not it moved; the bit stays, so that the child still reads as a container.
-    tvk::attach_children(child, {nullptr, 0});
+    // The child is emptied whether or not it moved.
+    const tvk::DetachedChildren moving = tvk::take_children(child);
     if (added != nullptr) {
-        tvk::attach_children(*added, moving);
-        return status;
+        tvk::adopt_children(ctx, *added, moving);
+    } else {
+        tvk::release_children(ctx, moving);
     }
-    // Nobody shows these children any more, so they go here.
-    tvk::forget_children(ctx, tvk::child_array(moving.array, moving.count));
-    for (Node &orphan : tvk::child_array(moving.array, moving.count)) {
-        tvk::free_contents(orphan);
-    }
-    kel_named_free(moving.array);
     return status;
 }
 

@@ -1,10 +1,10 @@
 // Adding a path without regard to where the request stands.
-#include "tvk_map_common/datatree/interface_placement.h"
-#include "tvk_map_common/datatree/path_record.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_common/internal/path.h"
+#include "tvk_map_common/paths/interface_placement.h"
+#include "tvk_map_common/state/path_record.h"
 #include "tvk_map_datatree.h"
 
 namespace {
