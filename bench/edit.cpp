@@ -1,10 +1,10 @@
 // Whole edits, from the bytes of the request, and of the native data that it is made in, to those of the reply.
 #include <memory>
 
-#include "data_file.h"
 #include "edit_command.h"
 #include "examples.h"
 #include "mapping.h"
+#include "netconf/data_document.h"
 #include "requests.h"
 
 namespace tvk::bench {
@@ -17,13 +17,13 @@ struct Run {
 };
 
 void run_edit(const tool::Mappings &mappings, const std::string &request, const std::string *native, Run &run) {
-    const tool::EditParameters parameters =
+    const tool::EditRequest asked =
         tool::read_edit(tool::XmlDocument::parse(request, "the request", tool::kEditLayout), run.trees.request);
     if (native != nullptr) {
         tool::take_data(tool::XmlDocument::parse(*native, "the native data", tool::kNativeLayout), run.trees.native);
     }
     tool::Framework framework(false);
-    run.reply = tool::answer_edit(mappings, framework, run.trees, parameters, false);
+    run.reply = tool::answer_edit(mappings, framework, run.trees, asked, false);
 }
 
 /*

@@ -1,10 +1,10 @@
 // Whole reads, from the bytes of the request, and of the native data, to those of the reply.
 #include <memory>
 
-#include "data_file.h"
 #include "examples.h"
 #include "get_command.h"
 #include "mapping.h"
+#include "netconf/data_document.h"
 #include "requests.h"
 #include "tvk_map_filter.h"
 
@@ -22,7 +22,7 @@ std::size_t count_answer(const std::unique_ptr<Run> &run) {
     return count_nodes(run->trees.response.root());
 }
 
-tool::GetParameters read_request(const tool::Mappings &mappings, const std::string &request, Run &run) {
+tool::GetRequest read_request(const tool::Mappings &mappings, const std::string &request, Run &run) {
     return tool::read_get(tool::XmlDocument::parse(request, "the request", tool::kGetLayout), mappings,
                           run.trees.asked);
 }
@@ -32,11 +32,11 @@ void read_native_data(const std::string &native, tool::TreeHolder &data) {
 }
 
 void run_get(const tool::Mappings &mappings, const std::string &request, const std::string &native, Run &run) {
-    const tool::GetParameters parameters = read_request(mappings, request, run);
+    const tool::GetRequest asked = read_request(mappings, request, run);
     read_native_data(native, run.trees.native);
     tool::Framework framework(false);
     tool::Session session(framework, run.trees.native.root());
-    run.reply = tool::answer_get(mappings, framework, session, run.trees, parameters, tvk_map_dfs_filter_mark, false);
+    run.reply = tool::answer_get(mappings, framework, session, run.trees, asked, tvk_map_dfs_filter_mark, false);
 }
 
 void measure_get(benchmark::State &state, Model model, Get get, std::size_t n) {
@@ -57,9 +57,8 @@ public:
     }
 
     void answer(const std::string &request, Run &run) {
-        const tool::GetParameters parameters = read_request(mappings_, request, run);
-        run.reply =
-            tool::answer_get(mappings_, framework_, session_, run.trees, parameters, tvk_map_dfs_filter_mark, false);
+        const tool::GetRequest asked = read_request(mappings_, request, run);
+        run.reply = tool::answer_get(mappings_, framework_, session_, run.trees, asked, tvk_map_dfs_filter_mark, false);
     }
 
 private:

@@ -3,8 +3,8 @@
 #include "edit_command.h"
 
 #include "common/request.h"
-#include "data_file.h"
-#include "edit_request.h"
+#include "netconf/data_document.h"
+#include "netconf/edit_request.h"
 
 using namespace tvk::fuzz;
 namespace tool = tvk::tool;
@@ -21,13 +21,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::string given = input.text('\f');
     run_both_ways(failing_allocation, [&](tool::Framework &framework) {
         tool::RequestTrees trees;
-        const tool::EditParameters parameters =
+        const tool::EditRequest asked =
             tool::read_edit(tool::XmlDocument::parse(request, "the request", tool::kEditLayout), trees.request);
         if (native != 0) {
             const std::string &bytes = native == 1 ? example.native_before_edit : given;
             tool::take_data(tool::XmlDocument::parse(bytes, "the native data", tool::kNativeLayout), trees.native);
         }
-        const tool::Reply reply = tool::answer_edit(example.mappings, framework, trees, parameters, listing);
+        const tool::Reply reply = tool::answer_edit(example.mappings, framework, trees, asked, listing);
         if (!listing) {
             require_document(reply);
         }

@@ -1,9 +1,9 @@
 // A read with a filter through an example mapping. Choices: the mapping; 1: the native data is the second document, not
 // the example's; 1: the container phase; the number of the allocation that fails, 0 for none.
 #include "common/request.h"
-#include "data_file.h"
 #include "get_command.h"
-#include "get_request.h"
+#include "netconf/data_document.h"
+#include "netconf/get_request.h"
 #include "tvk_map_filter.h"
 
 using namespace tvk::fuzz;
@@ -21,14 +21,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::string given = input.text('\f');
     run_both_ways(failing_allocation, [&](tool::Framework &framework) {
         tool::RequestTrees trees;
-        const tool::GetParameters parameters = tool::read_get(
-            tool::XmlDocument::parse(filter, "the filter", tool::kGetLayout), example.mappings, trees.asked);
+        const tool::GetRequest asked = tool::read_get(tool::XmlDocument::parse(filter, "the filter", tool::kGetLayout),
+                                                      example.mappings, trees.asked);
         tool::take_data(tool::XmlDocument::parse(is_native_given ? given : example.native_device, "the native data",
                                                  tool::kNativeLayout),
                         trees.native);
         tool::Session session(framework, trees.native.root());
-        const tool::Reply reply =
-            tool::answer_get(example.mappings, framework, session, trees, parameters, mark, false);
+        const tool::Reply reply = tool::answer_get(example.mappings, framework, session, trees, asked, mark, false);
         require_document(reply);
         return reply;
     });

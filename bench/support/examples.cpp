@@ -6,7 +6,8 @@
 
 #include "apply_command.h"
 #include "edit_command.h"
-#include "output.h"
+#include "framework/edit_run.h"
+#include "report.h"
 
 namespace tvk::bench {
 
@@ -14,11 +15,11 @@ namespace {
 
 std::string made_native_data(Model model, std::size_t entries) {
     tool::RequestTrees trees;
-    const tool::EditParameters parameters = tool::read_edit(
+    const tool::EditRequest asked = tool::read_edit(
         tool::XmlDocument::parse(edit_request(model, Edit::kMerge, entries), "the edit", tool::kEditLayout),
         trees.request);
     tool::Framework framework(false);
-    if (!tool::make_edit(mappings_of(model), framework, trees, parameters).empty()) {
+    if (!tool::make_edit(mappings_of(model), framework, trees, asked.parameters).empty()) {
         throw std::runtime_error("the mapping refused the configuration");
     }
     tool::TreeHolder data;

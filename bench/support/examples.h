@@ -4,7 +4,8 @@
 #include <cstddef>
 #include <string>
 
-#include "mapping_run.h"
+#include "framework/module_loader.h"
+#include "reply.h"
 #include "requests.h"
 
 namespace tvk::bench {

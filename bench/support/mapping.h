@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <vector>
 
-#include "framework.h"
+#include "framework/framework.h"
+#include "framework/tree_holder.h"
 #include "harness.h"
 #include "qidl_tvk_datatree.h"
-#include "tree_holder.h"
 #include "tvk_map_types.h"
 
 namespace tvk::bench {

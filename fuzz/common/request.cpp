@@ -3,8 +3,8 @@
 #include <new>
 
 #include "allocation_failures.h"
-#include "data_file.h"
-#include "diagnostics.h"
+#include "framework/diagnostics.h"
+#include "netconf/data_document.h"
 
 namespace tvk::fuzz {
 

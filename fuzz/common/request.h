@@ -8,8 +8,10 @@
 #include <functional>
 #include <string>
 
+#include "framework/framework.h"
+#include "framework/module_loader.h"
 #include "input.h"
-#include "mapping_run.h"
+#include "reply.h"
 #include "target.h"
 
 namespace tvk::fuzz {

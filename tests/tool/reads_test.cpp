@@ -10,7 +10,7 @@
 
 #include "data_file.h"
 #include "get_command.h"
-#include "get_request.h"
+#include "netconf/get_request.h"
 #include "tvk_map_filter.h"
 
 namespace {
@@ -131,17 +131,14 @@ const Layout kFilterLayout{[](const xmlNode *) { return true; }, Values::kTrimme
 class Reads : public testing::TestWithParam<const char *> {
 protected:
     std::string read(const std::string &filter, MarkPhase phase, bool walk_all, RequestTrees &trees) {
-        take_data(
-            XmlDocument::read(std::string(TVK_EXAMPLES_FOLDER) + GetParam() + "/native-device.xml", kNativeLayout),
-            trees.native);
-        GetParameters parameters =
-            read_get(XmlDocument::parse(filter, "the filter", kGetLayout), mappings_, trees.asked);
-        parameters.walk_all = walk_all;
-        parameters.with_defaults =
+        read_data(std::string(TVK_EXAMPLES_FOLDER) + GetParam() + "/native-device.xml", kNativeLayout, trees.native);
+        GetRequest request = read_get(XmlDocument::parse(filter, "the filter", kGetLayout), mappings_, trees.asked);
+        request.parameters.walk_all = walk_all;
+        request.parameters.with_defaults =
             TVK_WITH_DEFAULTS_REPORT_ALL;  // else those that a filter names are told, and no others
         Framework framework(false);
         Session session(framework, trees.native.root());
-        const Reply reply = answer_get(mappings_, framework, session, trees, parameters, phase, false);
+        const Reply reply = answer_get(mappings_, framework, session, trees, request, phase, false);
         return reply.status == 0 ? content(trees.response.root()) : reply.text;
     }
     std::string read(const std::string &filter, MarkPhase phase, bool walk_all = false) {

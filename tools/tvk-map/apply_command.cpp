@@ -1,10 +1,10 @@
 #include "apply_command.h"
 
-#include "data_edit.h"
 #include "data_file.h"
-#include "edit_command.h"
-#include "edit_defaults.h"
-#include "request_values.h"
+#include "framework/data_edit.h"
+#include "framework/edit_defaults.h"
+#include "framework/request_values.h"
+#include "netconf/edit_request.h"
 
 namespace tvk::tool {
 
@@ -40,17 +40,18 @@ int run_apply(const ApplyOptions &options) {
     TreeHolder data;
     read_data(options.native, kNativeLayout, data);
     TreeHolder edit;
-    const EditParameters parameters = read_edit(XmlDocument::read(options.edit, kEditLayout), edit);
-    if (const std::vector<RpcError> errors = refuse_operations(edit.root()); parameters.is_whole && !errors.empty()) {
-        return print(refusal(errors, parameters.attributes));
+    const EditRequest request = read_edit(read_document(options.edit, kEditLayout), edit);
+    if (const std::vector<RpcError> errors = refuse_operations(edit.root());
+        request.parameters.is_whole && !errors.empty()) {
+        return print(refusal(errors, request.attributes));
     }
-    uint32_t default_operation = parameters.default_operation.value_or(TVK_OPERATION_MERGE);
-    if (parameters.is_whole || default_operation == TVK_OPERATION_REPLACE) {
+    uint32_t default_operation = request.parameters.default_operation.value_or(TVK_OPERATION_MERGE);
+    if (request.parameters.is_whole || default_operation == TVK_OPERATION_REPLACE) {
         replace_all(edit, tops_of(data));
         default_operation = TVK_OPERATION_MERGE;
     }
     return print(answer_apply(data, edit.root(), default_operation, shapes,
-                              {parameters.attributes, options.changes, options.tree}));
+                              {request.attributes, options.changes, options.tree}));
 }
 
 }  // namespace tvk::tool

@@ -5,9 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "list_keys.h"
-#include "mapping_run.h"
-#include "rpc_attributes.h"
+#include "framework/list_keys.h"
+#include "framework/tree_holder.h"
+#include "netconf/rpc_attributes.h"
+#include "reply.h"
 
 namespace tvk::tool {
 

@@ -9,12 +9,13 @@
 #include <vector>
 
 #include "apply_command.h"
-#include "diagnostics.h"
 #include "edit_command.h"
+#include "framework/diagnostics.h"
 #include "get_command.h"
+#include "netconf/xml_reader.h"
 #include "output.h"
 #include "print_command.h"
-#include "xml_reader.h"
+#include "report.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "diagnostics.h"
-#include "heap.h"
+#include "framework/diagnostics.h"
+#include "framework/heap.h"
 #include "tvk_map_print.h"
 
 namespace tvk::tool {

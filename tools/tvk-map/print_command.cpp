@@ -1,8 +1,8 @@
 #include "print_command.h"
 
 #include "data_file.h"
-#include "diagnostics.h"
 #include "output.h"
+#include "report.h"
 
 namespace tvk::tool {
 
