@@ -9,6 +9,8 @@
 #include "tvk_map_walk.h"
 #include "tvk_map_xpath.h"
 
+namespace tvk {
+
 namespace {
 
 bool check_stitching_record(tvk_map_ctx ctx, const tvk_map_node_operation *record) {
@@ -35,22 +37,26 @@ bool add_stitch_node(tvk_map_ctx ctx, tvk_map_node_operation &record) {
 }
 
 qerrno install_stitch_node(tvk_map_ctx ctx, const tvk_map_node_operation &record) {
-    tvk::set_pending_node(*ctx->state, record.result);
+    set_pending_node(*ctx->state, record.result);
     const qerrno status = tvk_map_copy_trim_path_list_ctx(ctx, record.trim_path);
-    TVK_TRC(ctx, "Set trim path to: %s", tvk::shown(tvk::pending_trim_path(ctx)));
-    return status == TVK_OK ? tvk::tie_pending_entry_to_level(*ctx->state) : status;
+    TVK_TRC(ctx, "Set trim path to: %s", shown(pending_trim_path(ctx)));
+    return status == TVK_OK ? tie_pending_entry_to_level(*ctx->state) : status;
 }
 
 qerrno give_up_stitching(tvk_map_ctx ctx, qerrno status) {
     TVK_ERR(ctx, "error %d.", static_cast<int>(status));
-    tvk::release_pending_entry(*ctx->state);
+    release_pending_entry(*ctx->state);
     return status;
 }
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_stitch_container_to_list(tvk_map_ctx ctx, struct tvk_map_node_operation *record) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
+    TVK_ASSERT_CONTEXT(ctx, kCallbacksSource,
                        "qerrno tvk_map_stitch_container_to_list(tvk_map_ctx, struct tvk_map_node_operation *)");
     if (!check_stitching_record(ctx, record) || !add_stitch_node(ctx, *record)) {
         return TVK_ERR_INVALID;
@@ -63,7 +69,7 @@ qerrno tvk_map_stitch_container_to_list(tvk_map_ctx ctx, struct tvk_map_node_ope
 }
 
 qerrno tvk_map_stitch_list_to_list(tvk_map_ctx ctx, struct tvk_map_node_operation *record) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
+    TVK_ASSERT_CONTEXT(ctx, kCallbacksSource,
                        "qerrno tvk_map_stitch_list_to_list(tvk_map_ctx, struct tvk_map_node_operation *)");
     if (!check_stitching_record(ctx, record) || !add_stitch_node(ctx, *record)) {
         return TVK_ERR_INVALID;
@@ -75,10 +81,10 @@ qerrno tvk_map_stitch_list_to_list(tvk_map_ctx ctx, struct tvk_map_node_operatio
 qerrno tvk_map_auto_stitch_list_to_list(tvk_map_ctx ctx, const void *, struct qidl_tvk_datatree *root, const char *ns,
                                         const char *const *tokens, uint32_t token_count) {
     constexpr std::int32_t kLevelOffset = 1;
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
+    TVK_ASSERT_CONTEXT(ctx, kCallbacksSource,
                        "qerrno tvk_map_auto_stitch_list_to_list(tvk_map_ctx, const void *, struct qidl_tvk_datatree *, "
                        "const char *, const char *const *, uint32_t)");
-    if (!tvk::is_read_request(ctx)) {
+    if (!is_read_request(ctx)) {
         return TVK_OK;
     }
     if (root == nullptr || ns == nullptr || tokens == nullptr) {

@@ -150,9 +150,11 @@ void drop_all_children(tvk_map_ctx ctx, Node &node) {
 
 }  // namespace tvk
 
+using namespace tvk;
+
 qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_datatree *node) {
     if (node == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                            "qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx, struct qidl_tvk_datatree *)");
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
@@ -161,6 +163,6 @@ qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_dat
     if (node->subtrees == nullptr || node->subtree_count < 2) {
         return TVK_OK;
     }
-    tvk::drop_last_child(ctx, *node);
+    drop_last_child(ctx, *node);
     return TVK_OK;
 }

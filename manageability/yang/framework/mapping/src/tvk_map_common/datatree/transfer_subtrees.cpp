@@ -6,7 +6,7 @@
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_datatree.h"
 
-using tvk::Node;
+namespace tvk {
 
 namespace {
 
@@ -16,29 +16,35 @@ constexpr char kSharePrototype[] =
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent,
                                               const struct qidl_tvk_datatree *source, int append) {
     if (source == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kSharePrototype);
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource, kSharePrototype);
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
     if (source == parent) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kSharePrototype);
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource, kSharePrototype);
         TVK_ERR(ctx, "Invalid arguments passed!");
         return TVK_ERR_INVALID;  // a child that shows its parent's children would show itself
     }
     // Read first: the source may be a child of the parent, whose array moves.
-    const bool has_children = tvk::has(*source, TVK_HAS_SUBTREES);
-    const tvk::DetachedChildren shared = tvk::child_array_of(*source);
+    const bool has_children = has(*source, TVK_HAS_SUBTREES);
+    const DetachedChildren shared = child_array_of(*source);
     Node *added = nullptr;
     const qerrno status = tvk_map_datatree_add_subtree_flagged(ctx, parent, source->tag, source->ns, source->data,
                                                                nullptr, &added, append, 0);
     if (status == TVK_OK && added != nullptr && has_children) {
-        tvk::adopt_children(ctx, *added, shared);
+        adopt_children(ctx, *added, shared);
     }
     return status;
 }
+
+namespace tvk {
 
 namespace {
 
@@ -47,21 +53,23 @@ qerrno move_child(tvk_map_ctx ctx, Node &target, Node &child) {
     const qerrno status =
         tvk_map_datatree_add_subtree_flagged(ctx, &target, child.tag, child.ns, child.data, nullptr, &added, 1, 0);
     // The child is emptied whether or not it moved.
-    const tvk::DetachedChildren moving = tvk::take_children(child);
+    const DetachedChildren moving = take_children(child);
     if (added != nullptr) {
-        tvk::adopt_children(ctx, *added, moving);
+        adopt_children(ctx, *added, moving);
     } else {
-        tvk::release_children(ctx, moving);
+        release_children(ctx, moving);
     }
     return status;
 }
 
 }  // namespace
 
+}  // namespace tvk
+
 qerrno tvk_map_add_subtrees_from_source_to_target(tvk_map_ctx ctx, struct qidl_tvk_datatree *target,
                                                   struct qidl_tvk_datatree *source) {
     if (target == nullptr || source == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                            "qerrno tvk_map_add_subtrees_from_source_to_target(tvk_map_ctx, struct qidl_tvk_datatree "
                            "*, struct qidl_tvk_datatree *)");
         TVK_ERR(ctx, "NULL argument(s) passed!");
@@ -70,7 +78,7 @@ qerrno tvk_map_add_subtrees_from_source_to_target(tvk_map_ctx ctx, struct qidl_t
     if (target == source) {
         return TVK_OK;  // they are there already
     }
-    for (Node &child : tvk::children(*source)) {
+    for (Node &child : children(*source)) {
         if (&child == target) {
             continue;  // a node does not move below itself
         }

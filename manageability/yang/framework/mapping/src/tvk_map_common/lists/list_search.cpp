@@ -5,18 +5,18 @@
 #include "tvk_map_common/paths/placement.h"
 #include "tvk_map_lists.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 // Adding a path goes on below the last numbered child where a search takes the first.
 bool is_entered_by_additions(const Node &child) {
-    return child.subtree_index == 0 && tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_NS);
+    return child.subtree_index == 0 && has(child, TVK_HAS_TAG) && has(child, TVK_HAS_NS);
 }
 
 }  // namespace
 
-bool tvk::walk_to_list(tvk_map_ctx ctx, const Node *&node, Components &components, const char *ns, bool &is_plain) {
+bool walk_to_list(tvk_map_ctx ctx, const Node *&node, Components &components, const char *ns, bool &is_plain) {
     is_plain = ns != nullptr;
     for (; components.current() != nullptr; components.advance()) {
         const Node *child = first_of_tag(ctx, *node, components.current());
@@ -33,7 +33,7 @@ bool tvk::walk_to_list(tvk_map_ctx ctx, const Node *&node, Components &component
     return false;
 }
 
-tvk::ListSearch::ListSearch(tvk_map_ctx ctx, const Node *root, const ListKey &key)
+ListSearch::ListSearch(tvk_map_ctx ctx, const Node *root, const ListKey &key)
     : ctx_(ctx), key_(key), path_(copy_text(key.list_path, "TVK_MAP")), parent_(root) {
     if (path_ == nullptr) {
         return;
@@ -49,7 +49,7 @@ tvk::ListSearch::ListSearch(tvk_map_ctx ctx, const Node *root, const ListKey &ke
     }
 }
 
-tvk::Node *tvk::ListSearch::place_for_entry() const {
+Node *ListSearch::place_for_entry() const {
     if (!is_plain_ || !keeps_index(ctx_) || !goes_where_it_says(ctx_) || std::strchr(key_.name, '/') != nullptr ||
         key_.name[0] == '\0') {
         return nullptr;
@@ -60,3 +60,5 @@ tvk::Node *tvk::ListSearch::place_for_entry() const {
     const bool gets_the_key = entries != nullptr && entries->frontier() == siblings.size() && entries->all_numbered();
     return gets_the_key ? const_cast<Node *>(parent_) : nullptr;
 }
+
+}  // namespace tvk

@@ -10,7 +10,7 @@
 #include "tvk_map_datatree.h"
 #include "tvk_map_lists.h"
 
-using tvk::Node;
+namespace tvk {
 
 namespace {
 
@@ -19,23 +19,23 @@ constexpr char kCounting[] = "tvk_map_datatree_get_subtree_num";
 qerrno find_last_child(tvk_map_ctx ctx, Node *tree, const char *path, Node **out) {
     Node *reached = nullptr;
     const qerrno status =
-        tvk_map_datatree_add_path_flagged(ctx, tree, path, tvk::kOpenconfigBgpNs, nullptr, nullptr, &reached, 0, 0);
+        tvk_map_datatree_add_path_flagged(ctx, tree, path, kOpenconfigBgpNs, nullptr, nullptr, &reached, 0, 0);
     if (status != TVK_OK) {
         return status;
     }
-    if (reached == nullptr || tvk::children(*reached).empty()) {
+    if (reached == nullptr || children(*reached).empty()) {
         tvk_oc_error_path(ctx);
         return TVK_ERR_INVALID;
     }
-    *out = &tvk::children(*reached).back();
+    *out = &children(*reached).back();
     return TVK_OK;
 }
 
 // Descends from node to the child that the next component names; node stays when there is none. False when a child
 // without a tag comes first.
 bool descend(const Node *&node, const char *next) {
-    for (const Node &child : tvk::children(*node)) {
-        if (!tvk::has(child, TVK_HAS_TAG) || child.tag == nullptr) {
+    for (const Node &child : children(*node)) {
+        if (!has(child, TVK_HAS_TAG) || child.tag == nullptr) {
             return false;
         }
         if (std::strcmp(child.tag, next) == 0) {
@@ -46,7 +46,7 @@ bool descend(const Node *&node, const char *next) {
     return true;
 }
 
-qerrno count_children(tvk_map_ctx ctx, const Node *node, tvk::Components components, uint32_t *count) {
+qerrno count_children(tvk_map_ctx ctx, const Node *node, Components components, uint32_t *count) {
     for (; !components.is_last(); components.advance()) {
         TVK_TRC_AS(kCounting, ctx, "Checking node '%s'", components.current());
         if (node->tag == nullptr) {
@@ -58,7 +58,7 @@ qerrno count_children(tvk_map_ctx ctx, const Node *node, tvk::Components compone
             return TVK_ERR_NOT_FOUND;
         }
         TVK_TRC_AS(kCounting, ctx, "Checking subtrees of node '%s'", components.current());
-        if (tvk::children(*node).empty()) {
+        if (children(*node).empty()) {
             *count = 0;
             return TVK_OK;
         }
@@ -69,15 +69,19 @@ qerrno count_children(tvk_map_ctx ctx, const Node *node, tvk::Components compone
     }
     // The last component is not compared: where it matched nothing, this is still the node above it.
     TVK_TRC_AS(kCounting, ctx, "Checking subtrees of a last node '%s'", components.current());
-    *count = tvk::has(*node, TVK_HAS_SUBTREES) ? static_cast<uint32_t>(node->subtree_count) : 0;
+    *count = has(*node, TVK_HAS_SUBTREES) ? static_cast<uint32_t>(node->subtree_count) : 0;
     return TVK_OK;
 }
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_datatree_get_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_datatree *tree, const char *path,
                                          struct qidl_tvk_datatree **out) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_datatree_get_last_subtree(tvk_map_ctx, struct qidl_tvk_datatree *, const char "
                        "*, struct qidl_tvk_datatree **)");
     TVK_TRC(ctx, "Start");
@@ -92,7 +96,7 @@ qerrno tvk_map_datatree_get_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_datatr
 
 qerrno tvk_map_datatree_get_subtree_num(tvk_map_ctx ctx, const struct qidl_tvk_datatree *tree, const char *path,
                                         uint32_t *count) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_datatree_get_subtree_num(tvk_map_ctx, const struct qidl_tvk_datatree *, const "
                        "char *, uint32_t *)");
     TVK_TRC(ctx, "Start");
@@ -101,14 +105,14 @@ qerrno tvk_map_datatree_get_subtree_num(tvk_map_ctx ctx, const struct qidl_tvk_d
         return TVK_ERR_INVALID;
     }
     qerrno status = TVK_OK;
-    if (!tvk::has(*tree, TVK_HAS_SUBTREES)) {
+    if (!has(*tree, TVK_HAS_SUBTREES)) {
         *count = 0;
-    } else if (const tvk::NamedString copy = tvk::copy_text(path, "TVK MAP get subtree num"); copy == nullptr) {
+    } else if (const NamedString copy = copy_text(path, "TVK MAP get subtree num"); copy == nullptr) {
         TVK_ERR(ctx, "Failed to copy path string!");
         status = TVK_ERR_NO_MEMORY;
     } else {
         TVK_TRC(ctx, "Searching subtrees of path '%s'", path);
-        const tvk::Components components{copy.get()};
+        const Components components{copy.get()};
         if (components.current() != nullptr) {
             status = count_children(ctx, tree, components, count);
         }

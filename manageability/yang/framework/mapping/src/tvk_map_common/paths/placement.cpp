@@ -63,9 +63,11 @@ bool goes_where_it_says(tvk_map_ctx ctx) {
 
 }  // namespace tvk
 
+using namespace tvk;
+
 qerrno tvk_map_datatree_trim_path(tvk_map_ctx ctx, const char **path, const char *prefix) {
     const char *occurrence = prefix != nullptr ? std::strstr(*path, prefix) : nullptr;
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_datatree_trim_path(tvk_map_ctx, const char **, const char *)");
     if (occurrence == nullptr) {
         TVK_ERR(ctx, "original path : '%s", *path);

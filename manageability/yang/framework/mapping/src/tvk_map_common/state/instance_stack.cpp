@@ -8,9 +8,9 @@
 #include "tvk_map_datatree.h"
 #include "tvk_map_walk.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 tvk_map_itree_stack *stack_of(tvk_map_ctx ctx) {
     return ctx != nullptr && ctx->state != nullptr ? ctx->state->itree_stack : nullptr;
@@ -18,7 +18,7 @@ tvk_map_itree_stack *stack_of(tvk_map_ctx ctx) {
 
 bool is_list_instance(const tvk_map_itree_item &item) {
     return item.nodes != nullptr && item.node_count > 0 && item.borrowed == 0 &&
-           tvk::same_text(item.nodes[0].tag, TVK_LIST_INSTANCE_TAG);
+           same_text(item.nodes[0].tag, TVK_LIST_INSTANCE_TAG);
 }
 
 template <typename T>
@@ -32,7 +32,7 @@ void release_item(tvk_map_ctx ctx, tvk_map_itree_item *item) {
         return;
     }
     if (is_list_instance(*item)) {
-        tvk::release_nodes(ctx, {item->nodes, item->node_count});
+        release_nodes(ctx, {item->nodes, item->node_count});
         kel_named_free(item->nodes);
     }
     kel_named_free(item);
@@ -47,10 +47,10 @@ bool push(tvk_map_ctx ctx, const tvk_map_itree_item &contents) {
     }
     tvk_map_itree_stack *&stack = ctx->state->itree_stack;
     TVK_ASSERT(stack == nullptr || stack->item_count < TVK_MAP_MAX_ITREE_ITEMS,
-               "ctx->state->itree_stack->item_count < TVK_MAP_MAX_ITREE_ITEMS", tvk::kCommonSource,
+               "ctx->state->itree_stack->item_count < TVK_MAP_MAX_ITREE_ITEMS", kCommonSource,
                "qerrno tvk_map_util_itree_stack_push(tvk_map_ctx, struct qidl_tvk_datatree *, uint32_t, uintptr_t)");
     // An empty stack record never stays: a new one is kept only once it has its item.
-    tvk::NamedBlock<tvk_map_itree_stack> new_stack{stack == nullptr ? allocate<tvk_map_itree_stack>(kTag) : nullptr};
+    NamedBlock<tvk_map_itree_stack> new_stack{stack == nullptr ? allocate<tvk_map_itree_stack>(kTag) : nullptr};
     tvk_map_itree_stack *target = stack != nullptr ? stack : new_stack.get();
     auto *item = target != nullptr ? allocate<tvk_map_itree_item>(kTag) : nullptr;
     if (item == nullptr) {
@@ -65,11 +65,11 @@ bool push(tvk_map_ctx ctx, const tvk_map_itree_item &contents) {
 
 }  // namespace
 
-bool tvk::push_borrowed(tvk_map_ctx ctx, Node *nodes, std::uint32_t node_count) {
+bool push_borrowed(tvk_map_ctx ctx, Node *nodes, std::uint32_t node_count) {
     return push(ctx, {nodes, node_count, 1, 0});
 }
 
-void tvk::release_instance_stack(tvk_map_ctx ctx) {
+void release_instance_stack(tvk_map_ctx ctx) {
     while (tvk_map_util_itree_stack_size(ctx) > 0) {
         const tvk_map_itree_stack &stack = *ctx->state->itree_stack;
         tvk_map_itree_item *item = stack.items[stack.item_count - 1];
@@ -80,6 +80,10 @@ void tvk::release_instance_stack(tvk_map_ctx ctx) {
         }
     }
 }
+
+}  // namespace tvk
+
+using namespace tvk;
 
 qerrno tvk_map_util_itree_stack_push(tvk_map_ctx ctx, struct qidl_tvk_datatree *nodes, uint32_t node_count,
                                      uintptr_t extra) {

@@ -7,6 +7,8 @@
 #include "tvk_map_datatree.h"
 #include "tvk_string.h"
 
+namespace tvk {
+
 namespace {
 
 bool one_begins_with_the_other(const char *a, const char *b) {
@@ -26,6 +28,10 @@ void cut_last_component(char *path) {
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 bool tvk_map_is_path_present(tvk_map_ctx ctx, const char *path, char *working_path) {
     if (ctx->state == nullptr || ctx->state->path_record_mode == TVK_PATH_RECORD_OFF) {

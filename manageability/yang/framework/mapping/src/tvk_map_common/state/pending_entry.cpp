@@ -66,8 +66,10 @@ void release_pending_entry(tvk_map_request_state &state) {
 
 }  // namespace tvk
 
+using namespace tvk;
+
 qerrno tvk_map_copy_trim_path_list_ctx(tvk_map_ctx ctx, const char *path) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, "qerrno tvk_map_copy_trim_path_list_ctx(tvk_map_ctx, const char *)");
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource, "qerrno tvk_map_copy_trim_path_list_ctx(tvk_map_ctx, const char *)");
     TVK_TRC(ctx, "Start");
     if (path == nullptr || ctx->state == nullptr) {
         TVK_ERR(ctx, "NULL argument(s) passed!");
@@ -89,7 +91,7 @@ qerrno tvk_map_free_trim_path_list_ctx(tvk_map_ctx ctx) {
         return TVK_ERR_NOT_FOUND;
     }
     if (ctx->state->pending_trim_path != nullptr) {
-        tvk::release(ctx->state->pending_trim_path);
+        release(ctx->state->pending_trim_path);
     } else {
         TVK_TRC(ctx, "trim path free failed");
     }
@@ -123,7 +125,7 @@ qerrno tvk_map_release_pending_entry(tvk_map_ctx ctx) {
     if (ctx == nullptr || ctx->state == nullptr) {
         return TVK_ERR_INVALID;
     }
-    tvk::release_pending_entry(*ctx->state);
+    release_pending_entry(*ctx->state);
     ctx->state->pending_hierarchy_path = nullptr;
     return TVK_OK;
 }

@@ -37,22 +37,24 @@ void release_request_schema(tvk_map_ctx ctx) {
 
 }  // namespace tvk
 
+using namespace tvk;
+
 qerrno tvk_map_release_request_state(tvk_map_ctx ctx) {
     if (ctx == nullptr || ctx->state == nullptr) {
         return TVK_ERR_INVALID;
     }
     tvk_map_request_state &state = *ctx->state;
-    tvk::release_instance_stack(ctx);
-    tvk::release_request_schema(ctx);
+    release_instance_stack(ctx);
+    release_request_schema(ctx);
     state.req_tree_schema_parent = nullptr;
     state.req_tree_schema_last = nullptr;
-    tvk::forget_index(ctx);
+    forget_index(ctx);
     while (tvk_remove_from_output_list_ctx(ctx, nullptr, nullptr) == TVK_OK) {
     }
-    tvk::release_levels(state);
+    release_levels(state);
     tvk_map_release_pending_entry(ctx);
     for (char **text : {&state.error_node_tag, &state.error_xpath, &state.error_xpath_ns, &ctx->current_list_node}) {
-        tvk::release(*text);
+        release(*text);
     }
     return TVK_OK;
 }
