@@ -116,8 +116,6 @@ private:
     bool is_read() const;
     void show(const tvk_map_module *module);  // its memory, in the context
     void end_modules();
-    void release_stacks();
-    void release_texts();
 
     tvk_request request_{};
     tvk_request_ctx request_context_{};

@@ -2,8 +2,10 @@
 #include "tvk_map_lists.h"
 #include "tvk_map_process_request/request_walk.h"
 
-const tmap_child_entry *tvk::find_child_handler(tvk_map_ctx ctx, std::span<const tmap_child_entry> entries,
-                                                const Node &child) {
+namespace tvk {
+
+const tmap_child_entry *find_child_handler(tvk_map_ctx ctx, std::span<const tmap_child_entry> entries,
+                                           const Node &child) {
     for (const tmap_child_entry &entry : entries) {
         TVK_ERR(ctx, "FOOBAR: tag:%s, ctag:%s", shown(child.tag), shown(entry.ctag));
         if (tvk_map_do_these_match(child.tag, entry.ctag) != 0) {
@@ -13,7 +15,7 @@ const tmap_child_entry *tvk::find_child_handler(tvk_map_ctx ctx, std::span<const
     return nullptr;
 }
 
-qerrno tvk::refuse_unsupported_child(tvk_map_ctx ctx, const Node &child) {
+qerrno refuse_unsupported_child(tvk_map_ctx ctx, const Node &child) {
     TVK_ERR(ctx, "Unsupported tag is specified in the request.");
     if (is_read_request(ctx)) {
         return TVK_OK;
@@ -23,6 +25,10 @@ qerrno tvk::refuse_unsupported_child(tvk_map_ctx ctx, const Node &child) {
     return TVK_ERR_NAMESPACE;
 }
 
+}  // namespace tvk
+
+using namespace tvk;
+
 int tvk_map_do_these_match(const char *a, const char *b) {
-    return tvk::same_text(a, b) ? 1 : 0;
+    return same_text(a, b) ? 1 : 0;
 }

@@ -4,7 +4,7 @@
 
 #include <span>
 
-#include "tvk_map_common/index/children_index.h"
+#include "tvk_map_common/datatree/children.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/request.h"
 #include "tvk_map_walk.h"
@@ -59,17 +59,6 @@ inline void end_replace(tvk_map_ctx ctx) {
     if (ctx->state != nullptr) {
         ctx->state->replace_converted = 0;
     }
-}
-
-// Gives a node its children back. What handlers added to it meanwhile goes, since nobody would own it.
-inline void give_back_children(tvk_map_ctx ctx, Node &node, const DetachedChildren &detached) {
-    forget_children(ctx, children(node));
-    entry_gains(ctx, node, nullptr);
-    for (Node &arrived : children(node)) {
-        free_contents(arrived);
-    }
-    kel_named_free(node.subtrees);
-    attach_children(node, detached);
 }
 
 // While it lives, what is walked is walked on behalf of a node above. Only the one that started it ends it.

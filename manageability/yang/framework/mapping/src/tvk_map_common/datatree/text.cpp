@@ -4,6 +4,8 @@
 
 #include "tvk_map_datatree.h"
 
+namespace tvk {
+
 namespace {
 
 const char *skip_white_space(const char *text) {
@@ -11,6 +13,10 @@ const char *skip_white_space(const char *text) {
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 int tvk_map_does_it_have(const char *text, const char *part) {
     return text != nullptr && part != nullptr && std::strstr(text, part) != nullptr ? 1 : 0;

@@ -35,26 +35,6 @@ inline void set_node_type(Node &node, std::uint32_t type) {
     node.schema_info.flags = static_cast<std::uint8_t>(node.schema_info.flags | TVK_SCHEMA_INFO_HAS_NODE_TYPE);
 }
 
-// Detaches the children of a node and gives them back, as replace and propagation do.
-struct DetachedChildren {
-    Node *array;
-    std::int32_t count;
-};
-
-inline DetachedChildren detach_children(Node &node) {
-    const DetachedChildren detached{node.subtrees, node.subtree_count};
-    node.subtrees = nullptr;
-    node.subtree_count = 0;
-    set_absent(node, TVK_HAS_SUBTREES);
-    return detached;
-}
-
-inline void attach_children(Node &node, const DetachedChildren &detached) {
-    node.subtrees = detached.array;
-    node.subtree_count = detached.count;
-    set_present(node, TVK_HAS_SUBTREES);
-}
-
 }  // namespace tvk
 
 #endif

@@ -1,6 +1,6 @@
 // The record of paths already added, in path-recording mode.
-#ifndef TVK_MAP_DATATREE_PATH_RECORD_H
-#define TVK_MAP_DATATREE_PATH_RECORD_H
+#ifndef TVK_MAP_STATE_PATH_RECORD_H
+#define TVK_MAP_STATE_PATH_RECORD_H
 
 #include "tvk_map_types.h"
 

@@ -9,27 +9,27 @@
 #include "tvk_map_common/internal/request.h"
 #include "tvk_map_lists.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 // How tvk_map_datatree_update_namespace treats the nodes along its path.
 constexpr int kStampAll = 0;
 constexpr int kStampLastOnly = 1;
 
-tvk::NamedString copy_ns(const char *ns) {
-    return tvk::copy_text(ns, "TVK MAP update namespace");
+NamedString copy_ns(const char *ns) {
+    return copy_text(ns, "TVK MAP update namespace");
 }
 
 // The old namespace goes even when there is no new one: a node never shows one that it should no longer have.
-bool put_ns(Node &node, tvk::NamedString copy) {
-    tvk::release(node.ns);
-    tvk::set_absent(node, TVK_HAS_NS);
+bool put_ns(Node &node, NamedString copy) {
+    release(node.ns);
+    set_absent(node, TVK_HAS_NS);
     if (copy == nullptr) {
         return false;
     }
     node.ns = copy.release();
-    tvk::set_present(node, TVK_HAS_NS);
+    set_present(node, TVK_HAS_NS);
     return true;
 }
 
@@ -46,7 +46,7 @@ public:
 
     // False when a namespace could not be copied: the walk ends at once then.
     bool run(char *path) {
-        tvk::Components components{path};
+        Components components{path};
         do {
             if (!take(components.current())) {
                 return false;
@@ -68,15 +68,15 @@ private:
     // A component that names no child is passed over: the next one is searched among the same children. The count
     // alone says whether there are any, not the presence bit.
     bool take(const char *component) {
-        TVK_TRC_AS(kStamping, ctx_, "Checking - '%s'", tvk::shown(component));
+        TVK_TRC_AS(kStamping, ctx_, "Checking - '%s'", shown(component));
         last_children_ = node_->subtrees;
-        const auto children = tvk::child_array(node_->subtrees, node_->subtree_count);
+        const auto children = child_array(node_->subtrees, node_->subtree_count);
         if (children.empty()) {
             return true;
         }
         for (Node &child : children) {
-            TVK_TRC_AS(kStamping, ctx_, "Processing - '%s' ns '%s'.", tvk::shown(child.tag), tvk::shown(child.ns));
-            if (tvk::has(child, TVK_HAS_TAG) && tvk::same_text(child.tag, component)) {
+            TVK_TRC_AS(kStamping, ctx_, "Processing - '%s' ns '%s'.", shown(child.tag), shown(child.ns));
+            if (has(child, TVK_HAS_TAG) && same_text(child.tag, component)) {
                 found_ = true;
                 node_ = &child;
                 return stamp(child, component);
@@ -88,12 +88,12 @@ private:
 
     bool stamp(Node &child, const char *component) {
         if (mode_ == kStampLastOnly) {
-            TVK_TRC_AS(kStamping, ctx_, "SKIPPING '%s' ns '%s'.", component, tvk::shown(child.ns));
+            TVK_TRC_AS(kStamping, ctx_, "SKIPPING '%s' ns '%s'.", component, shown(child.ns));
             return true;
         }
         TVK_TRC_AS(kStamping, ctx_, "Setting '%s' ns '%s'.", component, ns_);
         TVK_TRC_AS(kStamping, ctx_, "freeing old ns %p", static_cast<void *>(child.ns));
-        tvk::NamedString copy = copy_ns(ns_);
+        NamedString copy = copy_ns(ns_);
         if (is_part_of(ns_, child.ns)) {
             kept_.reset(std::exchange(child.ns, nullptr));  // it is still to be given to others
         }
@@ -111,23 +111,27 @@ private:
     int mode_;
     bool found_ = false;
     const Node *last_children_ = nullptr;
-    tvk::NamedString kept_;
+    NamedString kept_;
 };
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_update_node_namespace(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, char *ns) {
     if (node == nullptr || ns == nullptr) {
         TVK_ASSERT_CONTEXT(
-            ctx, tvk::kCommonSource,
+            ctx, kCommonSource,
             "qerrno tvk_map_update_node_namespace(tvk_map_ctx, const struct qidl_tvk_datatree *, char *)");
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    if (!tvk::has(*node, TVK_HAS_TAG) || !tvk::has(*node, TVK_HAS_NS) || node->ns == nullptr) {
+    if (!has(*node, TVK_HAS_TAG) || !has(*node, TVK_HAS_NS) || node->ns == nullptr) {
         return TVK_ERR_INVALID;
     }
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_update_node_namespace(tvk_map_ctx, const struct qidl_tvk_datatree *, char *)");
     auto &changed = const_cast<Node &>(*node);
     TVK_TRC(ctx, "Setting '%s' ns '%s'.", changed.ns, ns);
@@ -142,7 +146,7 @@ qerrno tvk_map_update_node_namespace(tvk_map_ctx ctx, const struct qidl_tvk_data
 
 qerrno tvk_map_datatree_update_namespace(tvk_map_ctx ctx, const struct qidl_tvk_datatree *tree, char *path, char *ns,
                                          int mode) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_datatree_update_namespace(tvk_map_ctx, const struct qidl_tvk_datatree *, char "
                        "*, char *, int)");
     TVK_TRC(ctx, "Start");
@@ -162,28 +166,29 @@ qerrno tvk_map_datatree_update_namespace(tvk_map_ctx ctx, const struct qidl_tvk_
     return status;
 }
 
+namespace tvk {
+
 namespace {
 
 constexpr char kAddingDataNs[] = "tvk_map_datatree_add_data_ns";
 
 // The node at path, whose first component is the tag of tree itself and which has at least one more; null when the
 // path leaves the tree or meets a child without a tag.
-const Node *find_absolute(tvk_map_ctx ctx, const Node &tree, tvk::Components components) {
+const Node *find_absolute(tvk_map_ctx ctx, const Node &tree, Components components) {
     const Node *node = &tree;
     bool at_last = false;
     for (; !components.is_last(); components.advance()) {
         TVK_TRC_AS(kAddingDataNs, ctx, "Checking node '%s'", components.current());
-        if (!tvk::same_text(node->tag, components.current())) {
+        if (!same_text(node->tag, components.current())) {
             return nullptr;
         }
         TVK_TRC_AS(kAddingDataNs, ctx, "Checking subtrees of node '%s'", components.current());
         at_last = false;
-        const auto children = tvk::children(*node);
-        if (children.empty()) {
+        if (children(*node).empty()) {
             return nullptr;
         }
-        for (const Node &child : children) {
-            if (!tvk::has(child, TVK_HAS_TAG) || child.tag == nullptr) {
+        for (const Node &child : children(*node)) {
+            if (!has(child, TVK_HAS_TAG) || child.tag == nullptr) {
                 return nullptr;
             }
             if (std::strcmp(child.tag, components.next()) == 0) {
@@ -198,22 +203,24 @@ const Node *find_absolute(tvk_map_ctx ctx, const Node &tree, tvk::Components com
 
 qerrno attach_data_ns(tvk_map_ctx ctx, Node &node, const char *path, const char *data_ns) {
     TVK_TRC_AS(kAddingDataNs, ctx, "Found path '%s' in the datatree", path);
-    tvk::NamedString copy = tvk::copy_text(data_ns, "TVK MAP DATA NS");
+    NamedString copy = copy_text(data_ns, "TVK MAP DATA NS");
     if (copy == nullptr) {
         TVK_ERR_AS(kAddingDataNs, ctx, "Failed to copy data ns");
         return TVK_ERR_NO_MEMORY;
     }
     // A former value is left to whoever else holds it.
     node.data_ns = copy.release();
-    tvk::set_present(node, TVK_HAS_DATA_NS);
+    set_present(node, TVK_HAS_DATA_NS);
     return TVK_OK;
 }
 
 }  // namespace
 
+}  // namespace tvk
+
 qerrno tvk_map_datatree_add_data_ns(tvk_map_ctx ctx, const struct qidl_tvk_datatree *tree, const char *path,
                                     const char *data_ns) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_datatree_add_data_ns(tvk_map_ctx, const struct qidl_tvk_datatree *, const char "
                        "*, const char *)");
     TVK_TRC(ctx, "Start");
@@ -221,18 +228,18 @@ qerrno tvk_map_datatree_add_data_ns(tvk_map_ctx ctx, const struct qidl_tvk_datat
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    if (!tvk::has(*tree, TVK_HAS_SUBTREES)) {
+    if (!has(*tree, TVK_HAS_SUBTREES)) {
         TVK_ERR(ctx, "Invalid subtree passed!");
         TVK_TRC(ctx, "End");
         return TVK_ERR_NOT_FOUND;
     }
-    const tvk::NamedString copy = tvk::copy_text(path, "TVK MAP get subtree num");
+    const NamedString copy = copy_text(path, "TVK MAP get subtree num");
     if (copy == nullptr) {
         TVK_ERR(ctx, "Failed to copy path string!");
         return TVK_ERR_NO_MEMORY;
     }
     TVK_TRC(ctx, "Searching subtrees of path '%s'", path);
-    const tvk::Components components{copy.get()};
+    const Components components{copy.get()};
     if (components.current() == nullptr) {
         return TVK_OK;
     }
@@ -247,17 +254,21 @@ qerrno tvk_map_datatree_add_data_ns(tvk_map_ctx ctx, const struct qidl_tvk_datat
     return status;
 }
 
+namespace tvk {
+
 namespace {
 
 // Reads and deletes name leaves without a value.
 bool needs_no_value(tvk_map_ctx ctx, const Node &node) {
-    return !tvk::has(node, TVK_HAS_DATA) && (tvk::is_read_request(ctx) || tvk::is_delete(node));
+    return !has(node, TVK_HAS_DATA) && (is_read_request(ctx) || is_delete(node));
 }
 
 }  // namespace
 
+}  // namespace tvk
+
 qerrno tvk_map_validate_data_ns(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, char *ns, int optional) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_validate_data_ns(tvk_map_ctx, const struct qidl_tvk_datatree *, char *, int)");
     if (node == nullptr || ns == nullptr) {
         TVK_ERR(ctx, "Invalid arguments passed!");
@@ -267,7 +278,7 @@ qerrno tvk_map_validate_data_ns(tvk_map_ctx ctx, const struct qidl_tvk_datatree 
         TVK_TRC(ctx, "get, get-config, or delete with empty tag");
         return TVK_OK;
     }
-    if (!tvk::has(*node, TVK_HAS_DATA_NS)) {
+    if (!has(*node, TVK_HAS_DATA_NS)) {
         if (optional == 1) {
             return TVK_OK;
         }

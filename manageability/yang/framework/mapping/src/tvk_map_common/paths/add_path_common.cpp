@@ -1,16 +1,15 @@
 // Adding a path without regard to where the request stands.
-#include "tvk_map_common/datatree/interface_placement.h"
-#include "tvk_map_common/datatree/path_record.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_common/internal/path.h"
+#include "tvk_map_common/paths/interface_placement.h"
+#include "tvk_map_common/state/path_record.h"
 #include "tvk_map_datatree.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
-using tvk::same_text;
+namespace {
 
 constexpr char kOperation[] = "tvk_map_datatree_add_path_common_flagged";
 
@@ -28,9 +27,9 @@ class PathWalk {
 public:
     PathWalk(tvk_map_ctx ctx, Node &tree, const LastNode &last) : ctx_(ctx), current_(&tree), last_(last) {}
 
-    qerrno run(tvk::Components components) {
+    qerrno run(Components components) {
         for (; components.current() != nullptr; components.advance()) {
-            tvk::find_interface_target(ctx_, *current_, components.current(), target_);
+            find_interface_target(ctx_, *current_, components.current(), target_);
             if (components.is_last()) {
                 return add_last(components.current());
             }
@@ -43,7 +42,7 @@ public:
             current_ = reached;
             // What holds the mode or the links of a bundle takes over as target: they go into it, not beside it.
             if (target_ && (same_text(components.next(), "mode") || same_text(components.next(), "links"))) {
-                target_ = tvk::ChildReference{parent, static_cast<std::size_t>(reached - parent.subtrees)};
+                target_ = ChildReference{parent, static_cast<std::size_t>(reached - parent.subtrees)};
             }
         }
         return TVK_OK;
@@ -52,7 +51,7 @@ public:
 private:
     qerrno add_last(const char *component) {
         Node *parent = target_ ? target_.get() : current_;
-        TVK_TRC_AS(kOperation, ctx_, "Setting a last node '%s' with '%s'p: %p", component, tvk::shown(last_.data),
+        TVK_TRC_AS(kOperation, ctx_, "Setting a last node '%s' with '%s'p: %p", component, shown(last_.data),
                    static_cast<void *>(parent));
         return tvk_map_datatree_add_subtree_flagged(ctx_, parent, component, last_.ns, last_.data, last_.template_node,
                                                     last_.out, last_.append, last_.flags);
@@ -72,25 +71,29 @@ private:
 
     tvk_map_ctx ctx_;
     Node *current_;
-    tvk::ChildReference target_;
+    ChildReference target_;
     const LastNode &last_;
 };
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 qerrno tvk_map_datatree_add_path_common_flagged(tvk_map_ctx ctx, struct qidl_tvk_datatree *tree, const char *path,
                                                 const char *ns, const char *data,
                                                 const struct qidl_tvk_datatree *template_node,
                                                 struct qidl_tvk_datatree **out, int append, int flags) {
     if (ctx == nullptr || tree == nullptr || path == nullptr || ns == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                            "qerrno tvk_map_datatree_add_path_common_flagged(tvk_map_ctx, struct qidl_tvk_datatree *, "
                            "const char *, const char *, const char *, const struct qidl_tvk_datatree *, struct "
                            "qidl_tvk_datatree **, int, int)");
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    const tvk::NamedString working_path = tvk::copy_text(path, "TVK MAP path cpy");
+    const NamedString working_path = copy_text(path, "TVK MAP path cpy");
     if (working_path == nullptr) {
         TVK_ERR(ctx, "Failed to copy path string!");
         return TVK_ERR_NO_MEMORY;
@@ -98,9 +101,9 @@ qerrno tvk_map_datatree_add_path_common_flagged(tvk_map_ctx ctx, struct qidl_tvk
     if (tvk_map_is_path_present(ctx, path, working_path.get())) {
         return TVK_OK;
     }
-    TVK_TRC(ctx, "Setting a path: '%s' with '%s' p:%s", working_path.get(), tvk::shown(data), path);
+    TVK_TRC(ctx, "Setting a path: '%s' with '%s' p:%s", working_path.get(), shown(data), path);
     const LastNode last{ns, data, template_node, out, append != 0 ? 1 : 0, flags};
-    return PathWalk{ctx, *tree, last}.run(tvk::Components{working_path.get()});
+    return PathWalk{ctx, *tree, last}.run(Components{working_path.get()});
 }
 
 qerrno tvk_map_datatree_add_path_common(tvk_map_ctx ctx, struct qidl_tvk_datatree *tree, const char *path,

@@ -1,6 +1,6 @@
 // Nodes that are left out of every tree.
-#ifndef TVK_MAP_DATATREE_LEFT_OUT_H
-#define TVK_MAP_DATATREE_LEFT_OUT_H
+#ifndef TVK_MAP_DATATREE_PLATFORM_EXCLUSIONS_H
+#define TVK_MAP_DATATREE_PLATFORM_EXCLUSIONS_H
 
 #include <cstring>
 

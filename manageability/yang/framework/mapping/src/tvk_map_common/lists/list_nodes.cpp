@@ -6,16 +6,15 @@
 #include "tvk_map_common/internal/openconfig.h"
 #include "tvk_map_datatree.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
-using tvk::same_text;
+namespace {
 
 constexpr char kOperation[] = "tvk_map_datatree_add_list_node";
 
-bool carries_key(const Node &entry, const tvk::KeyText &key) {
-    for (const Node &child : tvk::children(entry)) {
-        if (tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_DATA) && same_text(child.data, key.value) &&
+bool carries_key(const Node &entry, const KeyText &key) {
+    for (const Node &child : children(entry)) {
+        if (has(child, TVK_HAS_TAG) && has(child, TVK_HAS_DATA) && same_text(child.data, key.value) &&
             same_text(child.tag, key.name)) {
             return true;
         }
@@ -24,19 +23,19 @@ bool carries_key(const Node &entry, const tvk::KeyText &key) {
 }
 
 // The entries that a search looks at: all where each is logged.
-tvk::EntryCandidates<Node> candidates(tvk_map_ctx ctx, Node &parent, const char *list_name, const tvk::KeyText &key,
-                                      bool is_logged) {
+EntryCandidates<Node> candidates(tvk_map_ctx ctx, Node &parent, const char *list_name, const KeyText &key,
+                                 bool is_logged) {
     return {ctx, parent, list_name, {&key, is_logged ? 0u : 1u}};
 }
 
 bool is_named(const Node &entry, const char *list_name, const char *ns) {
-    return tvk::has(entry, TVK_HAS_TAG) && tvk::has(entry, TVK_HAS_NS) && same_text(entry.tag, list_name) &&
+    return has(entry, TVK_HAS_TAG) && has(entry, TVK_HAS_NS) && same_text(entry.tag, list_name) &&
            same_text(entry.ns, ns);
 }
 
 // Keys tell apart more entries than names do. Where each step is logged, each is made, in its order.
-Node *find_entry(tvk_map_ctx ctx, Node &parent, const char *list_name, const char *ns, const tvk::KeyText &key) {
-    const bool is_logged = tvk::is_tracing(ctx);
+Node *find_entry(tvk_map_ctx ctx, Node &parent, const char *list_name, const char *ns, const KeyText &key) {
+    const bool is_logged = is_tracing(ctx);
     auto entries = candidates(ctx, parent, list_name, key, is_logged);
     while (Node *entry = entries.next()) {
         if ((!is_logged && !carries_key(*entry, key)) || !is_named(*entry, list_name, ns)) {
@@ -53,10 +52,14 @@ Node *find_entry(tvk_map_ctx ctx, Node &parent, const char *list_name, const cha
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_datatree_add_list_node(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent, const char *list_name,
                                       const char *ns, const char *key_name, const char *key_value,
                                       struct qidl_tvk_datatree **entry) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_datatree_add_list_node(tvk_map_ctx, struct qidl_tvk_datatree *, const char *, "
                        "const char *, const char *, const char *, struct qidl_tvk_datatree **)");
     TVK_TRC(ctx, "Start");
@@ -68,7 +71,7 @@ qerrno tvk_map_datatree_add_list_node(tvk_map_ctx ctx, struct qidl_tvk_datatree 
     *entry = nullptr;
     qerrno status = TVK_OK;
     Node *added = nullptr;
-    if (!tvk::has(*parent, TVK_HAS_SUBTREES)) {
+    if (!has(*parent, TVK_HAS_SUBTREES)) {
         TVK_TRC(ctx, "Adding a new list node '%s'", list_name);
         // Unlike the later ones, the first entry is not numbered.
         status = tvk_map_datatree_add_subtree_flagged(ctx, parent, list_name, ns, nullptr, nullptr, &added, 0, 0);
@@ -97,12 +100,12 @@ int tvk_map_is_node_in_subtrees(tvk_map_ctx ctx, const struct qidl_tvk_datatree 
             if (found != nullptr) {
                 *found = &node;
             }
-            TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+            TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
             TVK_TRC(ctx, "Returning true");
             return 1;
         }
     }
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
     TVK_TRC(ctx, "Returning false");
     return 0;
 }
@@ -112,17 +115,17 @@ int tvk_map_is_list_node_already_present(tvk_map_ctx ctx, struct qidl_tvk_datatr
                                          const struct qidl_tvk_datatree **entry) {
     Node *reached = nullptr;
     const qerrno status =
-        tvk_map_datatree_add_path_flagged(ctx, tree, path, tvk::kOpenconfigBgpNs, nullptr, nullptr, &reached, 0, 0);
+        tvk_map_datatree_add_path_flagged(ctx, tree, path, kOpenconfigBgpNs, nullptr, nullptr, &reached, 0, 0);
     if (status != TVK_OK || reached == nullptr) {
         return 0;
     }
-    auto entries = candidates(ctx, *reached, nullptr, {key_name, key_value}, tvk::is_tracing(ctx));
+    auto entries = candidates(ctx, *reached, nullptr, {key_name, key_value}, is_tracing(ctx));
     while (const Node *child = entries.next()) {
         // An entry without children ends the search: what stands behind it is not seen.
-        if (!tvk::has(*child, TVK_HAS_SUBTREES)) {
+        if (!has(*child, TVK_HAS_SUBTREES)) {
             return 0;
         }
-        const auto leaves = tvk::children(*child);
+        const auto leaves = children(*child);
         if (tvk_map_is_node_in_subtrees(ctx, leaves.data(), static_cast<uint32_t>(leaves.size()), key_name, key_value,
                                         1, nullptr) == 1) {
             if (entry != nullptr) {

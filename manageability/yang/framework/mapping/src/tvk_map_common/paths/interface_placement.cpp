@@ -1,13 +1,13 @@
-#include "tvk_map_common/datatree/interface_placement.h"
+#include "tvk_map_common/paths/interface_placement.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "tvk_map_datatree.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 constexpr char kConfiguration[] = "interface-configuration";
 constexpr char kName[] = "interface-name";
@@ -25,19 +25,19 @@ bool is_subinterface_0(const char *interface_name) {
 }
 
 bool is_target(tvk_map_ctx ctx, const Node &configuration) {
-    const auto leaves = tvk::children(configuration);
+    const auto leaves = children(configuration);
     const bool is_virtual =
-        std::any_of(leaves.begin(), leaves.end(), [](const Node &leaf) { return tvk::same_text(leaf.tag, kVirtual); });
+        std::any_of(leaves.begin(), leaves.end(), [](const Node &leaf) { return same_text(leaf.tag, kVirtual); });
     // A value is taken as it stands, whatever its presence bit says.
     return is_virtual && std::any_of(leaves.begin(), leaves.end(), [ctx](const Node &leaf) {
-               return tvk::same_text(leaf.tag, kName) && tvk::same_text(leaf.data, ctx->intf_name) &&
+               return same_text(leaf.tag, kName) && same_text(leaf.data, ctx->intf_name) &&
                       is_subinterface_0(leaf.data);
            });
 }
 
 }  // namespace
 
-bool tvk::find_interface_target(tvk_map_ctx ctx, Node &current, const char *component, ChildReference &target) {
+bool find_interface_target(tvk_map_ctx ctx, Node &current, const char *component, ChildReference &target) {
     if (ctx->intf_config_flag != 1 || std::strcmp(component, kConfiguration) != 0) {
         return false;
     }
@@ -53,3 +53,5 @@ bool tvk::find_interface_target(tvk_map_ctx ctx, Node &current, const char *comp
     }
     return false;
 }
+
+}  // namespace tvk

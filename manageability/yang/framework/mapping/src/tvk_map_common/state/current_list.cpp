@@ -7,6 +7,8 @@
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_walk.h"
 
+namespace tvk {
+
 namespace {
 
 bool lies_below(const char *path, const char *list) {
@@ -22,6 +24,10 @@ void clear_slots(tvk_map_ctx ctx) {
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 qerrno tvk_map_update_current_list_node(tvk_map_ctx ctx, const char *path) {
     if (ctx == nullptr) {
@@ -40,12 +46,12 @@ qerrno tvk_map_update_current_list_node(tvk_map_ctx ctx, const char *path) {
     } else {
         clear_slots(ctx);
     }
-    tvk::NamedString copy = tvk::copy_text(path, tag);
+    NamedString copy = copy_text(path, tag);
     if (copy == nullptr) {
         TVK_ERR(ctx, "Failed to copy path name!");
         return TVK_ERR_NO_MEMORY;
     }
-    tvk::replace(ctx->current_list_node, std::move(copy));
+    replace(ctx->current_list_node, std::move(copy));
     return TVK_OK;
 }
 

@@ -1,15 +1,16 @@
 // The stack of instance arrays, one item for each list level that the walk is inside.
+#include "tvk_map_common/state/instance_stack.h"
+
 #include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
-#include "tvk_map_common/internal/itree.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_datatree.h"
 #include "tvk_map_walk.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 tvk_map_itree_stack *stack_of(tvk_map_ctx ctx) {
     return ctx != nullptr && ctx->state != nullptr ? ctx->state->itree_stack : nullptr;
@@ -17,20 +18,12 @@ tvk_map_itree_stack *stack_of(tvk_map_ctx ctx) {
 
 bool is_list_instance(const tvk_map_itree_item &item) {
     return item.nodes != nullptr && item.node_count > 0 && item.borrowed == 0 &&
-           tvk::same_text(item.nodes[0].tag, TVK_LIST_INSTANCE_TAG);
+           same_text(item.nodes[0].tag, TVK_LIST_INSTANCE_TAG);
 }
 
 template <typename T>
 T *allocate(const char *tag) {
     return static_cast<T *>(kel_named_calloc_(1, sizeof(T), tag, 0));
-}
-
-void release_nodes(tvk_map_ctx ctx, tvk_map_itree_item &item) {
-    tvk::forget_children(ctx, {item.nodes, item.node_count});
-    for (std::uint32_t i = item.node_count; i > 0; --i) {
-        tvk::free_contents(item.nodes[i - 1]);
-    }
-    kel_named_free(item.nodes);
 }
 
 // An item without nodes is only unlinked: whoever made it may still hold it.
@@ -39,16 +32,13 @@ void release_item(tvk_map_ctx ctx, tvk_map_itree_item *item) {
         return;
     }
     if (is_list_instance(*item)) {
-        release_nodes(ctx, *item);
+        release_nodes(ctx, {item->nodes, item->node_count});
+        kel_named_free(item->nodes);
     }
     kel_named_free(item);
 }
 
-}  // namespace
-
 static_assert(sizeof(struct tvk_map_itree_item) == 24, "an item is a record of 24 bytes");
-
-namespace {
 
 bool push(tvk_map_ctx ctx, const tvk_map_itree_item &contents) {
     constexpr char kTag[] = "TVK_MAP";
@@ -57,10 +47,10 @@ bool push(tvk_map_ctx ctx, const tvk_map_itree_item &contents) {
     }
     tvk_map_itree_stack *&stack = ctx->state->itree_stack;
     TVK_ASSERT(stack == nullptr || stack->item_count < TVK_MAP_MAX_ITREE_ITEMS,
-               "ctx->state->itree_stack->item_count < TVK_MAP_MAX_ITREE_ITEMS", tvk::kCommonSource,
+               "ctx->state->itree_stack->item_count < TVK_MAP_MAX_ITREE_ITEMS", kCommonSource,
                "qerrno tvk_map_util_itree_stack_push(tvk_map_ctx, struct qidl_tvk_datatree *, uint32_t, uintptr_t)");
     // An empty stack record never stays: a new one is kept only once it has its item.
-    tvk::NamedBlock<tvk_map_itree_stack> new_stack{stack == nullptr ? allocate<tvk_map_itree_stack>(kTag) : nullptr};
+    NamedBlock<tvk_map_itree_stack> new_stack{stack == nullptr ? allocate<tvk_map_itree_stack>(kTag) : nullptr};
     tvk_map_itree_stack *target = stack != nullptr ? stack : new_stack.get();
     auto *item = target != nullptr ? allocate<tvk_map_itree_item>(kTag) : nullptr;
     if (item == nullptr) {
@@ -75,9 +65,25 @@ bool push(tvk_map_ctx ctx, const tvk_map_itree_item &contents) {
 
 }  // namespace
 
-bool tvk::push_borrowed(tvk_map_ctx ctx, Node *nodes, std::uint32_t node_count) {
+bool push_borrowed(tvk_map_ctx ctx, Node *nodes, std::uint32_t node_count) {
     return push(ctx, {nodes, node_count, 1, 0});
 }
+
+void release_instance_stack(tvk_map_ctx ctx) {
+    while (tvk_map_util_itree_stack_size(ctx) > 0) {
+        const tvk_map_itree_stack &stack = *ctx->state->itree_stack;
+        tvk_map_itree_item *item = stack.items[stack.item_count - 1];
+        const bool has_nodes = item->nodes != nullptr;
+        tvk_map_util_itree_stack_pop(ctx);
+        if (!has_nodes) {
+            kel_named_free(item);
+        }
+    }
+}
+
+}  // namespace tvk
+
+using namespace tvk;
 
 qerrno tvk_map_util_itree_stack_push(tvk_map_ctx ctx, struct qidl_tvk_datatree *nodes, uint32_t node_count,
                                      uintptr_t extra) {

@@ -1,6 +1,6 @@
 // The nodes that the request state holds for additions, wherever they move.
-#ifndef TVK_MAP_INTERNAL_INSTALLED_H
-#define TVK_MAP_INTERNAL_INSTALLED_H
+#ifndef TVK_MAP_STATE_HELD_NODES_H
+#define TVK_MAP_STATE_HELD_NODES_H
 
 #include <cstddef>
 #include <cstdint>

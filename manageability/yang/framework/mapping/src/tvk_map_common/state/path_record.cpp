@@ -1,4 +1,4 @@
-#include "tvk_map_common/datatree/path_record.h"
+#include "tvk_map_common/state/path_record.h"
 
 #include <algorithm>
 #include <cstring>
@@ -6,6 +6,8 @@
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_datatree.h"
 #include "tvk_string.h"
+
+namespace tvk {
 
 namespace {
 
@@ -26,6 +28,10 @@ void cut_last_component(char *path) {
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 bool tvk_map_is_path_present(tvk_map_ctx ctx, const char *path, char *working_path) {
     if (ctx->state == nullptr || ctx->state->path_record_mode == TVK_PATH_RECORD_OFF) {

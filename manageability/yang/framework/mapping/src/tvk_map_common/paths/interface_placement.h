@@ -1,6 +1,6 @@
 // Where the parts of a bundle belong that is configured on subinterface 0.
-#ifndef TVK_MAP_DATATREE_INTERFACE_PLACEMENT_H
-#define TVK_MAP_DATATREE_INTERFACE_PLACEMENT_H
+#ifndef TVK_MAP_PATHS_INTERFACE_PLACEMENT_H
+#define TVK_MAP_PATHS_INTERFACE_PLACEMENT_H
 
 #include <cstddef>
 

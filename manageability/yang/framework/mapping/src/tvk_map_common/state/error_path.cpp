@@ -7,9 +7,9 @@
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_lists.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 // The path being built. Appends stop at the first that does not fit.
 class ErrorPath {
@@ -49,7 +49,7 @@ bool build(tvk_map_request_state &state, char *buffer) {
         const tvk_map_hierarchy_level &level = state.hierarchy[i];
         if (i == 0) {
             const char *ns = level.node != nullptr ? level.node->ns : nullptr;
-            tvk::replace(state.error_xpath_ns, tvk::copy_text(ns, "OC Error Namespace"));
+            replace(state.error_xpath_ns, copy_text(ns, "OC Error Namespace"));
             if (state.error_xpath_ns == nullptr) {
                 return false;
             }
@@ -63,8 +63,12 @@ bool build(tvk_map_request_state &state, char *buffer) {
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_oc_error_path(tvk_map_ctx ctx) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, "qerrno tvk_oc_error_path(tvk_map_ctx)");
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource, "qerrno tvk_oc_error_path(tvk_map_ctx)");
     if (ctx->state == nullptr) {
         return TVK_ERR_NOT_FOUND;
     }
@@ -72,14 +76,14 @@ qerrno tvk_oc_error_path(tvk_map_ctx ctx) {
     if (state.error_xpath != nullptr) {
         return TVK_OK;
     }
-    tvk::NamedString buffer = tvk::allocate_text(TVK_MAP_MAX_PATH, "TVK MAP error xpath");
+    NamedString buffer = allocate_text(TVK_MAP_MAX_PATH, "TVK MAP error xpath");
     if (buffer == nullptr) {
         TVK_ERR(ctx, "Failed to allocate memory\n");
         return TVK_ERR_NO_MEMORY;
     }
     if (!build(state, buffer.get())) {
         TVK_ERR(ctx, "Memory allocation failed \n");
-        tvk::release(state.error_xpath_ns);
+        release(state.error_xpath_ns);
         return TVK_ERR_NO_MEMORY;
     }
     state.error_xpath = buffer.release();
@@ -94,8 +98,8 @@ qerrno tvk_oc_error_path_list_append(char *buffer, const struct qidl_tvk_datatre
     path << "ns1:" << node->tag;
     bool has_keys = false;
     // The count alone says whether there are children, not the presence bit.
-    for (const Node &child : tvk::child_array(node->subtrees, node->subtree_count)) {
-        if (tvk::is_key(child)) {
+    for (const Node &child : child_array(node->subtrees, node->subtree_count)) {
+        if (is_key(child)) {
             // A key without data drops the whole path: half a predicate would name another entry.
             path << (has_keys ? " and " : "[") << child.tag << " = '" << child.data << "'";
             has_keys = true;

@@ -4,8 +4,7 @@
 #include "tvk_map_common/internal/owned.h"
 #include "tvk_map_walk.h"
 
-using tvk::Node;
-using tvk::same_text;
+namespace tvk {
 
 namespace {
 
@@ -20,7 +19,7 @@ void build_path(tvk_map_ctx ctx, char *path, const tvk_map_hierarchy_level *pare
         TVK_ERR_AS(kCaller, ctx, "strcat_s exceeds available space \n");
     }
     if (tvk_strcat_s(kCaller, path, TVK_MAP_MAX_PATH, tag) != 0) {
-        TVK_ERR_AS(kCaller, ctx, "strcat_s exceeds available space \n %s %s", tvk::shown(path), tvk::shown(tag));
+        TVK_ERR_AS(kCaller, ctx, "strcat_s exceeds available space \n %s %s", shown(path), shown(tag));
     }
 }
 
@@ -41,6 +40,10 @@ void drop_output_entry(tvk_map_ctx ctx, const char *path) {
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_add_to_node_hierarchy(tvk_map_ctx ctx, struct qidl_tvk_datatree *node, uint32_t kind) {
     if (ctx == nullptr || node == nullptr || ctx->state == nullptr) {
         return TVK_ERR_INVALID;
@@ -57,7 +60,7 @@ qerrno tvk_map_add_to_node_hierarchy(tvk_map_ctx ctx, struct qidl_tvk_datatree *
     tvk_map_hierarchy_level &level = state.hierarchy[state.hierarchy_depth];
     const tvk_map_hierarchy_level *parent =
         state.hierarchy_depth > 0 ? &state.hierarchy[state.hierarchy_depth - 1] : nullptr;
-    level.path = tvk::allocate_text(TVK_MAP_MAX_PATH, "TVK MAP add node hierarchy").release();
+    level.path = allocate_text(TVK_MAP_MAX_PATH, "TVK MAP add node hierarchy").release();
     level.tag = tvk_strdup(node->tag, "TVK_MAP");
     build_path(ctx, level.path, parent, level.tag);
     level.kind = kind;
@@ -83,7 +86,7 @@ qerrno tvk_map_remove_from_node_hierarchy(tvk_map_ctx ctx, const struct qidl_tvk
     drop_output_entry(ctx, level.path);
     level.node = nullptr;
     level.kind = 0;
-    tvk::release(level.tag);
-    tvk::release(level.path);
+    release(level.tag);
+    release(level.path);
     return TVK_OK;
 }
