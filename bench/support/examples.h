@@ -10,7 +10,7 @@
 
 namespace tvk::bench {
 
-const tool::Mappings &mappings_of(Model model);
+const framework::Mappings &mappings_of(Model model);
 
 // Returns the native data that results when the entries' configuration is edited in and applied. It is made on demand
 // and kept.

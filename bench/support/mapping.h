@@ -41,9 +41,9 @@ public:
     tvk_map_ctx ctx() { return request_.ctx(); }
 
 private:
-    tool::TreeHolder tree_;
-    tool::Framework framework_;
-    tool::RequestScope request_;
+    framework::TreeHolder tree_;
+    framework::Framework framework_;
+    framework::RequestScope request_;
 };
 
 // Exported operations take some texts as writable and do not write them.

@@ -9,7 +9,7 @@
 #include "framework/heap.h"
 #include "framework/request_errors.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -72,7 +72,7 @@ void append_child(Node &parent, Loose child) {
 // Everything that makes two trees the same data: order counts among nodes of one name alone.
 std::string content_of(const Node &node) {
     std::vector<std::pair<std::string, std::string>> children;
-    for (const Node &child : children_of(node)) {
+    for (const Node &child : tvk::children(node)) {
         children.emplace_back(std::string(namespace_of(child)) + '\x1f' + tag_of(child), content_of(child));
     }
     std::stable_sort(children.begin(), children.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
@@ -94,7 +94,7 @@ public:
     // Takes the children out of parent until put_back.
     explicit Children(Node &parent) : parent_(parent) {
         items_.reserve(static_cast<size_t>(parent.subtree_count));
-        if (children_of(parent).empty()) {
+        if (children(parent).empty()) {
             return;
         }
         for (int32_t i = 0; i < parent.subtree_count; ++i) {
@@ -249,7 +249,7 @@ public:
             refuse("operation-failed", "the data has more than " + std::to_string(kMaxLevels) + " levels");
         }
         Children children(data);
-        for (const Node &node : children_of(edit)) {
+        for (const Node &node : tvk::children(edit)) {
             path_.push_back(&node);
             shapes_.push_back(shape.find(tag_of(node)));
             apply_node(children, node, shape, changes, otherwise);
@@ -278,7 +278,7 @@ private:
                 if (!is_there) {
                     refuse("data-missing", "it leads to what is to be done, but is not there");
                 }
-                if (!children_of(node).empty()) {
+                if (!tvk::children(node).empty()) {
                     merge(children[place], node, changes, operation);
                 }
                 return;
@@ -306,7 +306,7 @@ private:
             default:
                 refuse("bad-attribute", "it carries an unknown operation");
         }
-        if (has_insert(node)) {
+        if (carries_insert(node)) {
             put_in_place(children, node, shape, is_there, changes);
         }
     }
@@ -314,7 +314,7 @@ private:
     // A list entry without its keys, and the deletion of a key.
     void refuse_keys(const Node &node, const NodeShape &parent, uint32_t operation) const {
         for (const std::string &key : here().keys) {
-            const auto children = children_of(node);
+            const auto children = tvk::children(node);
             const bool is_there = std::any_of(children.begin(), children.end(), [&](const Node &child) {
                 return key == tag_of(child) && *value_of(child) != '\0';
             });
@@ -335,7 +335,7 @@ private:
     }
 
     void merge(Node &there, const Node &node, Node &changes, uint32_t operation) {
-        if (children_of(node).empty() && children_of(there).empty()) {
+        if (children(node).empty() && children(there).empty()) {
             if (!is_same_value(there, node)) {
                 take_value(there, node);
                 append_change(changes, copy_of(there), TVK_OPERATION_REPLACE);
@@ -426,7 +426,7 @@ private:
             apply(*copy, node, here(), changes.root(), TVK_OPERATION_MERGE);
             return copy;
         }
-        for (const Node &child : children_of(node)) {
+        for (const Node &child : children(node)) {
             path_.push_back(&child);
             shapes_.push_back(here().find(tag_of(child)));
             append_child(*copy, grown(child));
@@ -439,7 +439,7 @@ private:
     // Whether the children of a node say nothing but what they hold, each by a name of its own.
     static bool is_plain(const Node &node) {
         constexpr size_t kMaxCompared = 32;
-        const auto children = children_of(node);
+        const auto children = tvk::children(node);
         if (children.size() > kMaxCompared) {
             return false;
         }
@@ -447,7 +447,7 @@ private:
             const bool is_met = std::any_of(children.begin(), child, [&](const Node &other) {
                 return std::strcmp(tag_of(other), tag_of(*child)) == 0;
             });
-            if (is_met || has_operation(*child) || has_insert(*child)) {
+            if (is_met || has_operation(*child) || carries_insert(*child)) {
                 return false;
             }
         }
@@ -457,16 +457,16 @@ private:
     // Two nodes with children of which each may be an entry of its own.
     void refuse_if_unclear(const Node &there, const Node &node) const {
         const bool is_top = path_.size() == 1;  // hardly ever a list
-        if (is_top || here().is_list || here().is_declared || here().is_described || children_of(there).empty() ||
-            children_of(node).empty()) {
+        if (is_top || here().is_list || here().is_declared || here().is_described || children(there).empty() ||
+            children(node).empty()) {
             return;
         }
-        const Node &first = children_of(there).front();
-        const Node &other = children_of(node).front();
-        const bool are_leaves = children_of(first).empty() && children_of(other).empty();
+        const Node &first = children(there).front();
+        const Node &other = children(node).front();
+        const bool are_leaves = children(first).empty() && children(other).empty();
         const NodeShape *first_shape = here().find(tag_of(first));
         const bool is_value = first_shape != nullptr && first_shape->is_declared;
-        if (are_leaves && !is_value && has_name_of(first, other) && (other.presence & TVK_HAS_OPERATION) == 0 &&
+        if (are_leaves && !is_value && same_name(first, other) && !has_operation(other) &&
             !is_same_value(first, other)) {
             refuse("operation-failed", std::string("nothing shows whether this is a list: '") + tag_of(first) +
                                            "' is '" + value_of(first) + "' in the data and '" + value_of(other) +
@@ -477,7 +477,7 @@ private:
     // What stands around changes: the name, and the keys of an entry.
     Loose changed_parent(const Node &there) const {
         Loose parent = bare_copy(there);
-        for (const Node &child : children_of(there)) {
+        for (const Node &child : children(there)) {
             if (here().is_key(tag_of(child))) {
                 append_child(*parent, bare_copy(child));
             }
@@ -512,7 +512,7 @@ private:
         };
         RpcError error = error_at(path_, tag, reason, is_key);
         if (error.tag == "bad-attribute") {
-            error.bad_attribute = has_insert(*path_.back()) ? "insert" : "operation";
+            error.bad_attribute = carries_insert(*path_.back()) ? "insert" : "operation";
         }
         throw Refused{error};
     }
@@ -533,4 +533,4 @@ std::optional<RpcError> apply_edit(TreeHolder &data, const Node &edit, uint32_t 
     }
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -65,4 +65,4 @@ bool has_controls(std::string_view text) {
 UsageError::UsageError(const std::string &file, long line, const std::string &reason)
     : std::runtime_error(located(file, line, reason)) {}
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

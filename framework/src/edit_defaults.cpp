@@ -7,13 +7,9 @@
 #include "framework/request_errors.h"
 #include "tvk_map_filter.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
-
-bool is_key(const Node &walked) {
-    return (walked.presence & TVK_HAS_IS_KEY) != 0 && walked.is_key != 0;
-}
 
 // walked is a copy of node in which keys are marked. True when something below node has an operation.
 bool keep_what_acts(Node &node, const Node &walked) {
@@ -23,7 +19,7 @@ bool keep_what_acts(Node &node, const Node &walked) {
         Node &child = node.subtrees[i];
         const bool child_acts = has_operation(child) || keep_what_acts(child, walked.subtrees[i]);
         acts = acts || child_acts;
-        if (child_acts || is_key(walked.subtrees[i])) {
+        if (child_acts || has_key_mark(walked.subtrees[i])) {
             std::swap(node.subtrees[kept++], child);
         }
     }
@@ -50,12 +46,12 @@ void drop_what_acts(Node &node) {
 }
 
 bool has_keys_of(const Node &node, const Node &entry) {
-    const auto keys = children_of(entry);
-    const auto leaves = children_of(node);
-    return has_name_of(node, entry) && std::all_of(keys.begin(), keys.end(), [&](const Node &key) {
-               const bool is_value = children_of(key).empty() && *value_of(key) != '\0';
+    const auto keys = children(entry);
+    const auto leaves = children(node);
+    return same_name(node, entry) && std::all_of(keys.begin(), keys.end(), [&](const Node &key) {
+               const bool is_value = children(key).empty() && *value_of(key) != '\0';
                return !is_value || std::any_of(leaves.begin(), leaves.end(), [&](const Node &leaf) {
-                   return has_name_of(leaf, key) && std::strcmp(value_of(leaf), value_of(key)) == 0;
+                   return same_name(leaf, key) && std::strcmp(value_of(leaf), value_of(key)) == 0;
                });
            });
 }
@@ -64,13 +60,13 @@ bool has_keys_of(const Node &node, const Node &entry) {
 // there.
 bool find_missing(const Node &node, const Node &found, NodePath &path) {
     static const Node nothing{};
-    for (const Node &child : children_of(node)) {
+    for (const Node &child : children(node)) {
         path.push_back(&child);
-        const auto there = children_of(found);
+        const auto there = children(found);
         const auto same =
             std::find_if(there.begin(), there.end(), [&](const Node &other) { return has_keys_of(other, child); });
-        const auto keys = children_of(child);
-        const bool is_entry = std::any_of(keys.begin(), keys.end(), is_key);
+        const auto keys = children(child);
+        const bool is_entry = std::any_of(keys.begin(), keys.end(), has_key_mark);
         if ((is_entry && same == there.end()) || find_missing(child, same != there.end() ? *same : nothing, path)) {
             return true;
         }
@@ -104,9 +100,8 @@ std::vector<RpcError> refuse_missing(const Mappings &mappings, Framework &framew
 
 // Marks in a request the keys that its walk has marked in a copy.
 void mark_keys(Node &node, const Node &walked) {
-    if (is_key(walked)) {
-        node.is_key = 1;
-        set_present(node, TVK_HAS_IS_KEY);
+    if (has_key_mark(walked)) {
+        mark_key(node);
     }
     for (int32_t i = 0; i < node.subtree_count; ++i) {
         mark_keys(node.subtrees[i], walked.subtrees[i]);
@@ -158,7 +153,7 @@ std::vector<RpcError> drop_what_does_nothing(const Mappings &mappings, Framework
     mark_keys(trees.request.root(), trial.request.root());
     keep_what_acts(trees.request.root(), trial.request.root());
     // Where no native data is given, nothing is known of what is there.
-    return children_of(trees.native.root()).empty() ? errors : refuse_missing(mappings, framework, trees);
+    return children(trees.native.root()).empty() ? errors : refuse_missing(mappings, framework, trees);
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

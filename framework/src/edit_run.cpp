@@ -3,7 +3,7 @@
 #include "framework/edit_defaults.h"
 #include "framework/request_values.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -46,4 +46,4 @@ std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, 
     return errors.empty() ? walk_edit(mappings, framework, trees, parameters) : errors;
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

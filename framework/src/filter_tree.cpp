@@ -10,7 +10,7 @@
 #include "framework/subtree_filter.h"
 #include "tvk_map_filter.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -21,22 +21,20 @@ using Nodes = std::vector<const Node *>;
 using Name = std::pair<std::string_view, std::string_view>;  // tag and namespace
 
 bool is_content_match(const Node &node) {
-    return children_of(node).empty() && *value_of(node) != '\0';
+    return children(node).empty() && *value_of(node) != '\0';
 }
 
 // Keeps, in order, the top nodes for which keep is true.
 template <typename Keep>
 void keep_tops(TreeHolder &tree, Keep keep) {
-    const std::span<Node> tops = tree.tops();
+    const NodeRange<Node> tops = tree.tops();
     size_t kept = 0;
     for (Node &top : tops) {
         if (keep(top)) {
             std::swap(tops[kept++], top);
         }
     }
-    for (Node &top : tops.subspan(kept)) {
-        release(top);
-    }
+    std::for_each(tops.begin() + kept, tops.end(), release);
     tree.root().subtree_count = static_cast<int32_t>(kept);
 }
 
@@ -61,7 +59,7 @@ void append_value(Node &parent, const Node &leaf) {
     Node &copy = append(parent, tag_of(leaf), namespace_of(leaf));
     copy.data = copy_text(value_of(leaf));
     set_present(copy, TVK_HAS_DATA);
-    if ((leaf.presence & TVK_HAS_DATA_NS) != 0 && leaf.data_ns != nullptr) {
+    if (has(leaf, TVK_HAS_DATA_NS) && leaf.data_ns != nullptr) {
         copy.data_ns = copy_text(leaf.data_ns);
         set_present(copy, TVK_HAS_DATA_NS);
     }
@@ -70,7 +68,7 @@ void append_value(Node &parent, const Node &leaf) {
 // The leaves of a node that name values, in an order that depends on nothing but their names.
 Nodes values_of(const Node &node) {
     Nodes values;
-    for (const Node &child : children_of(node)) {
+    for (const Node &child : children(node)) {
         if (is_content_match(child)) {
             values.push_back(&child);
         }
@@ -89,14 +87,14 @@ Conditions conditions_of(const Node &node) {
     Conditions conditions;
     for (const Node *value : values_of(node)) {
         conditions.names += std::string(tag_of(*value)) + '\x1f';
-        conditions.text += std::string(tag_of(*value)) + '\x1f' + value_of(*value) + '\x1f' +
-                           text_of(*value, value->data_ns, TVK_HAS_DATA_NS) + '\x1f';
+        conditions.text +=
+            std::string(tag_of(*value)) + '\x1f' + value_of(*value) + '\x1f' + value_namespace_of(*value) + '\x1f';
     }
     return conditions;
 }
 
 bool asks_for_all(const Node &node) {
-    const auto children = children_of(node);
+    const auto children = tvk::children(node);
     return std::all_of(children.begin(), children.end(), is_content_match);
 }
 
@@ -107,7 +105,7 @@ bool names_a_leaf_twice(const Node &node) {
             return true;
         }
     }
-    const auto children = children_of(node);
+    const auto children = tvk::children(node);
     return !values.empty() && std::any_of(children.begin(), children.end(), [&](const Node &child) {
         return !is_content_match(child) && values.count({tag_of(child), namespace_of(child)}) != 0;
     });
@@ -117,7 +115,7 @@ bool names_a_leaf_twice(const Node &node) {
 bool is_open_inside(const Nodes &nodes) {
     std::map<std::string_view, std::string_view> namespaces;
     for (const Node *node : nodes) {
-        for (const Node &child : children_of(*node)) {
+        for (const Node &child : children(*node)) {
             const std::string_view ns = namespace_of(child);
             if (ns.empty() || namespaces.emplace(tag_of(child), ns).first->second != ns) {
                 return true;
@@ -179,7 +177,7 @@ private:
         std::map<Name, Nodes> groups;
         std::vector<Name> order;
         for (const Node *node : nodes) {
-            for (const Node &child : children_of(*node)) {
+            for (const Node &child : children(*node)) {
                 if (is_content_match(child)) {
                     continue;
                 }
@@ -201,7 +199,7 @@ private:
     // The leaves whose values decide, so that they are part of the response.
     static void ask_for_values(Node &parent, const Nodes &nodes) {
         std::set<Name> asked;
-        for (const Node &child : children_of(parent)) {
+        for (const Node &child : children(parent)) {
             asked.insert({tag_of(child), namespace_of(child)});
         }
         std::vector<const Node *> missing;
@@ -247,7 +245,7 @@ void select_everything(const Mappings &mappings, TreeHolder &filter) {
 void widen(const Mappings &mappings, const Node &asked, const OpenLists &open, TreeHolder &walked) {
     std::map<Name, Nodes> groups;
     std::vector<Name> order;
-    for (const Node &top : children_of(asked)) {
+    for (const Node &top : children(asked)) {
         for (const std::string_view ns : namespaces_of(mappings, top)) {
             const Name name{tag_of(top), ns};
             Nodes &group = groups[name];
@@ -265,7 +263,7 @@ void widen(const Mappings &mappings, const Node &asked, const OpenLists &open, T
 void prune(RequestScope &scope, MarkPhase mark, const Node &asked, TreeHolder &walked, TreeHolder &response) {
     for (Node &top : response.tops()) {
         for (Node &filter : walked.tops()) {
-            if (has_name_of(filter, top)) {
+            if (same_name(filter, top)) {
                 mark(scope.ctx(), &filter, &top);
                 tvk_map_dfs_filter_sweep(scope.ctx(), &top);
             }
@@ -273,7 +271,7 @@ void prune(RequestScope &scope, MarkPhase mark, const Node &asked, TreeHolder &w
     }
     mark_selected(asked, walked.root(), response.root());
     tvk_map_dfs_filter_sweep(scope.ctx(), &response.root());
-    keep_tops(response, [](const Node &top) { return !children_of(top).empty() || *value_of(top) != '\0'; });
+    keep_tops(response, [](const Node &top) { return !children(top).empty() || *value_of(top) != '\0'; });
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

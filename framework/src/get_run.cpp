@@ -2,7 +2,7 @@
 
 #include "framework/request_values.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -28,7 +28,7 @@ std::vector<RpcError> make_get(const Mappings &mappings, Framework &framework, S
                                const GetParameters &parameters, MarkPhase mark, RequestTrees &trees) {
     resolve_identities(mappings, trees.asked);
     OpenLists open;
-    for (const Node &top : children_of(trees.asked.root())) {
+    for (const Node &top : children(trees.asked.root())) {
         if (parameters.walk_all) {
             open.insert(tag_of(top));
         }
@@ -44,4 +44,4 @@ std::vector<RpcError> make_get(const Mappings &mappings, Framework &framework, S
     }
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -7,18 +7,18 @@
 
 #include "framework/diagnostics.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
 constexpr char kEndOfText = '\x1f';  // which XML cannot hold
 
 bool is_leaf(const Node &node) {
-    return children_of(node).empty();
+    return children(node).empty();
 }
 
 const Node *find_child(const Node &node, std::string_view tag) {
-    const auto children = children_of(node);
+    const auto children = tvk::children(node);
     const auto child =
         std::find_if(children.begin(), children.end(), [&](const Node &other) { return tag == tag_of(other); });
     return child != children.end() ? &*child : nullptr;
@@ -29,18 +29,13 @@ using Entries = std::vector<const Node *>;
 // What all trees show at one place: the children of that name, by parent.
 using Instances = std::vector<Entries>;
 
-bool is_going(const Node &node) {
-    return (node.presence & TVK_HAS_OPERATION) != 0 &&
-           (node.operation == TVK_OPERATION_DELETE || node.operation == TVK_OPERATION_REMOVE);
-}
-
 // The tags of the leaves that all entries have in front.
 std::vector<std::string> common_front(const Instances &instances) {
     std::vector<std::string> front;
     bool is_first = true;
     for (const Entries &entries : instances) {
         for (const Node *entry : entries) {
-            const auto children = children_of(*entry);
+            const auto children = tvk::children(*entry);
             size_t common = 0;
             while (common < children.size() && is_leaf(children[common]) && *value_of(children[common]) != '\0' &&
                    (is_first || (common < front.size() && front[common] == tag_of(children[common])))) {
@@ -61,7 +56,7 @@ bool tell_apart(const Instances &instances, const NodeShape &shape) {
     return std::all_of(instances.begin(), instances.end(), [&](const Entries &entries) {
         std::unordered_set<std::string> met;
         return std::all_of(entries.begin(), entries.end(), [&](const Node *entry) {
-            return is_going(*entry) || met.insert(identity_of(*entry, shape)).second;
+            return is_delete(*entry) || met.insert(identity_of(*entry, shape)).second;
         });
     });
 }
@@ -85,7 +80,7 @@ void learn_at(const Instances &instances, NodeShape &shape) {
         // What goes may stand beside what comes in its place.
         shape.is_list = shape.is_list || std::any_of(instances.begin(), instances.end(), [](const Entries &entries) {
                             return std::count_if(entries.begin(), entries.end(),
-                                                 [](const Node *entry) { return !is_going(*entry); }) > 1;
+                                                 [](const Node *entry) { return !is_delete(*entry); }) > 1;
                         });
         if (shape.is_list) {
             learn_keys(instances, shape);
@@ -102,7 +97,7 @@ void learn_below(const std::vector<const Node *> &parents, NodeShape &shape, int
     std::map<Name, Instances> by_name;
     for (const Node *parent : parents) {
         std::set<Name> here;
-        for (const Node &child : children_of(*parent)) {
+        for (const Node &child : children(*parent)) {
             const Name name{tag_of(child), namespace_of(child)};
             Instances &instances = by_name[name];
             if (here.insert(name).second) {
@@ -186,7 +181,7 @@ NodeShape &Shapes::at(std::string_view path) {
 
 std::string text_of_value(const Node &node, ValueForm form) {
     const std::string text = value_of(node);
-    const char *ns = text_of(node, node.data_ns, TVK_HAS_DATA_NS);
+    const char *ns = value_namespace_of(node);
     return form == ValueForm::kWritten || *ns == '\0' ? text
                                                       : "{" + std::string(ns) + "}" + text.substr(text.find(':') + 1);
 }
@@ -214,4 +209,4 @@ std::string identity_of(const Node &node, const NodeShape &shape, ValueForm form
     return text;
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

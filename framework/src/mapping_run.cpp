@@ -2,7 +2,7 @@
 
 #include "framework/request_errors.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 void RequestTrees::clear_walk(const ChildArrays &database) {
     const ChildArrays walked(request.root());
@@ -42,4 +42,4 @@ std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHo
                       : std::vector<RpcError>();
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -15,7 +15,7 @@
 
 #include "framework/diagnostics.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -222,4 +222,4 @@ std::optional<Mappings::Target> Mappings::find(const char *tag, const char *ns) 
     return std::nullopt;
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

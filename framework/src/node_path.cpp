@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -15,7 +15,7 @@ bool visit_below(const Node &node, NodePath &path, const Visit &visit) {
     if (path.size() == kMaxLevels) {
         return false;
     }
-    for (const Node &child : children_of(node)) {
+    for (const Node &child : children(node)) {
         path.push_back(&child);
         if (visit(path) || visit_below(child, path, visit)) {
             return true;
@@ -47,7 +47,7 @@ std::string literal(const std::string &text) {
 using Prefix = std::function<std::string(const char *ns)>;
 
 std::string predicate(const Node &key, const Prefix &prefix) {
-    const char *value_ns = text_of(key, key.data_ns, TVK_HAS_DATA_NS);
+    const char *value_ns = value_namespace_of(key);
     const std::string value = value_of(key);
     const bool is_identity = *value_ns != '\0' && value.find(':') == std::string::npos;
     return "[" + prefix(namespace_of(key)) + tag_of(key) + "=" +
@@ -58,8 +58,8 @@ std::string predicate(const Node &key, const Prefix &prefix) {
 std::string position_of(const Node &node, const Node &parent) {
     size_t count = 0;
     size_t position = 0;
-    for (const Node &child : children_of(parent)) {
-        count += has_name_of(child, node) ? 1 : 0;
+    for (const Node &child : children(parent)) {
+        count += same_name(child, node) ? 1 : 0;
         position = &child == &node ? count : position;
     }
     return count > 1 && position > 0 ? "[" + std::to_string(position) + "]" : "";
@@ -72,7 +72,7 @@ std::string steps_of(const NodePath &path, const IsKey &is_key, const Prefix &pr
         const NodePath here(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(i) + 1);
         text += "/" + prefix(namespace_of(node)) + tag_of(node);
         bool has_keys = false;
-        for (const Node &child : children_of(node)) {
+        for (const Node &child : children(node)) {
             if (is_key(here, child) && *value_of(child) != '\0') {
                 text += predicate(child, prefix);
                 has_keys = true;
@@ -109,7 +109,7 @@ std::vector<NodePath> paths_of(const Node &root, const std::vector<const Node *>
 }
 
 bool is_marked_key(const NodePath &, const Node &child) {
-    return (child.presence & TVK_HAS_IS_KEY) != 0 && child.is_key != 0;
+    return has_key_mark(child);
 }
 
 XPath xpath_of(const NodePath &path, const IsKey &is_key) {
@@ -133,4 +133,4 @@ std::string readable_path(const NodePath &path, const IsKey &is_key) {
     return steps_of(path, is_key, [](const char *) { return ""; });
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

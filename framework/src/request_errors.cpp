@@ -6,7 +6,7 @@
 
 #include "tvk_map_lists.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -19,11 +19,6 @@ std::string quoted(const std::string &text) {
 
 std::string element_text(const std::string &tag, const std::string &ns) {
     return quoted(tag) + (ns.empty() ? " without a namespace" : " (namespace " + ns + ")");
-}
-
-bool is_delete(const Node &node) {
-    return (node.presence & TVK_HAS_OPERATION) != 0 &&
-           (node.operation == TVK_OPERATION_DELETE || node.operation == TVK_OPERATION_REMOVE);
 }
 
 bool is_seen_by_walk(const Node &node) {
@@ -44,7 +39,7 @@ NodePath end_of_error_path(const Node &root, const std::string &error_path) {
     const Node *node = &root;
     for (std::string_view rest = error_path; !rest.empty();) {
         std::string element;
-        const auto children = children_of(*node);
+        const auto children = tvk::children(*node);
         const auto child = std::find_if(children.begin(), children.end(), [&](const Node &candidate) {
             element = path_element(candidate);
             return !element.empty() && rest.starts_with(element);
@@ -63,14 +58,14 @@ NodePath end_of_error_path(const Node &root, const std::string &error_path) {
 std::optional<NodePath> first_not_entered(const Node &root, const Node &top) {
     return find_path(root, [&](const NodePath &path) {
         const Node &node = *path.back();
-        const bool is_leaf = children_of(node).empty() && (node.presence & TVK_HAS_DATA) != 0;
+        const bool is_leaf = children(node).empty() && has(node, TVK_HAS_DATA);
         return path.front() == &top && !is_leaf && !is_seen_by_walk(node);
     });
 }
 
 // A key leaf without a value. The library records no path to what is below it.
 bool is_empty_key(const Node &node) {
-    return (node.presence & TVK_HAS_IS_KEY) != 0 && (node.presence & TVK_HAS_DATA) == 0;
+    return has(node, TVK_HAS_IS_KEY) && !has(node, TVK_HAS_DATA);
 }
 
 // What the place is where the library has recorded no error path.
@@ -90,7 +85,7 @@ std::optional<NodePath> find_without_error_path(qerrno status, const Node &reque
 // The child at the end of path for which is_meant is true is added to the path.
 template <typename IsMeant>
 bool step_down(NodePath &path, const IsMeant &is_meant) {
-    for (const Node &child : children_of(*path.back())) {
+    for (const Node &child : children(*path.back())) {
         if (is_meant(child)) {
             path.push_back(&child);
             return true;
@@ -104,7 +99,7 @@ std::string fault_of_copy(const Node &copy, const Node &key) {
     if (is_delete(copy)) {
         return "it repeats a key of its list entry and cannot be deleted or removed; delete the entry instead";
     }
-    if (!children_of(copy).empty()) {
+    if (!children(copy).empty()) {
         return "it repeats a key of its list entry and holds elements";
     }
     if (std::strcmp(value_of(copy), value_of(key)) != 0) {
@@ -116,11 +111,11 @@ std::string fault_of_copy(const Node &copy, const Node &key) {
 
 // The faulty copy of a key inside the entry at the end of path.
 bool step_to_copy(NodePath &path, const Node *&its_key, std::string &fault) {
-    const auto keys = children_of(*path.back());
+    const auto keys = children(*path.back());
     for (const Node &container : keys) {
-        for (const Node &leaf : children_of(container)) {
+        for (const Node &leaf : children(container)) {
             const auto key = std::find_if(keys.begin(), keys.end(), [&](const Node &other) {
-                return children_of(other).empty() && std::strcmp(tag_of(other), tag_of(leaf)) == 0;
+                return children(other).empty() && std::strcmp(tag_of(other), tag_of(leaf)) == 0;
             });
             if (key != keys.end() && !(fault = fault_of_copy(leaf, *key)).empty()) {
                 path.insert(path.end(), {&container, &leaf});
@@ -202,13 +197,13 @@ std::string key_reason(const Place &place) {
 
 std::string missing_reason(const Place &place) {
     const Node &node = *place.path.back();
-    const bool is_bare = place.is_certain && children_of(node).empty() && (node.presence & TVK_HAS_DATA) == 0;
+    const bool is_bare = place.is_certain && children(node).empty() && !has(node, TVK_HAS_DATA);
     return is_bare ? "a list entry has no keys at all" : "something that the request refers to is not there";
 }
 
 std::string invalid_reason(const Place &place) {
     const Node &node = *place.path.back();
-    return place.is_certain && is_delete(node) && !children_of(node).empty()
+    return place.is_certain && is_delete(node) && !children(node).empty()
                ? "a delete must not carry content"
                : "a value or an operation cannot be used here";
 }
@@ -312,7 +307,7 @@ RpcError error_at(const NodePath &path, const char *tag, const std::string &reas
 
 std::string list_of_failure(RequestScope &scope, const Node &request, const Node &top) {
     NodePath path = find_place(TVK_ERR_LIST_KEY, scope, request, top).path;
-    if (path.size() > 1 && children_of(*path.back()).empty()) {
+    if (path.size() > 1 && children(*path.back()).empty()) {
         path.pop_back();  // one of its keys
     }
     std::string tags;
@@ -369,4 +364,4 @@ std::vector<RpcError> describe_unmapped(const Mappings &mappings, const Node &re
     return errors;
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

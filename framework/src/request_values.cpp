@@ -9,7 +9,7 @@
 #include "framework/heap.h"
 #include "framework/request_errors.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -39,7 +39,7 @@ struct IdentityStep {
 
 void resolve_value(Node &leaf) {
     const char *colon = std::strchr(value_of(leaf), ':');
-    if (colon == nullptr || (leaf.presence & TVK_HAS_DATA_NS) == 0) {
+    if (colon == nullptr || !has(leaf, TVK_HAS_DATA_NS)) {
         return;
     }
     char *name = copy_text(colon + 1);
@@ -50,7 +50,7 @@ void resolve_below(Node &node, IdentityStep &step) {
     if (step.is_identity) {
         resolve_value(node);
     }
-    if (step.below.empty() || children_of(node).empty()) {
+    if (step.below.empty() || children(node).empty()) {
         return;
     }
     for (int32_t i = 0; i < node.subtree_count; ++i) {
@@ -82,7 +82,7 @@ std::vector<RpcError> refuse_inserts(const Mappings &mappings, TreeHolder &reque
     std::vector<RpcError> errors;
     find_path(request.root(), [&](const NodePath &path) {
         const Node &node = *path.back();
-        if (!has_insert(node)) {
+        if (!carries_insert(node)) {
             return false;
         }
         const auto mapped = mappings.find(tag_of(*path.front()), namespace_of(*path.front()));
@@ -101,7 +101,7 @@ std::vector<RpcError> refuse_inserts(const Mappings &mappings, TreeHolder &reque
 std::vector<RpcError> refuse_operations(const Node &request) {
     std::vector<RpcError> errors;
     find_path(request, [&](const NodePath &path) {
-        if ((path.back()->presence & TVK_HAS_OPERATION) != 0) {
+        if (has_operation(*path.back())) {
             errors.push_back(
                 error_at(path, "bad-attribute", "a <copy-config> holds a configuration, without operations"));
             errors.back().bad_attribute = "operation";
@@ -127,4 +127,4 @@ std::vector<RpcError> refuse_texts(const Node &request) {
     return errors;
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

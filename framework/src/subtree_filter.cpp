@@ -10,12 +10,12 @@
 #include <unordered_set>
 #include <vector>
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
 bool is_content_match(const Node &node) {
-    return children_of(node).empty() && *value_of(node) != '\0';
+    return children(node).empty() && *value_of(node) != '\0';
 }
 
 bool is_named(const Node &filter, const Node &node) {
@@ -24,25 +24,21 @@ bool is_named(const Node &filter, const Node &node) {
 }
 
 bool has_value_of(const Node &filter, const Node &node) {
-    const char *wanted = text_of(filter, filter.data_ns, TVK_HAS_DATA_NS);
-    const char *given = text_of(node, node.data_ns, TVK_HAS_DATA_NS);
+    const char *wanted = value_namespace_of(filter);
+    const char *given = value_namespace_of(node);
     return std::strcmp(value_of(filter), value_of(node)) == 0 &&
            (*wanted == '\0' || *given == '\0' || std::strcmp(wanted, given) == 0);
 }
 
-bool is_equal(const char *a, const char *b) {
-    return a != nullptr && b != nullptr && std::strcmp(a, b) == 0;
-}
-
 bool has_attributes_of(const Node &filter, const Node &node) {
     const auto attributes = [](const Node &from) {
-        const bool any = (from.presence & TVK_HAS_ATTRIBUTES) != 0 && from.attributes != nullptr;
+        const bool any = has(from, TVK_HAS_ATTRIBUTES) && from.attributes != nullptr;
         return std::span(from.attributes, any ? static_cast<size_t>(from.attribute_count) : 0);
     };
     const auto given = attributes(node);
     return std::ranges::all_of(attributes(filter), [&](const qidl_tvk_name_value &wanted) {
         return std::ranges::any_of(given, [&](const qidl_tvk_name_value &other) {
-            return is_equal(wanted.name, other.name) && is_equal(wanted.value, other.value);
+            return same_text(wanted.name, other.name) && same_text(wanted.value, other.value);
         });
     });
 }
@@ -56,7 +52,7 @@ struct Condition {
 std::optional<Condition> condition_of(const Node &filter) {
     Condition condition;
     for (const Node *node = &filter;;) {
-        const auto children = children_of(*node);
+        const auto children = tvk::children(*node);
         const auto leaf = std::find_if(children.begin(), children.end(), is_content_match);
         if (leaf != children.end()) {
             condition.path.emplace_back(tag_of(*leaf));
@@ -73,15 +69,14 @@ std::optional<Condition> condition_of(const Node &filter) {
 
 // Everything that a filter node says, as a text.
 void append_content(std::string &text, const Node &filter) {
-    for (const char *part :
-         {tag_of(filter), namespace_of(filter), value_of(filter), text_of(filter, filter.data_ns, TVK_HAS_DATA_NS)}) {
+    for (const char *part : {tag_of(filter), namespace_of(filter), value_of(filter), value_namespace_of(filter)}) {
         text += part;
         text += '\x1f';
     }
     for (int32_t i = 0; i < filter.attribute_count && filter.attributes != nullptr; ++i) {
         text += std::string(filter.attributes[i].name) + '=' + filter.attributes[i].value + '\x1f';
     }
-    for (const Node &child : children_of(filter)) {
+    for (const Node &child : children(filter)) {
         append_content(text, child);
     }
     text += '\x1e';
@@ -100,7 +95,7 @@ struct Parts {
 
     explicit Parts(const Node &filter) {
         std::unordered_set<std::string> met;
-        for (const Node &child : children_of(filter)) {
+        for (const Node &child : children(filter)) {
             if (is_content_match(child)) {
                 values.push_back(&child);
                 continue;
@@ -141,7 +136,7 @@ struct Parts {
 private:
     static void find_values(const Node &node, std::span<const std::string_view> path, const Group::ByValue &by_value,
                             std::unordered_set<const std::vector<const Node *> *> &found) {
-        for (const Node &child : children_of(node)) {
+        for (const Node &child : children(node)) {
             if (path.front() != tag_of(child)) {
                 continue;
             }
@@ -163,26 +158,22 @@ void keep_at_least(Node &node, uint32_t verdict) {
     set_verdict(node, std::max(node.node_kind, verdict));
 }
 
-std::span<Node> own_children(Node &node) {
-    return {node.subtrees, children_of(node).size()};
-}
-
 void drop_all(Node &root) {
     std::vector<Node *> pending{&root};  // as deep as a mapping has built it
     while (!pending.empty()) {
         Node &node = *pending.back();
         pending.pop_back();
         set_verdict(node, TVK_NODE_KIND_NONE);
-        for (Node &child : own_children(node)) {
+        for (Node &child : children(node)) {
             pending.push_back(&child);
         }
     }
 }
 
 bool is_asked_for_whole(const Node &filter, const Node &top) {
-    const auto filters = children_of(filter);
+    const auto filters = children(filter);
     return std::any_of(filters.begin(), filters.end(), [&](const Node &one) {
-        return children_of(one).empty() && !is_content_match(one) && is_named(one, top) && has_attributes_of(one, top);
+        return children(one).empty() && !is_content_match(one) && is_named(one, top) && has_attributes_of(one, top);
     });
 }
 
@@ -190,7 +181,7 @@ const Node *walked_child(const Node *walked, const Node &node) {
     if (walked == nullptr) {
         return nullptr;
     }
-    const auto children = children_of(*walked);
+    const auto children = tvk::children(*walked);
     const auto child =
         std::find_if(children.begin(), children.end(), [&](const Node &other) { return is_named(other, node); });
     return child != children.end() ? &*child : nullptr;
@@ -198,10 +189,10 @@ const Node *walked_child(const Node *walked, const Node &node) {
 
 // What the walk knows of the keys of an entry: it marks them in the filter, all or none.
 void keep_keys(Node &entry, const Node *walked) {
-    const auto known = walked != nullptr ? children_of(*walked) : std::span<const Node>();
-    const auto is_key = [](const Node &child) { return (child.presence & TVK_HAS_IS_KEY) != 0; };
+    const auto known = walked != nullptr ? children(*walked) : NodeRange<const Node>();
+    const auto is_key = [](const Node &child) { return has(child, TVK_HAS_IS_KEY); };
     if (!known.empty()) {
-        for (Node &child : own_children(entry)) {
+        for (Node &child : children(entry)) {
             const auto key = std::find_if(known.begin(), known.end(), [&](const Node &other) {
                 return is_key(other) && std::strcmp(tag_of(other), tag_of(child)) == 0;
             });
@@ -211,9 +202,9 @@ void keep_keys(Node &entry, const Node *walked) {
         }
         return;
     }
-    const auto children = own_children(entry);
+    const auto children = tvk::children(entry);
     const auto inner =
-        std::find_if(children.begin(), children.end(), [](const Node &child) { return !children_of(child).empty(); });
+        std::find_if(children.begin(), children.end(), [](const Node &child) { return !tvk::children(child).empty(); });
     if (inner != children.end()) {
         std::for_each(children.begin(), inner, [](Node &leaf) { keep_at_least(leaf, TVK_NODE_KIND_KA); });
     }
@@ -226,7 +217,7 @@ public:
         if (!has_attributes_of(filter, node)) {
             return false;
         }
-        if (children_of(filter).empty()) {
+        if (children(filter).empty()) {
             keep_at_least(node, TVK_NODE_KIND_KA);
             return true;
         }
@@ -252,7 +243,7 @@ public:
 
     bool select_children(const Parts &parts, Node &node, const Node *walked) {
         bool any = false;
-        for (Node &child : own_children(node)) {
+        for (Node &child : children(node)) {
             parts.visit_candidates(child, [&](const Node &filter) {
                 any = (is_named(filter, child) && select(filter, child, walked_child(walked, child))) || any;
             });
@@ -268,7 +259,7 @@ public:
 private:
     static bool match_values(const Parts &parts, const Node &node) {
         return std::all_of(parts.values.begin(), parts.values.end(), [&](const Node *value) {
-            const auto children = children_of(node);
+            const auto children = tvk::children(node);
             return std::any_of(children.begin(), children.end(), [&](const Node &child) {
                 return is_named(*value, child) && has_value_of(*value, child) && has_attributes_of(*value, child);
             });
@@ -276,7 +267,7 @@ private:
     }
 
     static void keep_value(const Node &value, Node &node) {
-        for (Node &child : own_children(node)) {
+        for (Node &child : children(node)) {
             if (is_named(value, child) && has_value_of(value, child)) {
                 keep_at_least(child, TVK_NODE_KIND_KA);
             }
@@ -289,7 +280,7 @@ private:
 }  // namespace
 
 void mark_selected(const Node &filter, const Node &walked, Node &response) {
-    for (Node &top : own_children(response)) {
+    for (Node &top : children(response)) {
         // Nobody looks below a node that is kept with all that it has.
         is_asked_for_whole(filter, top) ? set_verdict(top, TVK_NODE_KIND_NONE) : drop_all(top);
     }
@@ -299,4 +290,4 @@ void mark_selected(const Node &filter, const Node &walked, Node &response) {
     set_verdict(response, TVK_NODE_KIND_KN);
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

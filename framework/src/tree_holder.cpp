@@ -5,10 +5,11 @@
 #include <cstdint>
 #include <functional>
 #include <new>
+#include <span>
 #include <unordered_set>
 #include <vector>
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 namespace {
 
@@ -90,11 +91,11 @@ ChildArrays::ChildArrays(const Node &tree) {
     while (!pending.empty()) {
         const Node &node = *pending.back();
         pending.pop_back();
-        if (children_of(node).empty()) {
+        if (children(node).empty()) {
             continue;
         }
         arrays_.push_back(node.subtrees);
-        for (const Node &child : children_of(node)) {
+        for (const Node &child : children(node)) {
             pending.push_back(&child);
         }
     }
@@ -111,7 +112,7 @@ void own_arrays(Node &tree, std::initializer_list<const ChildArrays *> others) {
     while (!pending.empty()) {
         Node &node = *pending.back();
         pending.pop_back();
-        if (children_of(node).empty()) {
+        if (children(node).empty()) {
             continue;
         }
         const bool is_shown = std::any_of(others.begin(), others.end(),
@@ -126,4 +127,4 @@ void own_arrays(Node &tree, std::initializer_list<const ChildArrays *> others) {
     }
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -17,7 +17,7 @@
 namespace tvk::fuzz {
 
 struct Example {
-    tool::Mappings mappings;
+    framework::Mappings mappings;
     std::string native_before_edit;
     std::string native_device;
 };
@@ -31,7 +31,7 @@ std::uint64_t read_failing_allocation(Input &input);
 void require_document(const tool::Reply &reply);
 
 // Answers with an index and without must be the same. Documents that are refused, and running out of memory, end it.
-void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::Reply(tool::Framework &)> &answer);
+void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::Reply(framework::Framework &)> &answer);
 
 }  // namespace tvk::fuzz
 

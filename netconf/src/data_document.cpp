@@ -2,7 +2,7 @@
 
 #include "netconf/rpc_envelope.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 namespace {
 
@@ -23,7 +23,7 @@ bool is_file_data(const xmlNode *element) {
 const Layout kDataLayout{is_file_data, Values::kAsWritten};
 const Layout kNativeLayout{is_file_data, Values::kAsWritten, Edits::kRefused};
 
-void take_data(XmlDocument document, TreeHolder &data) {
+void take_data(XmlDocument document, framework::TreeHolder &data) {
     xmlNode *root = document.root();
     const std::vector<xmlNode *> tops = is_reply(root)                ? open_reply(document, root)
                                         : is_envelope(root, "config") ? document.child_elements(root)
@@ -31,4 +31,4 @@ void take_data(XmlDocument document, TreeHolder &data) {
     move_data(tops, data.root());
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -12,7 +12,7 @@
 #include "framework/diagnostics.h"
 #include "netconf/xml_text.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 namespace {
 
@@ -20,11 +20,11 @@ constexpr size_t kMaxAttributes = 1000;
 
 [[noreturn]] void fail(std::string_view bytes, size_t at, const std::string &name, const std::string &reason) {
     const std::string_view before = bytes.substr(0, at);
-    throw UsageError(name, static_cast<long>(1 + std::count(before.begin(), before.end(), '\n')), reason);
+    throw framework::UsageError(name, static_cast<long>(1 + std::count(before.begin(), before.end(), '\n')), reason);
 }
 
 [[noreturn]] void fail(const std::string &name, const std::string &reason) {
-    throw UsageError(name, 1, reason);
+    throw framework::UsageError(name, 1, reason);
 }
 
 // ---- Framing ----
@@ -213,10 +213,10 @@ void check_text(const std::string &text, const char *zero, const std::string &na
 
 DocumentBytes prepare_bytes(std::string bytes, const std::string &name) {
     if (bytes.empty()) {
-        throw UsageError(name, 0, "is empty; an XML document was expected");
+        throw framework::UsageError(name, 0, "is empty; an XML document was expected");
     }
     if (bytes.size() > INT_MAX / 2) {
-        throw UsageError(name, 0, "is larger than 1 GiB, which the XML parser does not read");
+        throw framework::UsageError(name, 0, "is larger than 1 GiB, which the XML parser does not read");
     }
     const xmlCharEncoding encoding = detected(bytes);
     if (encoding == XML_CHAR_ENCODING_UTF16LE || encoding == XML_CHAR_ENCODING_UTF16BE) {
@@ -235,7 +235,7 @@ DocumentBytes prepare_bytes(std::string bytes, const std::string &name) {
     take_off_framing(bytes, name);
     DocumentBytes document{std::move(bytes), false};
     if (document.text.find_first_not_of(kBlanks) == std::string::npos) {
-        throw UsageError(name, 0, "is empty; an XML document was expected");
+        throw framework::UsageError(name, 0, "is empty; an XML document was expected");
     }
     const bool is_marked = document.text.starts_with(kByteOrderMark);
     check_encoding(declared_encoding(std::string_view(document.text).substr(is_marked ? kByteOrderMark.size() : 0)),
@@ -244,4 +244,4 @@ DocumentBytes prepare_bytes(std::string bytes, const std::string &name) {
     return document;
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

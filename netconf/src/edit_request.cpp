@@ -7,7 +7,7 @@
 #include "netconf/operation.h"
 #include "netconf/rpc_envelope.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 namespace {
 
@@ -35,7 +35,7 @@ std::optional<uint32_t> default_operation_of(const XmlDocument &document, const 
         return std::nullopt;
     }
     const std::string text = parameter_text(document, element);
-    return text == "none" ? kNoOperation : *index_of_name(kOperationNames, text);
+    return text == "none" ? framework::kNoOperation : *index_of_name(kOperationNames, text);
 }
 
 std::vector<xmlNode *> open_config(const XmlDocument &document, const xmlNode *config) {
@@ -123,7 +123,7 @@ EditPayload find_edit_payload(const XmlDocument &document) {
     return payload;
 }
 
-EditRequest read_edit(XmlDocument document, TreeHolder &request) {
+EditRequest read_edit(XmlDocument document, framework::TreeHolder &request) {
     EditPayload payload = find_edit_payload(document);
     payload.request.parameters.has_inserts = std::any_of(payload.tops.begin(), payload.tops.end(),
                                                          [](const xmlNode *top) { return data_of(top).has_inserts; });
@@ -131,4 +131,4 @@ EditRequest read_edit(XmlDocument document, TreeHolder &request) {
     return std::move(payload.request);
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -9,7 +9,7 @@
 #include "netconf/rpc_envelope.h"
 #include "netconf/with_defaults.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 namespace {
 
@@ -35,7 +35,7 @@ uint8_t with_defaults_of(const XmlDocument &document, const xmlNode *operation) 
         if (std::exchange(first, child) != nullptr) {
             document.fail(child, named(operation) + " holds a second <with-defaults>");
         }
-        if (std::strcmp(namespace_of(child->ns), kWithDefaultsNamespace) != 0) {
+        if (std::strcmp(uri_of(child->ns), kWithDefaultsNamespace) != 0) {
             document.fail(child, std::string("<with-defaults> is not in its namespace, ") + kWithDefaultsNamespace);
         }
         const std::string name = parameter_text(document, child);
@@ -68,7 +68,7 @@ void read_operation(const XmlDocument &document, const xmlNode *operation, GetPa
 bool is_message(const xmlNode *root) {
     constexpr const char *kNames[] = {"rpc",         "get",    "get-config", "filter",   "edit-config",
                                       "copy-config", "config", "data",       "rpc-reply"};
-    return std::strcmp(namespace_of(root->ns), kNetconfNamespace) == 0 ||
+    return std::strcmp(uri_of(root->ns), kNetconfNamespace) == 0 ||
            std::any_of(std::begin(kNames), std::end(kNames), [&](const char *name) { return is_envelope(root, name); });
 }
 
@@ -98,14 +98,14 @@ GetPayload find_get_payload(const XmlDocument &document) {
     return payload;
 }
 
-GetRequest read_get(XmlDocument document, const Mappings &mappings, TreeHolder &asked) {
+GetRequest read_get(XmlDocument document, const framework::Mappings &mappings, framework::TreeHolder &asked) {
     GetPayload payload = find_get_payload(document);
     if (payload.filter) {
         move_data(*payload.filter, asked.root());
     } else {
-        select_everything(mappings, asked);
+        framework::select_everything(mappings, asked);
     }
     return std::move(payload.request);
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -11,7 +11,7 @@
 #include "netconf/operation.h"
 #include "netconf/xml_document.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 namespace {
 
@@ -63,20 +63,20 @@ bool read_insert_keys(const char *text, qidl_tvk_edit_insert &insert) {
     if (keys.empty()) {
         return false;
     }
-    insert.keys = zeroed_array<qidl_tvk_name_value>(keys.size());
+    insert.keys = framework::zeroed_array<qidl_tvk_name_value>(keys.size());
     for (const auto &[name, value] : keys) {
         qidl_tvk_name_value &key = insert.keys[insert.key_count++];
-        key.name = copy_text(name.c_str());
-        key.value = copy_text(value.c_str());
+        key.name = framework::copy_text(name.c_str());
+        key.value = framework::copy_text(value.c_str());
     }
-    insert.keys_str = copy_text(text);
+    insert.keys_str = framework::copy_text(text);
     insert.keys_presence = kPresent;
     insert.insert_presence |= TVK_INSERT_HAS_KEYS;
     return true;
 }
 
 void read_insert_value(const char *text, qidl_tvk_edit_insert &insert) {
-    insert.value = copy_text(text);
+    insert.value = framework::copy_text(text);
     insert.value_presence = kPresent;
     insert.insert_presence |= TVK_INSERT_HAS_VALUE;
 }
@@ -95,4 +95,4 @@ std::string insert_key_text(const qidl_tvk_edit_insert &insert, const char *pref
     return text;
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

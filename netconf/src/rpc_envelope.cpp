@@ -6,10 +6,10 @@
 
 #include "netconf/namespaces.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 bool is_envelope(const xmlNode *element, const char *name) {
-    const char *ns = namespace_of(element->ns);
+    const char *ns = uri_of(element->ns);
     return std::strcmp(as_text(element->name), name) == 0 && (*ns == '\0' || std::strcmp(ns, kNetconfNamespace) == 0);
 }
 
@@ -26,7 +26,7 @@ void check_children(const XmlDocument &document, const xmlNode *parent, std::ini
     std::set<std::string> met;
     for (xmlNode *child : document.child_elements(parent)) {
         const char *name = as_text(child->name);
-        const bool is_parameter = std::strcmp(namespace_of(child->ns), kWithDefaultsNamespace) == 0;
+        const bool is_parameter = std::strcmp(uri_of(child->ns), kWithDefaultsNamespace) == 0;
         const bool is_known = std::any_of(names.begin(), names.end(), [&](const char *known) {
             return is_envelope(child, known) || (is_parameter && std::strcmp(name, known) == 0);
         });
@@ -74,8 +74,7 @@ RpcAttributes attributes_of(const xmlNode *rpc) {
     RpcAttributes attributes;
     for (const xmlAttr *attribute = rpc->properties; attribute != nullptr; attribute = attribute->next) {
         xmlChar *value = xmlNodeListGetString(rpc->doc, attribute->children, 1);
-        attributes.push_back(
-            {as_text(attribute->name), namespace_of(attribute->ns), value != nullptr ? as_text(value) : ""});
+        attributes.push_back({as_text(attribute->name), uri_of(attribute->ns), value != nullptr ? as_text(value) : ""});
         xmlFree(value);
     }
     return attributes;
@@ -89,4 +88,4 @@ Rpc open_rpc(const XmlDocument &document, xmlNode *rpc) {
     return {operations.front(), attributes_of(rpc)};
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -4,7 +4,7 @@
 #include "netconf/xml_encode.h"
 #include "netconf/xml_output.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 namespace {
 
@@ -24,7 +24,7 @@ void start_reply(XmlOutput &output, const RpcAttributes &attributes) {
     }
 }
 
-void write_path(XmlOutput &output, const XPath &path) {
+void write_path(XmlOutput &output, const framework::XPath &path) {
     output.start("error-path");
     for (size_t i = 0; i < path.namespaces.size(); ++i) {
         output.attribute(("xmlns:ns" + std::to_string(i + 1)).c_str(), writable(path.namespaces[i]));
@@ -40,7 +40,7 @@ void write_message(XmlOutput &output, const std::string &message) {
     output.end();
 }
 
-void write_info(XmlOutput &output, const RpcError &error) {
+void write_info(XmlOutput &output, const framework::RpcError &error) {
     output.start("error-info");
     if (!error.bad_attribute.empty()) {
         output.leaf("bad-attribute", writable(error.bad_attribute));
@@ -54,7 +54,7 @@ void write_info(XmlOutput &output, const RpcError &error) {
     output.end();
 }
 
-void write_error(XmlOutput &output, const RpcError &error) {
+void write_error(XmlOutput &output, const framework::RpcError &error) {
     output.start("rpc-error");
     output.leaf("error-type", "application");
     output.leaf("error-tag", error.tag);
@@ -79,13 +79,13 @@ std::string encode_data_reply(const Node &root, const RpcAttributes &attributes)
     return output.finish();
 }
 
-std::string encode_rpc_errors(const std::vector<RpcError> &errors, const RpcAttributes &attributes) {
+std::string encode_rpc_errors(const std::vector<framework::RpcError> &errors, const RpcAttributes &attributes) {
     XmlOutput output;
     start_reply(output, attributes);
-    for (const RpcError &error : errors) {
+    for (const framework::RpcError &error : errors) {
         write_error(output, error);
     }
     return output.finish();
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

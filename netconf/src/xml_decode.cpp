@@ -12,7 +12,7 @@
 #include "netconf/operation.h"
 #include "netconf/xml_text.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 namespace {
 
@@ -55,10 +55,10 @@ Role role_of(const Attribute &attribute) {
 
 DataDecoder::~DataDecoder() {
     for (Element &element : open_) {
-        release(element.node);
+        framework::release(element.node);
     }
     for (Node &node : ended_) {
-        release(node);
+        framework::release(node);
     }
 }
 
@@ -67,14 +67,14 @@ void DataDecoder::start(const StartTag &tag) {
     text_.clear();
     open_.push_back({Node{}, ended_.size(), declarations_.size(), tag.line});
     Node &node = open_.back().node;
-    node.tag = copy_text(as_text(tag.name));
+    node.tag = framework::copy_text(as_text(tag.name));
     set_present(node, TVK_HAS_TAG);
     declare(tag);
     if (tag.ns != nullptr) {
         if (std::strcmp(as_text(tag.ns), kXmlNamespace) == 0) {
             fail(std::string("<xml:") + node.tag + "> is in the namespace of XML itself, which no data node is");
         }
-        node.ns = copy_text(checked_namespace(as_text(tag.ns)));
+        node.ns = framework::copy_text(checked_namespace(as_text(tag.ns)));
         set_present(node, TVK_HAS_NS);
     }
     if (tag.attribute_count > 0) {
@@ -141,7 +141,7 @@ void DataDecoder::decode_attributes(const StartTag &tag) {
                 break;
         }
     }
-    if (has_insert(node)) {
+    if (carries_insert(node)) {
         set_present(node, TVK_HAS_EDIT_INSERT);
         met_insert_ = true;
         check_insert();
@@ -167,27 +167,26 @@ void DataDecoder::decode_operation(const std::string &text) {
         refuse("operation", text, std::string("is none of ") + kOperationList);
     }
     Node &node = open_.back().node;
-    node.operation = *operation;
-    set_present(node, TVK_HAS_OPERATION);
+    set_operation(node, *operation);
 }
 
 void DataDecoder::add_attribute(const char *name, const char *ns, const std::string &text, size_t room) {
     const std::string qualified = *checked_namespace(ns) != '\0' ? "{" + std::string(ns) + "}" + name : name;
     Node &node = open_.back().node;
     if (node.attributes == nullptr) {  // not before one is counted, too: a release goes by the count
-        node.attributes = zeroed_array<qidl_tvk_name_value>(room);
+        node.attributes = framework::zeroed_array<qidl_tvk_name_value>(room);
         set_present(node, TVK_HAS_ATTRIBUTES);
     }
     qidl_tvk_name_value &entry = node.attributes[node.attribute_count++];
-    entry.name = copy_text(qualified.c_str());
-    entry.value = copy_text(text.c_str());
+    entry.name = framework::copy_text(qualified.c_str());
+    entry.value = framework::copy_text(text.c_str());
 }
 
 void DataDecoder::take_children() {
     const size_t first = open_.back().child;
     Node &node = open_.back().node;
     const size_t count = ended_.size() - first;
-    node.subtrees = zeroed_array<Node>(count);
+    node.subtrees = framework::zeroed_array<Node>(count);
     node.subtree_count = static_cast<int32_t>(count);
     set_present(node, TVK_HAS_SUBTREES);
     std::copy_n(&ended_[first], count, node.subtrees);
@@ -205,11 +204,11 @@ void DataDecoder::set_value() {
     Node &node = open_.back().node;
     if (const char *colon = std::strchr(text, ':'); colon != nullptr) {
         if (const char *ns = identity_namespace(std::string(text, colon), colon + 1)) {
-            node.data_ns = copy_text(checked_namespace(ns));
+            node.data_ns = framework::copy_text(checked_namespace(ns));
             set_present(node, TVK_HAS_DATA_NS);
         }
     }
-    node.data = copy_text(text);
+    node.data = framework::copy_text(text);
     set_present(node, TVK_HAS_DATA);
 }
 
@@ -253,7 +252,7 @@ void DataDecoder::refuse(const char *what, const std::string &text, const std::s
 }
 
 void DataDecoder::fail(const std::string &reason) const {
-    throw UsageError(file_, open_.back().line, reason);
+    throw framework::UsageError(file_, open_.back().line, reason);
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -6,7 +6,7 @@
 #include "framework/heap.h"
 #include "netconf/document_bytes.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 std::optional<std::string> attribute_of(const xmlNode *element, const char *name) {
     xmlChar *value = xmlGetProp(element, as_xml(name));
@@ -36,22 +36,22 @@ std::vector<xmlNode *> XmlDocument::child_elements(const xmlNode *parent) const 
 }
 
 void XmlDocument::fail(const xmlNode *element, const std::string &reason) const {
-    throw UsageError(name_, line_of(element), reason);
+    throw framework::UsageError(name_, line_of(element), reason);
 }
 
 void move_data(const std::vector<xmlNode *> &elements, Node &root) {
     if (elements.empty()) {
         return;
     }
-    root.subtrees = zeroed_array<Node>(elements.size());
+    root.subtrees = framework::zeroed_array<Node>(elements.size());
     set_present(root, TVK_HAS_SUBTREES);
     for (const xmlNode *element : elements) {
         DataElement &data = data_of(element);
         if (data.fault) {
-            throw UsageError(*data.fault);
+            throw framework::UsageError(*data.fault);
         }
         root.subtrees[root.subtree_count++] = std::exchange(data.tree.root(), Node{});
     }
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

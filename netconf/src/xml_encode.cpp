@@ -9,7 +9,7 @@
 #include "netconf/operation.h"
 #include "netconf/xml_document.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 namespace {
 
@@ -75,7 +75,7 @@ void write_attribute(XmlOutput &output, const Node &node, const std::string &nam
 }
 
 void write_attributes(XmlOutput &output, const Node &node) {
-    if ((node.presence & TVK_HAS_ATTRIBUTES) == 0 || node.attributes == nullptr) {
+    if (!has(node, TVK_HAS_ATTRIBUTES) || node.attributes == nullptr) {
         return;
     }
     std::set<std::string> written;
@@ -99,11 +99,11 @@ bool is_own_prefix(const std::string &prefix) {
 
 void write_value(XmlOutput &output, const Node &node) {
     const char *value = value_of(node);
-    const char *ns = text_of(node, node.data_ns, TVK_HAS_DATA_NS);
+    const char *ns = value_namespace_of(node);
     if (*value == '\0') {
         return;
     }
-    if (!children_of(node).empty()) {
+    if (!children(node).empty()) {
         throw EncodeError(quoted(node.tag) + " has a value and children as well");
     }
     if (*ns == '\0') {
@@ -133,7 +133,7 @@ void start_node(XmlOutput &output, const Node &node, const char *outer_ns, TreeM
     if (!is_name(tag)) {
         throw EncodeError(quoted(tag) + " is no name for an element");
     }
-    if (is_reserved(namespace_of(node)) || is_reserved(text_of(node, node.data_ns, TVK_HAS_DATA_NS))) {
+    if (is_reserved(namespace_of(node)) || is_reserved(value_namespace_of(node))) {
         throw EncodeError(quoted(tag) + " is in the namespace of XML itself");
     }
     output.start(tag);
@@ -144,7 +144,7 @@ void start_node(XmlOutput &output, const Node &node, const char *outer_ns, TreeM
         write_operation(output, node);
         marks.operations = true;
     }
-    if (has_insert(node)) {
+    if (carries_insert(node)) {
         write_insert(output, node);
         marks.inserts = true;
     }
@@ -166,7 +166,7 @@ TreeMarks write_children(XmlOutput &output, const Node &root, const char *outer_
     std::vector<Level> open{{&root, outer_ns, 0}};
     while (!open.empty()) {
         Level &level = open.back();
-        const std::span<const Node> children = children_of(*level.node);
+        const auto children = tvk::children(*level.node);
         if (level.next < children.size()) {
             const Node &child = children[level.next++];
             if (open.size() > kMaxLevels) {
@@ -208,4 +208,4 @@ std::string encode_config(const Node &root) {
     return output.finish();
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

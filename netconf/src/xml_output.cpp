@@ -7,7 +7,7 @@
 
 #include "netconf/xml_document.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 namespace {
 
@@ -201,4 +201,4 @@ void XmlOutput::append(std::string &out, const char *what, std::string_view valu
                       "' holds a character that XML cannot express (byte " + byte + ")");
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -12,7 +12,7 @@
 
 #include "netconf/xml_text.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 namespace {
 
@@ -86,7 +86,8 @@ public:
             fault_.note(line(), "not well-formed XML: a zero character");
         }
         if (!parsed || !fault_.reason.empty()) {
-            throw UsageError(name_, fault_.line, fault_.reason.empty() ? "not well-formed XML" : fault_.reason);
+            throw framework::UsageError(name_, fault_.line,
+                                        fault_.reason.empty() ? "not well-formed XML" : fault_.reason);
         }
         parsed_.document.reset(std::exchange(parser_->myDoc, nullptr));
         return std::move(parsed_);
@@ -203,7 +204,7 @@ private:
         }
         try {
             step(*decoder_);
-        } catch (const UsageError &fault) {
+        } catch (const framework::UsageError &fault) {
             parsed_.data.back().fault = fault;
             decoder_.reset();
         }
@@ -245,4 +246,4 @@ DataElement &data_of(const xmlNode *element) {
     return *static_cast<DataElement *>(element->_private);
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

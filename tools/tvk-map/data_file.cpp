@@ -24,7 +24,7 @@ struct CloseFile {
 std::string read_bytes(const std::string &path, const std::string &name) {
     const std::unique_ptr<std::FILE, CloseFile> file(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
     if (!file) {
-        throw UsageError(name, 0, std::string("cannot be opened: ") + std::strerror(errno));
+        throw framework::UsageError(name, 0, std::string("cannot be opened: ") + std::strerror(errno));
     }
     std::string bytes;
     char buffer[65536];
@@ -33,20 +33,20 @@ std::string read_bytes(const std::string &path, const std::string &name) {
         bytes.append(buffer, got);
     }
     if (std::ferror(file.get()) != 0) {
-        throw UsageError(name, 0, std::string("cannot be read: ") + std::strerror(errno));
+        throw framework::UsageError(name, 0, std::string("cannot be read: ") + std::strerror(errno));
     }
     return bytes;
 }
 
 }  // namespace
 
-XmlDocument read_document(const std::string &path, const Layout &layout) {
+netconf::XmlDocument read_document(const std::string &path, const netconf::Layout &layout) {
     const std::string name = path == "-" ? kStandardInput : path;
-    return XmlDocument::parse(read_bytes(path, name), name, layout);
+    return netconf::XmlDocument::parse(read_bytes(path, name), name, layout);
 }
 
-void read_data(const std::string &path, const Layout &layout, TreeHolder &data) {
-    take_data(read_document(path, layout), data);
+void read_data(const std::string &path, const netconf::Layout &layout, framework::TreeHolder &data) {
+    netconf::take_data(read_document(path, layout), data);
 }
 
 }  // namespace tvk::tool

@@ -8,9 +8,10 @@
 
 namespace tvk::tool {
 
-Reply answer_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees, const EditRequest &request,
-                  bool tree) {
-    const std::vector<RpcError> errors = make_edit(mappings, framework, trees, request.parameters);
+Reply answer_edit(const framework::Mappings &mappings, framework::Framework &framework, framework::RequestTrees &trees,
+                  const netconf::EditRequest &request, bool tree) {
+    const std::vector<framework::RpcError> errors =
+        framework::make_edit(mappings, framework, trees, request.parameters);
     if (!errors.empty()) {
         return refusal(errors, request.attributes);
     }
@@ -19,25 +20,27 @@ Reply answer_edit(const Mappings &mappings, Framework &framework, RequestTrees &
 
 int run_edit(const EditOptions &options) {
     check_inputs(options.request, options.into, "only one of REQUEST and --into can be standard input");
-    const Mappings mappings = Mappings::load(options.mappings);
-    RequestTrees trees;
-    const EditRequest request = read_edit(read_document(options.request, kEditLayout), trees.request);
-    TreeHolder before;
+    const framework::Mappings mappings = framework::Mappings::load(options.mappings);
+    framework::RequestTrees trees;
+    const netconf::EditRequest request =
+        netconf::read_edit(read_document(options.request, netconf::kEditLayout), trees.request);
+    framework::TreeHolder before;
     if (!options.into.empty()) {
-        read_data(options.into, kNativeLayout, trees.native);
+        read_data(options.into, netconf::kNativeLayout, trees.native);
         if (options.apply) {
-            copy_tree(trees.native.root(), before.root());
+            framework::copy_tree(trees.native.root(), before.root());
         }
     }
-    Framework framework(options.trace);
+    framework::Framework framework(options.trace);
     if (!options.apply) {
         return print(answer_edit(mappings, framework, trees, request, options.tree));
     }
-    const std::vector<RpcError> errors = make_edit(mappings, framework, trees, request.parameters);
+    const std::vector<framework::RpcError> errors =
+        framework::make_edit(mappings, framework, trees, request.parameters);
     if (!errors.empty()) {
         return print(refusal(errors, request.attributes));
     }
-    Shapes shapes(mappings);
+    framework::Shapes shapes(mappings);
     return print(answer_apply(before, trees.native.root(), TVK_OPERATION_MERGE, shapes,
                               {request.attributes, options.changes, options.tree}));
 }

@@ -24,7 +24,7 @@ struct EditOptions {
 int run_edit(const EditOptions &options);
 
 // The step between the command's files and its output.
-Reply answer_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees, const EditRequest &request,
-                  bool tree);
+Reply answer_edit(const framework::Mappings &mappings, framework::Framework &framework, framework::RequestTrees &trees,
+                  const netconf::EditRequest &request, bool tree);
 
 }  // namespace tvk::tool

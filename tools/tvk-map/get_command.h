@@ -26,7 +26,8 @@ struct GetOptions {
 int run_get(const GetOptions &options);
 
 // The step between the command's files and its output.
-Reply answer_get(const Mappings &mappings, Framework &framework, Session &session, RequestTrees &trees,
-                 const GetRequest &request, MarkPhase mark, bool tree);
+Reply answer_get(const framework::Mappings &mappings, framework::Framework &framework, framework::Session &session,
+                 framework::RequestTrees &trees, const netconf::GetRequest &request, framework::MarkPhase mark,
+                 bool tree);
 
 }  // namespace tvk::tool

@@ -7,8 +7,8 @@
 namespace tvk::tool {
 
 int run_print(const PrintOptions &options) {
-    TreeHolder data;
-    read_data(options.file, kDataLayout, data);
+    framework::TreeHolder data;
+    read_data(options.file, netconf::kDataLayout, data);
     write_out(tree_listing(data.root(), options.namespaces));
     return kExitSuccess;
 }

@@ -10,27 +10,27 @@ namespace tvk::tool {
 
 void check_inputs(const std::string &first, const std::string &second, const char *rule) {
     if (first == "-" && second == "-") {
-        throw UsageError(rule);
+        throw framework::UsageError(rule);
     }
 }
 
-Reply refusal(const std::vector<RpcError> &errors, const RpcAttributes &attributes) {
-    return {kExitMappingFailed, encode_rpc_errors(errors, attributes)};
+Reply refusal(const std::vector<framework::RpcError> &errors, const netconf::RpcAttributes &attributes) {
+    return {kExitMappingFailed, netconf::encode_rpc_errors(errors, attributes)};
 }
 
-Reply encoded(const std::function<std::string()> &encode, const RpcAttributes &attributes) {
+Reply encoded(const std::function<std::string()> &encode, const netconf::RpcAttributes &attributes) {
     try {
         return {kExitSuccess, encode()};
-    } catch (const EncodeError &error) {
-        RpcError unwritable;
+    } catch (const netconf::EncodeError &error) {
+        framework::RpcError unwritable;
         unwritable.tag = "operation-failed";
         unwritable.message = std::string("The mapping's result cannot be written as XML: ") + error.what() + ".";
         return refusal({unwritable}, attributes);
     }
 }
 
-Reply config_reply(const Node &root, const RpcAttributes &attributes, bool tree) {
-    return encoded([&] { return tree ? tree_listing(root) : encode_config(root); }, attributes);
+Reply config_reply(const Node &root, const netconf::RpcAttributes &attributes, bool tree) {
+    return encoded([&] { return tree ? tree_listing(root) : netconf::encode_config(root); }, attributes);
 }
 
 int print(const Reply &reply) {

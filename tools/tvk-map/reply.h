@@ -20,13 +20,13 @@ struct Reply {
     std::string text;
 };
 
-Reply refusal(const std::vector<RpcError> &errors, const RpcAttributes &attributes);
+Reply refusal(const std::vector<framework::RpcError> &errors, const netconf::RpcAttributes &attributes);
 
 // What encode returns, or, when it throws EncodeError, that as an error.
-Reply encoded(const std::function<std::string()> &encode, const RpcAttributes &attributes);
+Reply encoded(const std::function<std::string()> &encode, const netconf::RpcAttributes &attributes);
 
 // The children of root as a <config>, or as a listing.
-Reply config_reply(const Node &root, const RpcAttributes &attributes, bool tree);
+Reply config_reply(const Node &root, const netconf::RpcAttributes &attributes, bool tree);
 
 // Returns the exit status. Throws UsageError.
 int print(const Reply &reply);

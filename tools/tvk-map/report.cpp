@@ -20,7 +20,7 @@ bool colour_wanted() {
 
 void report(const std::string &text) {
     const char *prefix = colour_wanted() ? "\033[1;31mtvk-map:\033[0m" : "tvk-map:";
-    std::fprintf(stderr, "%s %s\n", prefix, printable(text).c_str());
+    std::fprintf(stderr, "%s %s\n", prefix, framework::printable(text).c_str());
 }
 
 }  // namespace tvk::tool

@@ -8,7 +8,7 @@
 #include "framework/rpc_error.h"
 #include "framework/tree_holder.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 // What only a default can be: nothing is done where no node says what to do.
 inline constexpr uint32_t kNoOperation = UINT32_MAX;
@@ -25,4 +25,4 @@ inline constexpr uint32_t kNoOperation = UINT32_MAX;
 std::optional<RpcError> apply_edit(TreeHolder &data, const Node &edit, uint32_t default_operation, const Shapes &shapes,
                                    TreeHolder &changes);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

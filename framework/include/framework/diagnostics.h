@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 // Bad arguments, files or modules.
 class UsageError : public std::runtime_error {
@@ -20,4 +20,4 @@ public:
 std::string printable(const std::string &text);
 bool has_controls(std::string_view text);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

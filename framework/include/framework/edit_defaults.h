@@ -6,7 +6,7 @@
 
 #include "framework/mapping_run.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 /*
  * <copy-config>, or default-operation replace: each top container of request without an operation replaces what is
@@ -23,4 +23,4 @@ void replace_all(TreeHolder &request, const TopNames &others);
  */
 std::vector<RpcError> drop_what_does_nothing(const Mappings &mappings, Framework &framework, RequestTrees &trees);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -8,7 +8,7 @@
 #include "framework/data_edit.h"
 #include "framework/mapping_run.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 // What an edit says beside its data.
 struct EditParameters {
@@ -22,4 +22,4 @@ struct EditParameters {
 std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,
                                 const EditParameters &parameters);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -8,7 +8,7 @@
 #include "framework/module_loader.h"
 #include "framework/tree_holder.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 // The filter that selects all that the modules map. filter has no nodes yet.
 void select_everything(const Mappings &mappings, TreeHolder &filter);
@@ -34,4 +34,4 @@ using MarkPhase = uint32_t (*)(tvk_map_ctx ctx, Node *filter, Node *response);
 // NETCONF. A top container of which nothing is left goes.
 void prune(RequestScope &scope, MarkPhase mark, const Node &asked, TreeHolder &walked, TreeHolder &response);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -13,7 +13,7 @@
 #include "tvk_map_session.h"
 #include "tvk_map_types.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 // What mapping contexts ask for unless someone wants to know the difference.
 inline constexpr uint32_t kIndexChildrenFrom = 16;
@@ -128,4 +128,4 @@ private:
     Unmapped unmapped_;
 };
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -8,7 +8,7 @@
 #include "framework/mapping_run.h"
 #include "tvk_map_session.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 // What a read says beside its filter.
 struct GetParameters {
@@ -22,4 +22,4 @@ struct GetParameters {
 std::vector<RpcError> make_get(const Mappings &mappings, Framework &framework, Session &session,
                                const GetParameters &parameters, MarkPhase mark, RequestTrees &trees);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

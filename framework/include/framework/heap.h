@@ -7,7 +7,7 @@
 #include "kel_memory.h"
 #include "tvk_string.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 inline constexpr char kHeapTag[] = "tvk-map tool";
 
@@ -28,4 +28,4 @@ T *zeroed_array(std::size_t count) {
     return static_cast<T *>(block);
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -9,7 +9,7 @@
 #include "framework/module_loader.h"
 #include "framework/tree_holder.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 /*
  * What is known of the nodes of one name at one place of a model. Without a model that is what mappings and users
@@ -58,4 +58,4 @@ bool is_same_value(const Node &a, const Node &b);
 // What tells a node from the others of its name in the same parent: "" for a container or leaf, of which there is one.
 std::string identity_of(const Node &node, const NodeShape &shape, ValueForm form = ValueForm::kWritten);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -11,7 +11,7 @@
 #include "framework/rpc_error.h"
 #include "framework/tree_holder.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 // The trees of a request. They may share child arrays when a mapping says so.
 struct RequestTrees {
@@ -40,4 +40,4 @@ enum class UnmappedNodes { kRefused, kPassedOver };
 std::vector<RpcError> walk(const Mappings &mappings, RequestScope &scope, TreeHolder &request, TreeHolder &target,
                            UnmappedNodes unmapped, std::string *key_list = nullptr);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -9,7 +9,7 @@
 
 #include "tvk_map_module.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 class MappingModule {
 public:
@@ -59,4 +59,4 @@ private:
     std::vector<MappingModule> modules_;
 };
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

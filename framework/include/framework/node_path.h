@@ -8,7 +8,7 @@
 
 #include "framework/tree_holder.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 // A node behind those that it stands in, outermost first. The record that stands for no node is not among them.
 using NodePath = std::vector<const Node *>;
@@ -35,4 +35,4 @@ XPath xpath_of(const NodePath &path, const IsKey &is_key = is_marked_key);
 // The same for people, without prefixes: /interfaces/interface[name='eth0']
 std::string readable_path(const NodePath &path, const IsKey &is_key = is_marked_key);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -9,7 +9,7 @@
 #include "framework/rpc_error.h"
 #include "framework/tree_holder.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 // An error of that tag at a node: its path, and the message "PATH: reason".
 RpcError error_at(const NodePath &path, const char *tag, const std::string &reason,
@@ -30,4 +30,4 @@ RpcError describe_failure(qerrno status, const MappingModule &module, RequestSco
 std::vector<RpcError> describe_unmapped(const Mappings &mappings, const Node &request, const Unmapped &unmapped,
                                         const std::vector<const Node *> &tops);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

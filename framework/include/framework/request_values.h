@@ -7,7 +7,7 @@
 #include "framework/rpc_error.h"
 #include "framework/tree_holder.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 /*
  * Takes the prefix off the values of all leaves of request that its mappings call identities: data is the name then,
@@ -25,4 +25,4 @@ std::vector<RpcError> refuse_operations(const Node &request);
 // An error for the first container or list entry with text in it, once the walk has marked which nodes these are.
 std::vector<RpcError> refuse_texts(const Node &request);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

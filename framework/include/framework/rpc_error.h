@@ -6,7 +6,7 @@
 
 #include "framework/node_path.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 // The texts of an <rpc-error>; one that is empty is left out.
 struct RpcError {
@@ -18,4 +18,4 @@ struct RpcError {
     std::optional<std::string> bad_namespace;
 };
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

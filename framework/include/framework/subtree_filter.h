@@ -3,7 +3,7 @@
 
 #include "framework/tree_holder.h"
 
-namespace tvk::tool {
+namespace tvk::framework {
 
 /*
  * Writes verdicts into response, as a phase of the filter engine does: what filter selects is kept, and so are the key
@@ -15,4 +15,4 @@ namespace tvk::tool {
  */
 void mark_selected(const Node &filter, const Node &walked, Node &response);
 
-}  // namespace tvk::tool
+}  // namespace tvk::framework

@@ -6,7 +6,7 @@
 #include "framework/tree_holder.h"
 #include "netconf/xml_document.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // Data are the children of a <config>, of a <data>, also of one in an <rpc-reply>, or else the root itself. Operations
 // and the places of entries are refused in native data, which edits and reads start from.
@@ -14,6 +14,6 @@ extern const Layout kDataLayout;
 extern const Layout kNativeLayout;
 
 // Moves the top nodes out of a document of either layout. Throws UsageError.
-void take_data(XmlDocument document, TreeHolder &data);
+void take_data(XmlDocument document, framework::TreeHolder &data);
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

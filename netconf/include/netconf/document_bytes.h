@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 struct DocumentBytes {
     std::string text;         // ASCII where it matters: in UTF-8, US-ASCII or ISO 8859-1
@@ -21,4 +21,4 @@ struct DocumentBytes {
  */
 DocumentBytes prepare_bytes(std::string bytes, const std::string &name);
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -12,11 +12,11 @@
 #include "netconf/rpc_attributes.h"
 #include "netconf/xml_document.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // What an edit request says beside its data.
 struct EditRequest {
-    EditParameters parameters;
+    framework::EditParameters parameters;
     RpcAttributes attributes;
 };
 
@@ -35,6 +35,6 @@ extern const Layout kEditLayout;
 EditPayload find_edit_payload(const XmlDocument &document);
 
 // Moves the data of a document of kEditLayout into a tree without nodes. Throws UsageError.
-EditRequest read_edit(XmlDocument document, TreeHolder &request);
+EditRequest read_edit(XmlDocument document, framework::TreeHolder &request);
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -12,11 +12,11 @@
 #include "netconf/rpc_attributes.h"
 #include "netconf/xml_document.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // What a read says beside its filter.
 struct GetRequest {
-    GetParameters parameters;
+    framework::GetParameters parameters;
     RpcAttributes attributes;
 };
 
@@ -35,6 +35,6 @@ extern const Layout kGetLayout;
 GetPayload find_get_payload(const XmlDocument &document);
 
 // Moves what a document of kGetLayout asks for into a filter without nodes. Throws UsageError.
-GetRequest read_get(XmlDocument document, const Mappings &mappings, TreeHolder &asked);
+GetRequest read_get(XmlDocument document, const framework::Mappings &mappings, framework::TreeHolder &asked);
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -5,7 +5,7 @@
 
 #include "qidl_tvk_datatree.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // Each reads the text of one attribute into the record. False when the text is not what the attribute may hold.
 bool read_insert_position(const char *text, qidl_tvk_edit_insert &insert);  // yang:insert
@@ -18,4 +18,4 @@ void read_insert_value(const char *text, qidl_tvk_edit_insert &insert);     // y
  */
 std::string insert_key_text(const qidl_tvk_edit_insert &insert, const char *prefix);
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

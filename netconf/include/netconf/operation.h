@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // The index is the value of qidl_tvk_operation.
 inline constexpr std::array<const char *, 5> kOperationNames{"merge", "replace", "create", "delete", "remove"};
@@ -26,4 +26,4 @@ std::optional<uint32_t> index_of_name(const std::array<const char *, size> &name
     return std::nullopt;
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 struct RpcAttribute {
     std::string name;
@@ -13,4 +13,4 @@ struct RpcAttribute {
 };
 using RpcAttributes = std::vector<RpcAttribute>;
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -11,7 +11,7 @@
 #include "netconf/rpc_attributes.h"
 #include "netconf/xml_document.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 bool is_envelope(const xmlNode *element, const char *name);
 
@@ -40,4 +40,4 @@ struct Rpc {
 // Throws UsageError when the <rpc> element does not hold exactly one operation.
 Rpc open_rpc(const XmlDocument &document, xmlNode *rpc);
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -9,12 +9,12 @@
 #include "framework/tree_holder.h"
 #include "netconf/rpc_attributes.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // An <rpc-reply> with the children of root as its <data>. Throws EncodeError.
 std::string encode_data_reply(const Node &root, const RpcAttributes &attributes);
 
 // An <rpc-reply> with the errors. What XML cannot hold is shown as "?".
-std::string encode_rpc_errors(const std::vector<RpcError> &errors, const RpcAttributes &attributes);
+std::string encode_rpc_errors(const std::vector<framework::RpcError> &errors, const RpcAttributes &attributes);
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -10,7 +10,7 @@
 #include "netconf/operation.h"
 #include "tvk_map_session.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // The first one is TVK_WITH_DEFAULTS_REPORT_ALL.
 inline constexpr std::array<const char *, 4> kWithDefaultsNames{"report-all", "report-all-tagged", "trim", "explicit"};
@@ -24,4 +24,4 @@ inline std::string unknown_with_defaults(const std::string &name) {
     return "with-defaults mode \"" + name + "\" is none of report-all, report-all-tagged, trim, explicit";
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

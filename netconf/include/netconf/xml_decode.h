@@ -9,7 +9,7 @@
 
 #include "framework/tree_holder.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // White space around a value: part of it in data, but not in a filter.
 enum class Values { kAsWritten, kTrimmed };
@@ -94,4 +94,4 @@ private:
     std::string text_;  // since the last tag; or in all, while the element has no child elements
 };
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

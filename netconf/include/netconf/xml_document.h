@@ -11,7 +11,7 @@
 #include "netconf/xml_reader.h"
 #include "netconf/xml_text.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // The element around element, or null.
 inline const xmlNode *parent_element(const xmlNode *element) {
@@ -51,4 +51,4 @@ private:
 // then. Throws UsageError for the first that could not be decoded; root then holds those before it.
 void move_data(const std::vector<xmlNode *> &elements, Node &root);
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

@@ -6,7 +6,7 @@
 #include "framework/tree_holder.h"
 #include "netconf/xml_output.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 /*
  * Writes the children of root into the open element, which has no content yet and whose namespace is NETCONF's: a
@@ -19,4 +19,4 @@ void write_data(XmlOutput &output, const Node &root);
 // The children of root in a NETCONF <config>.
 std::string encode_config(const Node &root);
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

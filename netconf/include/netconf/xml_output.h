@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // A tree that cannot be written as XML.
 class EncodeError : public std::runtime_error {
@@ -53,4 +53,4 @@ private:
     std::string declarations_;          // of namespaces, for the end of the tag that is open
 };
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

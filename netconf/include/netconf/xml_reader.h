@@ -13,7 +13,7 @@
 #include "netconf/document_bytes.h"
 #include "netconf/xml_decode.h"
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 // Where data stands in a kind of file, and how its values are read.
 struct Layout {
@@ -25,8 +25,8 @@ struct Layout {
 
 // What was decoded of a data element, and why no more of it.
 struct DataElement {
-    TreeHolder tree;
-    std::optional<UsageError> fault;
+    framework::TreeHolder tree;
+    std::optional<framework::UsageError> fault;
     bool has_inserts = false;  // places of entries
 };
 
@@ -55,4 +55,4 @@ long line_of(const xmlNode *element);
 // What stands for an element of such a document that its layout calls data.
 DataElement &data_of(const xmlNode *element);
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf

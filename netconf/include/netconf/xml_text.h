@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string_view>
 
-namespace tvk::tool {
+namespace tvk::netconf {
 
 inline const char *as_text(const xmlChar *text) {
     return reinterpret_cast<const char *>(text);
@@ -16,7 +16,7 @@ inline const xmlChar *as_xml(const char *text) {
 }
 
 // The namespace of an element or attribute, "" for none.
-inline const char *namespace_of(const xmlNs *ns) {
+inline const char *uri_of(const xmlNs *ns) {
     return ns != nullptr && ns->href ? as_text(ns->href) : "";
 }
 
@@ -32,4 +32,4 @@ inline std::string_view without_blanks(std::string_view text) {  // around it
                                            : text.substr(start, text.find_last_not_of(kBlanks) - start + 1);
 }
 
-}  // namespace tvk::tool
+}  // namespace tvk::netconf
