@@ -369,16 +369,6 @@ qerrno push_instances(tvk_map_ctx ctx, const ListShape &list) {
     return note_failure(ctx, tvk_map_util_itree_stack_size(ctx) > size ? TVK_OK : TVK_ERR_NO_MEMORY);
 }
 
-void clear_pending(tvk_map_ctx ctx) {
-    if (ctx->state->pending_hierarchy_kind != 0) {
-        kel_named_free(ctx->state->pending_hierarchy_path);
-    }
-    ctx->state->pending_hierarchy_path = nullptr;
-    ctx->state->pending_hierarchy_kind = 0;
-    ctx->state->pending_list_node = nullptr;
-    tvk_map_free_trim_path_list_ctx(ctx);
-}
-
 qerrno answer_value(tvk_map_ctx ctx, Node *target, const Answer &answer) {
     // Asked first, so that nothing is opened for a leaf that is then left out.
     if (tvk_map_dfs_filter_schema(ctx, ctx->state->datatree, answer.path, 0) != 1) {
@@ -414,7 +404,7 @@ qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont
     if (status == TVK_OK) {
         status = parse_container(ctx, node, top, info, ns);
     }
-    clear_pending(ctx);
+    tvk_map_release_pending_entry(ctx);
     tvk_map_datatree_reset_trim_path_ctx(ctx);
     return status != TVK_OK || ctx->mapping_data == nullptr ? status : memory_of(ctx).failure;
 }

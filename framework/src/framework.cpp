@@ -152,37 +152,4 @@ void RequestScope::end_modules() {
     show(nullptr);
 }
 
-<<<<<<< HEAD
-}  // namespace tvk::tool
-=======
-void RequestScope::release_stacks() {
-    while (tvk_map_util_itree_stack_size(ctx()) > 0) {
-        tvk_map_itree_item *item = nullptr;
-        tvk_map_util_itree_stack_peak(ctx(), &item);
-        const bool bare = item != nullptr && item->nodes == nullptr;  // the pop leaves its record behind
-        tvk_map_util_itree_stack_pop(ctx());
-        if (bare) {
-            kel_named_free(item);
-        }
-    }
-    while (tvk_remove_from_output_list_ctx(ctx()) == TVK_OK) {
-    }
-    while (tvk_map_remove_from_node_hierarchy(ctx(), nullptr) == TVK_OK) {
-    }
-}
-
-void RequestScope::release_texts() {
-    // A stitching that failed releases this path without clearing it, but then clears the kind.
-    if (state_->pending_hierarchy_kind != 0) {
-        kel_named_free(state_->pending_hierarchy_path);
-    }
-    kel_named_free(state_->pending_trim_path);
-    kel_named_free(state_->error_node_tag);
-    kel_named_free(state_->error_xpath);
-    kel_named_free(state_->error_xpath_ns);
-    kel_named_free(mapping_context_.current_list_node);
-    kel_named_free(mapping_context_.failure_reason);
-}
-
 }  // namespace tvk::framework
->>>>>>> rooms
