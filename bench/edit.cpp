@@ -1,4 +1,4 @@
-// Whole edits, from the bytes of the request, and of the native data that it is made in, to those of the reply.
+// Whole edits, from the bytes of the request and the native data that it changes to the bytes of the reply.
 #include <memory>
 
 #include "edit_command.h"
@@ -28,10 +28,10 @@ void run_edit(const framework::Mappings &mappings, const std::string &request, c
 }
 
 /*
- * The native nodes that stand in the reply. Of an interface these are 10: its name, active, type, shutdown, description
- * and the mtus with mtu, owner and value; of its subinterface 5: its name, active, interface-virtual and shutdown. Both
- * keep their keys alone when they are deleted. A peer has its address, remote-as, label, state and source. Around peers
- * stand bgp, instances, instance with its two names, and peers.
+ * The native nodes that stand in the reply. An interface has 10: itself, its name, active, type, shutdown, description
+ * and the mtus with mtu, owner and value. Its subinterface has 5: itself, its name, active, interface-virtual and
+ * shutdown. Both keep their keys alone when they are deleted. A peer has its address, remote-as, label, state and
+ * source. Around peers stand bgp, instances, instance with its two names, and peers.
  */
 std::size_t native_nodes(Model model, Edit edit, std::size_t n) {
     const bool is_deleted = edit == Edit::kDelete;

@@ -1,4 +1,4 @@
-// Whole reads, from the bytes of the request, and of the native data, to those of the reply.
+// Whole reads, from the bytes of the request and the native data to the bytes of the reply.
 #include <memory>
 
 #include "examples.h"
@@ -48,7 +48,7 @@ void measure_get(benchmark::State &state, Model model, Get get, std::size_t n) {
         [&](const std::unique_ptr<Run> &run) { run_get(mappings, request, native, *run); }, count_answer);
 }
 
-// ---- The native data is in memory, as it is on a device, and was read before ----
+// ---- Reads from native data in memory, as on a device, that were made before ----
 
 class Device {
 public:

@@ -1,3 +1,4 @@
+// The example mappings as the desk tool runs them.
 #include "examples.h"
 
 #include <map>

@@ -1,3 +1,4 @@
+// The trees of the library's benchmarks, made by the handles of their nodes.
 #include "mapping.h"
 
 #include <cstdio>

@@ -42,16 +42,6 @@ qerrno add_surroundings(tvk_map_ctx ctx, const Place &place, const Answer &answe
 
 }  // namespace
 
-void clear_pending(tvk_map_ctx ctx) {
-    if (ctx->state->pending_hierarchy_kind != 0) {
-        kel_named_free(ctx->state->pending_hierarchy_path);
-    }
-    ctx->state->pending_hierarchy_path = nullptr;
-    ctx->state->pending_hierarchy_kind = 0;
-    ctx->state->pending_list_node = nullptr;
-    tvk_map_free_trim_path_list_ctx(ctx);
-}
-
 qerrno answer_value(tvk_map_ctx ctx, Node *target, const Answer &answer) {
     // Asked first, so that nothing is opened for a leaf that is then left out.
     if (tvk_map_dfs_filter_schema(ctx, ctx->state->datatree, answer.path, 0) != 1) {

@@ -16,9 +16,6 @@ struct Place {
 };
 qerrno open_entry(tvk_map_ctx ctx, Node *target, const ListShape &list, Place &place);
 
-// Empties the pending entry, with the path that stitching leaves in it. The output list stays.
-void clear_pending(tvk_map_ctx ctx);
-
 // A leaf of the response, at path below the top container.
 struct Answer {
     const ListShape *list;  // null: it stands in none

@@ -42,12 +42,4 @@ qerrno refuse_namespace(tvk_map_ctx ctx, const Node *node, const char *ns) {
     return refuse(ctx, node, TVK_ERR_NAMESPACE, "its namespace is %s, not '%s'", Quoted(node->ns).text, ns);
 }
 
-qerrno note_failure(tvk_map_ctx ctx, qerrno status) {
-    qerrno &failure = memory_of(ctx).failure;
-    if (failure == TVK_OK) {
-        failure = status;
-    }
-    return status;
-}
-
 }  // namespace mapping

@@ -57,9 +57,6 @@ Text child_text(const Node &entry, const char *tag);
 bool is_of_model(tvk_map_ctx ctx, const Node &node, const char *ns);
 qerrno refuse_namespace(tvk_map_ctx ctx, const Node *node, const char *ns);
 
-// Records the first failure of an answer, which fails the read, and returns status.
-qerrno note_failure(tvk_map_ctx ctx, qerrno status);
-
 }  // namespace mapping
 
 #endif

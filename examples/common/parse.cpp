@@ -1,6 +1,5 @@
 #include "parse.h"
 
-#include "answer.h"
 #include "edit_keys.h"
 
 namespace mapping {
@@ -34,7 +33,7 @@ qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont
     if (status == TVK_OK) {
         status = parse_container(ctx, node, top, info, ns);
     }
-    clear_pending(ctx);
+    tvk_map_release_pending_entry(ctx);
     tvk_map_datatree_reset_trim_path_ctx(ctx);
     return status != TVK_OK || ctx->mapping_data == nullptr ? status : memory_of(ctx).failure;
 }

@@ -133,8 +133,8 @@ TVK_MAP_API void qidl_tvk_datatree_free_ext_cpy(char **strings, tvk_gpb_free_fp 
  * - 0: the child was added or found; or an excluded node was left out of a request that adds nothing, with out
  *   unwritten.
  * - TVK_ERR_INVALID: parent, tag or ns is null.
- * - TVK_ERR_NO_MEMORY: parent keeps the children that it had. A found child whose new value could not be copied is
- *   left without data, and is stored in out. Also when parent has as many children as its count can hold.
+ * - TVK_ERR_NO_MEMORY: parent keeps the children that it had. A found child whose new value could not be copied is left
+ *   without data, and is stored in out. Also when parent has as many children as its count can hold.
  * - TVK_ERR_UNSUPPORTED: an excluded node in an add request. error_node_tag and the error path are recorded.
  */
 TVK_MAP_API qerrno tvk_map_datatree_add_subtree_flagged(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent,

@@ -22,8 +22,8 @@ extern "C" {
  *
  * Returns
  * - 0: the error path is recorded, now or before.
- * - TVK_ERR_NO_MEMORY: memory runs out, the path does not fit 999 characters, a node or key leaf has no tag, a key
- *   leaf has no data, or the outermost node has no namespace. Nothing is recorded, and a later call may record.
+ * - TVK_ERR_NO_MEMORY: memory runs out, the path does not fit 999 characters, a node or key leaf has no tag, a key leaf
+ *   has no data, or the outermost node has no namespace. Nothing is recorded, and a later call may record.
  * - TVK_ERR_NOT_FOUND: there is no state record.
  */
 TVK_MAP_API qerrno tvk_oc_error_path(tvk_map_ctx ctx);
@@ -104,8 +104,8 @@ TVK_MAP_API qerrno tvk_map_get_list(tvk_map_ctx ctx, const struct qidl_tvk_datat
  *
  * Returns
  * - 0: entry is the entry.
- * - TVK_ERR_INVALID: it is not there, with the error path recorded when the list is not there either; or root, entry
- *   or list_path is null.
+ * - TVK_ERR_INVALID: it is not there, with the error path recorded when the list is not there either; or root, entry or
+ *   list_path is null.
  * - TVK_ERR_NOT_FOUND: list_path could not be copied.
  */
 TVK_MAP_API qerrno tvk_map_search_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root,

@@ -1,3 +1,4 @@
+// The parse of a container: one pass, or two for a replace, and what is propagated below it.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_lists.h"
@@ -103,10 +104,7 @@ private:
         if (const tmap_child_entry *entry = find_child_handler(ctx_, child_entries(), child); entry != nullptr) {
             return call(entry->handler, ctx_, child, target_);
         }
-        if (same_text(child.ns, info_.unsupported_ns)) {
-            return refuse_unsupported_child(ctx_, child);
-        }
-        return call(info_.child_handler, ctx_, child, target_);
+        return handle_unclaimed_child(ctx_, child, target_, info_.unsupported_ns, info_.child_handler);
     }
 
     // A container that is deleted or read whole is so with all that the model has below it: its child containers
@@ -175,21 +173,13 @@ qerrno tmap_high_container_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree
                        "qerrno tmap_high_container_parse(tvk_map_ctx, const struct qidl_tvk_datatree *, struct "
                        "qidl_tvk_datatree *, tmap_node_cont_info_p)");
     TVK_TRC(ctx, "Start");
-    if (node == nullptr || target == nullptr) {
-        TVK_ERR(ctx, "Invalid arguments passed!");
-        tvk_oc_error_path(ctx);
-        return TVK_ERR_INVALID;
+    if (const qerrno status = check_arguments(kOperation, ctx, node, target, info); status != TVK_OK) {
+        return status;
     }
-    if (info == nullptr) {
-        TVK_ERR(ctx, "NULL argument(s) passed!");
-        return TVK_ERR_INVALID;
+    if (const qerrno status = check_children(kOperation, ctx, *node); status != TVK_OK) {
+        return status;
     }
     auto &container = const_cast<Node &>(*node);
-    if (lost_children(container)) {
-        TVK_ERR(ctx, "Failed to get subtrees!");
-        TVK_TRC(ctx, "End");
-        return TVK_ERR_NOT_FOUND;
-    }
     if (!is_propagating(ctx) && !is_working_on_keys(ctx) && !children(container).empty() && is_delete(container)) {
         TVK_TRC(ctx, "Delete request with subtree present");
         TVK_TRC(ctx, "End");

@@ -1,9 +1,7 @@
+// The parse of a leaf.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
-#include "tvk_map_common/internal/node.h"
-#include "tvk_map_common/internal/request.h"
-#include "tvk_map_lists.h"
-#include "tvk_map_walk.h"
+#include "tvk_map_process_request/request_walk.h"
 
 namespace tvk {
 
@@ -38,14 +36,9 @@ qerrno tmap_high_leaf_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *lea
                        "qerrno tmap_high_leaf_parse(tvk_map_ctx, const struct qidl_tvk_datatree *, struct "
                        "qidl_tvk_datatree *, const char *, uint8_t, tmap_node_process_fp)");
     TVK_TRC(ctx, "Start");
-    if (leaf == nullptr || target == nullptr) {
-        TVK_ERR(ctx, "Invalid arguments passed!");
-        tvk_oc_error_path(ctx);
-        return TVK_ERR_INVALID;
-    }
-    if (process == nullptr) {
-        TVK_ERR(ctx, "NULL argument(s) passed!");
-        return TVK_ERR_INVALID;
+    if (const qerrno status = check_arguments(__func__, ctx, leaf, target, reinterpret_cast<const void *>(process));
+        status != TVK_OK) {
+        return status;
     }
     auto &request_leaf = const_cast<Node &>(*leaf);
     const qerrno status = process(ctx, &request_leaf, target);

@@ -1,5 +1,5 @@
+// Single facts about nodes and the request.
 #include "tvk_map_common/internal/node.h"
-#include "tvk_map_common/internal/path.h"
 #include "tvk_map_common/internal/request.h"
 #include "tvk_map_datatree.h"
 
@@ -14,16 +14,6 @@ qerrno tvk_map_get_tree_from_key_data(tvk_map_ctx, const struct qidl_tvk_datatre
     const bool is_it = node != nullptr && same_text(node->tag, key_name) && has(*node, TVK_HAS_DATA) &&
                        same_text(node->data, key_value);
     return is_it ? TVK_OK : TVK_ERR_NOT_FOUND;
-}
-
-qerrno tvk_map_get_last_token_from_path(tvk_map_ctx, char *path, char **token) {
-    if (path == nullptr || token == nullptr) {
-        return TVK_OK;
-    }
-    for (Components components{path}; components.current() != nullptr; components.advance()) {
-        *token = components.current();
-    }
-    return TVK_OK;
 }
 
 void tvk_map_datatree_set_operation(struct qidl_tvk_datatree *node, uint32_t operation) {
