@@ -1,3 +1,4 @@
+// Compares nodes of data.
 #include "framework/node_identity.h"
 
 #include <algorithm>
