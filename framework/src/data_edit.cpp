@@ -264,7 +264,7 @@ private:
     }
 
     NodePath path_;
-    std::vector<const NodeShape *> shapes_;  // of the nodes of the path
+    std::vector<const NodeShape *> shapes_;  // one for each node of the path
 };
 
 }  // namespace

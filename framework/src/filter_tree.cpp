@@ -55,7 +55,7 @@ Nodes values_of(const Node &node) {
 
 // The values that a filter node names.
 struct Conditions {
-    std::string names;  // of the leaves
+    std::string names;  // the leaves
     std::string text;   // names and values
 };
 

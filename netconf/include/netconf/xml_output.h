@@ -55,8 +55,8 @@ private:
 
     std::string document_;
     std::vector<const char *> open_;
-    Content content_ = Content::kNone;  // of the open element, so far
-    std::string declarations_;          // of namespaces, for the end of the open tag
+    Content content_ = Content::kNone;  // the content of the open element so far
+    std::string declarations_;          // the namespaces to declare at the end of the open tag
 };
 
 }  // namespace tvk::netconf

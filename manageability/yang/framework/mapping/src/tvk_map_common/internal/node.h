@@ -1,4 +1,4 @@
-// What the library alone does with data tree records, beside the accessors of tvk_datatree.hpp.
+// Adds to the accessors of tvk_datatree.hpp those that the library alone needs.
 #ifndef TVK_MAP_INTERNAL_NODE_H
 #define TVK_MAP_INTERNAL_NODE_H
 
@@ -16,6 +16,7 @@ inline void reset(Node &node) {
     node.presence = framework_bits;
 }
 
+// The records of an array; none when it is null or the count is below 1.
 inline std::span<Node> child_array(Node *array, std::int32_t count) {
     return NodeRange<Node>(array, count);
 }
