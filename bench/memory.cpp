@@ -32,7 +32,7 @@ std::size_t block_bytes(char *block) {
 
 std::size_t bare_bytes(const Node &root) {
     std::size_t bytes = 0;
-    for (const Node &child : tool::children_of(root)) {
+    for (const Node &child : tvk::children(root)) {
         bytes += sizeof child + block_bytes(child.tag) + block_bytes(child.ns) + block_bytes(child.data);
         bytes += bare_bytes(child);
     }

@@ -48,7 +48,7 @@ struct Walk : Build {
         return *child;
     }
 
-    tool::TreeHolder target;
+    framework::TreeHolder target;
 };
 
 struct DeepWalk : Walk {

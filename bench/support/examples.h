@@ -4,12 +4,13 @@
 #include <cstddef>
 #include <string>
 
-#include "mapping_run.h"
+#include "framework/module_loader.h"
+#include "reply.h"
 #include "requests.h"
 
 namespace tvk::bench {
 
-const tool::Mappings &mappings_of(Model model);
+const framework::Mappings &mappings_of(Model model);
 
 // Returns the native data that results when the entries' configuration is edited in and applied. It is made on demand
 // and kept.

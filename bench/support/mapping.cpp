@@ -53,7 +53,7 @@ void add_entries(Build &build, std::size_t entries) {
 
 std::size_t count_nodes(const Node &root) {
     std::size_t count = 0;
-    for (const Node &child : tool::children_of(root)) {
+    for (const Node &child : children(root)) {
         count += 1 + count_nodes(child);
     }
     return count;

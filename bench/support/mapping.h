@@ -4,10 +4,10 @@
 #include <cstddef>
 #include <vector>
 
-#include "framework.h"
+#include "framework/framework.h"
+#include "framework/tree_holder.h"
 #include "harness.h"
 #include "qidl_tvk_datatree.h"
-#include "tree_holder.h"
 #include "tvk_map_types.h"
 
 namespace tvk::bench {
@@ -41,9 +41,9 @@ public:
     tvk_map_ctx ctx() { return request_.ctx(); }
 
 private:
-    tool::TreeHolder tree_;
-    tool::Framework framework_;
-    tool::RequestScope request_;
+    framework::TreeHolder tree_;
+    framework::Framework framework_;
+    framework::RequestScope request_;
 };
 
 // Exported operations take some texts as writable and do not write them.

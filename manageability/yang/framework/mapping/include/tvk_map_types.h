@@ -65,6 +65,11 @@
 #define TVK_PATH_RECORD_CUT_LAST 1u
 #define TVK_PATH_RECORD_KEEP_LAST 2u
 
+/* Values of tvk_map_request_state::list_key_state. */
+#define TVK_LIST_KEY_NONE 0u
+#define TVK_LIST_KEY_PROPAGATING 1u /* an entry named by its keys alone is propagated */
+#define TVK_LIST_KEY_IN_HANDLER 2u  /* a list handler runs, for a delete of an entry by its keys */
+
 /* Kinds of a hierarchy level. */
 #define TVK_LEVEL_CONTAINER 1u
 #define TVK_LEVEL_LIST 2u
@@ -137,7 +142,7 @@ struct tvk_map_request_state {
     char *error_xpath_ns; /* owned: the namespace that the prefix "ns1:" in error_xpath stands for */
 
     uint32_t delete_walk_active; /* 1 while a delete or read is propagated below a node */
-    uint32_t list_key_state;     /* 1 or 2 while the keys of a list entry are worked on */
+    uint32_t list_key_state;     /* TVK_LIST_KEY_*: not 0 while the keys of a list entry are worked on */
     uint32_t walk_flags;         /* TVK_WALK_* */
 
     struct tvk_map_children_index *children_index; /* owned: made by lookups, see index_children_from */
