@@ -15,7 +15,7 @@ void copy_and_free(const Node &source) {
 }
 
 std::size_t count_copied(const Node &source) {
-    tool::TreeHolder copy;
+    framework::TreeHolder copy;
     check(qidl_tvk_datatree_duplicate(&copy.root(), &source, tvk_gpb_alloc, nullptr));
     return count_nodes(copy.root());
 }

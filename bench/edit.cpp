@@ -1,10 +1,10 @@
-// Whole edits, from the bytes of the request, and of the native data that it is made in, to those of the reply.
+// Whole edits, from the bytes of the request and the native data that it changes to the bytes of the reply.
 #include <memory>
 
-#include "data_file.h"
 #include "edit_command.h"
 #include "examples.h"
 #include "mapping.h"
+#include "netconf/data_document.h"
 #include "requests.h"
 
 namespace tvk::bench {
@@ -12,25 +12,26 @@ namespace tvk::bench {
 namespace {
 
 struct Run {
-    tool::RequestTrees trees;
+    framework::RequestTrees trees;
     tool::Reply reply;
 };
 
-void run_edit(const tool::Mappings &mappings, const std::string &request, const std::string *native, Run &run) {
-    const tool::EditParameters parameters =
-        tool::read_edit(tool::XmlDocument::parse(request, "the request", tool::kEditLayout), run.trees.request);
+void run_edit(const framework::Mappings &mappings, const std::string &request, const std::string *native, Run &run) {
+    const netconf::EditRequest asked = netconf::read_edit(
+        netconf::XmlDocument::parse(request, "the request", netconf::kEditLayout), run.trees.request);
     if (native != nullptr) {
-        tool::take_data(tool::XmlDocument::parse(*native, "the native data", tool::kNativeLayout), run.trees.native);
+        netconf::take_data(netconf::XmlDocument::parse(*native, "the native data", netconf::kNativeLayout),
+                           run.trees.native);
     }
-    tool::Framework framework(false);
-    run.reply = tool::answer_edit(mappings, framework, run.trees, parameters, false);
+    framework::Framework framework(false);
+    run.reply = tool::answer_edit(mappings, framework, run.trees, asked, false);
 }
 
 /*
- * The native nodes that stand in the reply. Of an interface these are 10: its name, active, type, shutdown, description
- * and the mtus with mtu, owner and value; of its subinterface 5: its name, active, interface-virtual and shutdown. Both
- * keep their keys alone when they are deleted. A peer has its address, remote-as, label, state and source. Around peers
- * stand bgp, instances, instance with its two names, and peers.
+ * The native nodes that stand in the reply. An interface has 10: itself, its name, active, type, shutdown, description
+ * and the mtus with mtu, owner and value. Its subinterface has 5: itself, its name, active, interface-virtual and
+ * shutdown. Both keep their keys alone when they are deleted. A peer has its address, remote-as, label, state and
+ * source. Around peers stand bgp, instances, instance with its two names, and peers.
  */
 std::size_t native_nodes(Model model, Edit edit, std::size_t n) {
     const bool is_deleted = edit == Edit::kDelete;
@@ -38,7 +39,7 @@ std::size_t native_nodes(Model model, Edit edit, std::size_t n) {
 }
 
 void measure_edit(benchmark::State &state, Model model, Edit edit, std::size_t n) {
-    const tool::Mappings &mappings = mappings_of(model);
+    const framework::Mappings &mappings = mappings_of(model);
     const std::string &request = edit_request(model, edit, n);
     const std::string *native = edit != Edit::kMerge ? &native_data(model, n) : nullptr;
     measure(

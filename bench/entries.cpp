@@ -20,7 +20,7 @@ void search_or_add(Build &build, std::size_t n) {
     }
 }
 
-// The operation leaves the key leaf to its caller.
+// The caller of the operation adds the key leaf.
 void add_list_node(Build &build, std::size_t n) {
     const Texts &keys = names(n);
     const tvk_map_ctx ctx = build.ctx();

@@ -1,4 +1,4 @@
-// Pruning a built response of N entries by a subtree filter; and asking the filter about paths while a response is
+// Pruning a built response of N entries by a subtree filter, and asking the filter about paths while a response is
 // built.
 
 #include "inputs.h"
@@ -10,7 +10,7 @@ namespace tvk::bench {
 
 namespace {
 
-// A filter as the walk of a request leaves it: nodes carry their types, key leaves are marked.
+// A filter in the state in which the walk of a request leaves it: nodes carry their types, key leaves are marked.
 class FilterTree {
 public:
     FilterTree(Filter filter, std::size_t entries) : build_(Index::kOn, TVK_REQUEST_GET) {
@@ -102,7 +102,7 @@ struct Asked {
     std::size_t selected = 0;
 };
 
-// While a response grows to N entries, six paths are asked about beside each. Only the asking is timed.
+// A response grows to N entries, and six paths are asked about beside each. Only the asking is timed.
 void measure_schema_filter(benchmark::State &state, std::size_t n) {
     names(n);
     FilterTree filter(Filter::kLeaf, n);

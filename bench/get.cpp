@@ -1,10 +1,10 @@
-// Whole reads, from the bytes of the request, and of the native data, to those of the reply.
+// Whole reads, from the bytes of the request and the native data to the bytes of the reply.
 #include <memory>
 
-#include "data_file.h"
 #include "examples.h"
 #include "get_command.h"
 #include "mapping.h"
+#include "netconf/data_document.h"
 #include "requests.h"
 #include "tvk_map_filter.h"
 
@@ -13,7 +13,7 @@ namespace tvk::bench {
 namespace {
 
 struct Run {
-    tool::RequestTrees trees;
+    framework::RequestTrees trees;
     tool::Reply reply;
 };
 
@@ -22,25 +22,25 @@ std::size_t count_answer(const std::unique_ptr<Run> &run) {
     return count_nodes(run->trees.response.root());
 }
 
-tool::GetParameters read_request(const tool::Mappings &mappings, const std::string &request, Run &run) {
-    return tool::read_get(tool::XmlDocument::parse(request, "the request", tool::kGetLayout), mappings,
-                          run.trees.asked);
+netconf::GetRequest read_request(const framework::Mappings &mappings, const std::string &request, Run &run) {
+    return netconf::read_get(netconf::XmlDocument::parse(request, "the request", netconf::kGetLayout), mappings,
+                             run.trees.asked);
 }
 
-void read_native_data(const std::string &native, tool::TreeHolder &data) {
-    tool::take_data(tool::XmlDocument::parse(native, "the native data", tool::kNativeLayout), data);
+void read_native_data(const std::string &native, framework::TreeHolder &data) {
+    netconf::take_data(netconf::XmlDocument::parse(native, "the native data", netconf::kNativeLayout), data);
 }
 
-void run_get(const tool::Mappings &mappings, const std::string &request, const std::string &native, Run &run) {
-    const tool::GetParameters parameters = read_request(mappings, request, run);
+void run_get(const framework::Mappings &mappings, const std::string &request, const std::string &native, Run &run) {
+    const netconf::GetRequest asked = read_request(mappings, request, run);
     read_native_data(native, run.trees.native);
-    tool::Framework framework(false);
-    tool::Session session(framework, run.trees.native.root());
-    run.reply = tool::answer_get(mappings, framework, session, run.trees, parameters, tvk_map_dfs_filter_mark, false);
+    framework::Framework framework(false);
+    framework::Session session(framework, run.trees.native.root());
+    run.reply = tool::answer_get(mappings, framework, session, run.trees, asked, tvk_map_dfs_filter_mark, false);
 }
 
 void measure_get(benchmark::State &state, Model model, Get get, std::size_t n) {
-    const tool::Mappings &mappings = mappings_of(model);
+    const framework::Mappings &mappings = mappings_of(model);
     const std::string &native = native_data(model, n);
     const std::string request = get_request(model, get, n);
     measure(
@@ -48,25 +48,24 @@ void measure_get(benchmark::State &state, Model model, Get get, std::size_t n) {
         [&](const std::unique_ptr<Run> &run) { run_get(mappings, request, native, *run); }, count_answer);
 }
 
-// ---- The native data is in memory, as it is on a device, and was read before ----
+// ---- Reads from native data in memory, as on a device, that were made before ----
 
 class Device {
 public:
-    Device(const tool::Mappings &mappings, const std::string &native) : mappings_(mappings) {
+    Device(const framework::Mappings &mappings, const std::string &native) : mappings_(mappings) {
         read_native_data(native, data_);
     }
 
     void answer(const std::string &request, Run &run) {
-        const tool::GetParameters parameters = read_request(mappings_, request, run);
-        run.reply =
-            tool::answer_get(mappings_, framework_, session_, run.trees, parameters, tvk_map_dfs_filter_mark, false);
+        const netconf::GetRequest asked = read_request(mappings_, request, run);
+        run.reply = tool::answer_get(mappings_, framework_, session_, run.trees, asked, tvk_map_dfs_filter_mark, false);
     }
 
 private:
-    const tool::Mappings &mappings_;
-    tool::TreeHolder data_;
-    tool::Framework framework_{false};
-    tool::Session session_{framework_, data_.root()};
+    const framework::Mappings &mappings_;
+    framework::TreeHolder data_;
+    framework::Framework framework_{false};
+    framework::Session session_{framework_, data_.root()};
 };
 
 void measure_get_in_memory(benchmark::State &state, Model model, std::size_t n) {

@@ -1,8 +1,8 @@
-// Growing child arrays by one record at a time to N records. A program of its own, of which each run is a fork: its
-// heap is as good as new.
+// Growing child arrays by one record at a time to N records. Each run is a fork of this program, so that its heap is as
+// good as new.
 //
 // Beside the time a run tells how often an array was moved, and how many bytes the moves copied for each byte that the
-// arrays have at the end. Growth in proportion holds that below a constant, whatever the heap looks like.
+// arrays have at the end. Growth in proportion holds that number below a constant, in any state of the heap.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -45,7 +45,7 @@ public:
         return array.records[array.count++] = Node{};
     }
 
-    // An entry with its key leaf, as a list has them.
+    // Appends an entry of a list, with its key leaf.
     void append_entry(Array &array, const std::string &key) {
         Node &entry = append(array);
         entry.tag = tvk_strdup("interface", nullptr);
@@ -94,8 +94,8 @@ void release(Array &array) {
 
 struct Scenario {
     const char *work;
-    std::size_t arrays;  // that grow in turn, to N records in all
-    bool has_entries;    // records with strings and a child, so that other blocks are made between two growths
+    std::size_t arrays;  // they grow in turn, to N records in all
+    bool has_entries;    // records have strings and a child, so that other blocks are made between two growths
     bool is_fragmented;  // the process built and released a big tree before
 };
 
@@ -120,7 +120,7 @@ void leave_holes(std::size_t n) {
     release(array);
 }
 
-// Records that came out as they were put in.
+// Counts the records that came out as they were put in.
 std::size_t count_intact(const std::vector<Array> &arrays, const Scenario &scenario) {
     std::size_t intact = 0;
     for (std::size_t a = 0; a < arrays.size(); ++a) {

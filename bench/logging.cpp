@@ -1,5 +1,5 @@
-// What log and trace cost while they are switched off: the library as it is, beside a build of the same sources whose
-// log sites are empty.
+// The cost of log and trace while they are switched off: the library as it is, beside a build of the same sources with
+// empty log sites.
 #include <dlfcn.h>
 
 #include <stdexcept>
@@ -12,7 +12,7 @@ namespace {
 
 class Library {
 public:
-    // Calls between its own operations stay inside a library that is loaded so, whatever else is loaded.
+    // A library that is loaded so calls its own operations, although others of the same names are loaded.
     explicit Library(const char *path) : handle_(dlopen(path, RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND)) {
         if (handle_ == nullptr) {
             throw std::runtime_error(dlerror());

@@ -1,9 +1,9 @@
-// Resident memory of a tree of N entries, per node; a process of its own for each measurement.
+// Resident memory of a tree of N entries, per node. Each measurement is a process of its own.
 //
 //     tvk_bench_memory N
 //
-// Prints one JSON object: the growth of the resident set while the tree is built, and what a node takes without any
-// spare room: its record and the malloc blocks of its strings.
+// It prints one JSON object: the growth of the resident set while the tree is built, and the size of a node without any
+// spare room, which is its record and the malloc blocks of its strings.
 #include <malloc.h>
 #include <unistd.h>
 
@@ -25,14 +25,14 @@ std::size_t resident_bytes() {
     return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
-// The usable size and malloc's own word before it.
+// The size of a block: its usable size and malloc's own word before it.
 std::size_t block_bytes(char *block) {
     return block != nullptr ? malloc_usable_size(block) + sizeof(std::size_t) : 0;
 }
 
 std::size_t bare_bytes(const Node &root) {
     std::size_t bytes = 0;
-    for (const Node &child : tool::children_of(root)) {
+    for (const Node &child : tvk::children(root)) {
         bytes += sizeof child + block_bytes(child.tag) + block_bytes(child.ns) + block_bytes(child.data);
         bytes += bare_bytes(child);
     }

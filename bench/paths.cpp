@@ -1,5 +1,5 @@
-// Building N entries with six leaves each by paths: each leaf by its full path from the root, the entries told apart by
-// the keys in it; or each leaf below its entry, which is looked for by its key.
+// Building N entries with six leaves each by paths. Either each leaf is added by its full path from the root, with keys
+// that tell the entries apart; or each leaf is added below its entry, which is looked for by its key.
 #include <cstring>
 
 #include "relative_paths.h"

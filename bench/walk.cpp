@@ -40,7 +40,7 @@ qerrno parse_leaf(tvk_map_ctx ctx, const Node *node, Node *target) {
     return tmap_high_leaf_parse(ctx, node, target, node->tag, 0, visit);
 }
 
-// The request, and what a mapping would build from it, which here is nothing.
+// The request, and the target of a mapping that builds nothing.
 struct Walk : Build {
     Node &add(Node &parent, const char *tag, const char *value = nullptr) {
         Node *child = nullptr;
@@ -48,7 +48,7 @@ struct Walk : Build {
         return *child;
     }
 
-    tool::TreeHolder target;
+    framework::TreeHolder target;
 };
 
 struct DeepWalk : Walk {
@@ -85,7 +85,7 @@ void measure_walk(benchmark::State &state, std::size_t n, std::size_t nodes) {
         [](Request &) { return visited; });
 }
 
-// Every second level has its key leaf.
+// Every second level is a list entry with its key leaf.
 const Benchmark deep("walk_deep", "tvk_map",
                      [](benchmark::State &state, std::size_t n) { measure_walk<DeepWalk>(state, n, n + n / 2); },
                      {10, 20, 30, 40, TVK_MAP_MAX_HIERARCHY_LEVELS});

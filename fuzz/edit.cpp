@@ -3,10 +3,12 @@
 #include "edit_command.h"
 
 #include "common/request.h"
-#include "data_file.h"
-#include "edit_request.h"
+#include "netconf/data_document.h"
+#include "netconf/edit_request.h"
 
 using namespace tvk::fuzz;
+namespace framework = tvk::framework;
+namespace netconf = tvk::netconf;
 namespace tool = tvk::tool;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
@@ -19,15 +21,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     input.text('\n');
     const std::string request = input.text('\f');
     const std::string given = input.text('\f');
-    run_both_ways(failing_allocation, [&](tool::Framework &framework) {
-        tool::RequestTrees trees;
-        const tool::EditParameters parameters =
-            tool::read_edit(tool::XmlDocument::parse(request, "the request", tool::kEditLayout), trees.request);
+    run_both_ways(failing_allocation, [&](framework::Framework &framework) {
+        framework::RequestTrees trees;
+        const netconf::EditRequest asked = netconf::read_edit(
+            netconf::XmlDocument::parse(request, "the request", netconf::kEditLayout), trees.request);
         if (native != 0) {
             const std::string &bytes = native == 1 ? example.native_before_edit : given;
-            tool::take_data(tool::XmlDocument::parse(bytes, "the native data", tool::kNativeLayout), trees.native);
+            netconf::take_data(netconf::XmlDocument::parse(bytes, "the native data", netconf::kNativeLayout),
+                               trees.native);
         }
-        const tool::Reply reply = tool::answer_edit(example.mappings, framework, trees, parameters, listing);
+        const tool::Reply reply = tool::answer_edit(example.mappings, framework, trees, asked, listing);
         if (!listing) {
             require_document(reply);
         }

@@ -146,9 +146,7 @@ std::string release(World &world, Input &input) {
         case 1:
             return world.outcome(tvk_remove_from_output_list_ctx(world.ctx(), nullptr, nullptr));
         case 2:
-            if (world.state().pending_hierarchy_kind != 0) {  // the next call forgets it
-                kel_named_free(world.state().pending_hierarchy_path);
-            }
+            tvk_map_release_pending_entry(world.ctx());  // the next call would forget its hierarchy path
             return world.outcome(tvk_map_datatree_reset_trim_path_ctx(world.ctx()));
         case 3:
             return change_announced(world, input);

@@ -1,5 +1,5 @@
-// Included before everything else: the library's messages are then empty, and no sink wants one. What a message
-// mentions is still compiled, and never run.
+// Included before everything else, this header makes the library's messages empty, and no sink wants one. The arguments
+// of a message are still compiled, and never evaluated.
 #include "tvk_diagnostics.h"
 
 #define tvk_debug_should_log(log_filter, level) (static_cast<void>(log_filter), 0)

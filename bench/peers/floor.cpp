@@ -1,4 +1,4 @@
-// What the layout costs without a library around it: records of 200 bytes held by value, arrays that double, strings
+// The cost of the layout without a library around it: records of 200 bytes held by value, arrays that double, strings
 // from strdup, children and keys found by comparing one after the other.
 #include <cstdint>
 #include <cstdlib>
@@ -28,7 +28,7 @@ bool equal(const char *a, const char *b) {
     return std::strcmp(a, b) == 0;
 }
 
-// Without a namespace: that is stored where it changes, which is at the top.
+// Appends a record without a namespace. The namespace is stored where it changes, which is at the top.
 Record &append(Record &parent, const char *name, const char *value) {
     if (parent.count == parent.capacity) {
         parent.capacity = parent.capacity == 0 ? 1 : 2 * parent.capacity;
@@ -141,7 +141,7 @@ Record &append_top(Record &root) {
     return top;
 }
 
-// Nothing is looked for among the entries.
+// Builds the tree without looking for anything among the entries.
 void build_by_handle(Tree &tree, std::size_t n) {
     Record &top = append_top(tree.root);
     for (std::size_t i = 0; i < n; ++i) {

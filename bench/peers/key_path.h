@@ -13,7 +13,8 @@ struct Step {
 
 inline constexpr int kMaxSteps = 16;
 
-// The texts of steps lie in the buffer, which is as large as the path at least. Returns how many there are.
+// Splits the path into steps, whose texts lie in the buffer. The buffer is as large as the path at least. Returns the
+// number of steps.
 inline int split_path(const char *path, char *buffer, Step *steps) {
     std::memcpy(buffer, path, std::strlen(path) + 1);
     char *at = buffer;

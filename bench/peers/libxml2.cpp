@@ -1,5 +1,5 @@
-// libxml2: elements of a document, found by comparing siblings one after the other; "libxml2_map" adds what a careful
-// user keeps beside the list, a map from keys to entries.
+// The variants of libxml2: elements of a document, found by comparing siblings one after the other. "libxml2_map" adds
+// a map from keys to entries, which a careful user keeps beside the list.
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 
@@ -221,7 +221,7 @@ void release_others(xmlNode *parent, std::initializer_list<const char *> kept) {
     }
 }
 
-// Written by hand for each filter.
+// The pruning is written by hand for each filter.
 void prune(const Document &document, Filter filter, const char *key) {
     xmlNode *next = nullptr;
     for (xmlNode *entry = top_of(document)->children; entry != nullptr; entry = next) {

@@ -1,4 +1,4 @@
-// libyang.
+// The variants of libyang.
 #include <libyang/libyang.h>
 
 #include <stdexcept>
@@ -44,7 +44,7 @@ void new_leaf(lyd_node *parent, const char *name, const char *value) {
     check(lyd_new_term(parent, nullptr, name, value, 0, nullptr));
 }
 
-// Nothing is looked for among the entries.
+// Builds the tree without looking for anything among the entries.
 Tree build_by_handle(std::size_t n) {
     Tree tree = new_top();
     for (std::size_t i = 0; i < n; ++i) {

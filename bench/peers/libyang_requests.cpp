@@ -1,5 +1,5 @@
-// What whole requests do, done with libyang on the bytes of the same documents: what the native data is to us is a
-// document of the client's model here. Operations are not looked at; the code knows what it is to do.
+// Whole requests carried out with libyang, on the bytes of the same documents. The native data is a document of the
+// client's model here. The code does not look at the operations of a request: each edit is written for its own.
 #include <cstdlib>
 #include <memory>
 
@@ -52,7 +52,7 @@ void release_entry(lyd_node *around, lyd_node *like) {
     lyd_free_tree(entry);
 }
 
-// Moves the entries of request into around, or with kDelete takes those of their names out of it.
+// Moves the entries of request into around, or with kDelete takes the entries of the same keys out of it.
 void edit_entries(lyd_node *around, lyd_node *request, Edit edit) {
     lyd_node *next = nullptr;
     for (lyd_node *entry = lyd_child(request); entry != nullptr; entry = next) {

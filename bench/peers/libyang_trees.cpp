@@ -1,3 +1,4 @@
+// Loading the models into libyang, and pruning its trees.
 #include "libyang_trees.h"
 
 #include <stdexcept>
@@ -23,10 +24,10 @@ std::unique_ptr<ly_ctx, ReleaseContext> new_context() {
     return owner;
 }
 
-// Marks the nodes that an xpath selects, with their ancestors, and releases the rest.
+// The addresses mark the nodes that an xpath selects, and their ancestors. All other nodes are released.
 char selected_mark, ancestor_mark;
 
-// Children that carry no mark go, keys excepted.
+// Releases the children that carry no mark, but for keys.
 void release_unmarked(lyd_node *parent) {
     lyd_node *next = nullptr;
     for (lyd_node *child = lyd_child(parent); child != nullptr; child = next) {

@@ -1,4 +1,4 @@
-// Data trees of libyang, and what its variants share. Nothing is validated anywhere.
+// Data trees of libyang, for all its variants. None of them validates anything.
 #pragma once
 
 #include <libyang/libyang.h>
@@ -23,7 +23,7 @@ using Tree = std::unique_ptr<lyd_node, ReleaseTree>;
 
 std::size_t count_nodes(const Tree &tree);
 
-// Keeps what the xpath selects, with its ancestors and their keys: the rest is released.
+// Keeps the nodes that the xpath selects, with their ancestors and the keys of these, and releases the rest.
 void prune(Tree &tree, const std::string &xpath);
 
 }  // namespace tvk::bench

@@ -1,4 +1,4 @@
-// pugixml: elements of a document, found by comparing siblings one after the other.
+// The variant of pugixml: elements of a document, found by comparing siblings one after the other.
 #include <cstring>
 #include <pugixml.hpp>
 

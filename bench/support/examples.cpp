@@ -1,3 +1,4 @@
+// The example mappings as the desk tool runs them.
 #include "examples.h"
 
 #include <map>
@@ -6,23 +7,24 @@
 
 #include "apply_command.h"
 #include "edit_command.h"
-#include "output.h"
+#include "framework/edit_run.h"
+#include "report.h"
 
 namespace tvk::bench {
 
 namespace {
 
 std::string made_native_data(Model model, std::size_t entries) {
-    tool::RequestTrees trees;
-    const tool::EditParameters parameters = tool::read_edit(
-        tool::XmlDocument::parse(edit_request(model, Edit::kMerge, entries), "the edit", tool::kEditLayout),
+    framework::RequestTrees trees;
+    const netconf::EditRequest asked = netconf::read_edit(
+        netconf::XmlDocument::parse(edit_request(model, Edit::kMerge, entries), "the edit", netconf::kEditLayout),
         trees.request);
-    tool::Framework framework(false);
-    if (!tool::make_edit(mappings_of(model), framework, trees, parameters).empty()) {
+    framework::Framework framework(false);
+    if (!framework::make_edit(mappings_of(model), framework, trees, asked.parameters).empty()) {
         throw std::runtime_error("the mapping refused the configuration");
     }
-    tool::TreeHolder data;
-    tool::Shapes shapes(mappings_of(model));
+    framework::TreeHolder data;
+    framework::Shapes shapes(mappings_of(model));
     tool::Reply reply = tool::answer_apply(data, trees.native.root(), TVK_OPERATION_MERGE, shapes, {{}, false, false});
     check(reply);
     return std::move(reply.text);
@@ -30,9 +32,9 @@ std::string made_native_data(Model model, std::size_t entries) {
 
 }  // namespace
 
-const tool::Mappings &mappings_of(Model model) {
-    static const tool::Mappings interfaces = tool::Mappings::load({TVK_BENCH_INTERFACES});
-    static const tool::Mappings bgp = tool::Mappings::load({TVK_BENCH_BGP});
+const framework::Mappings &mappings_of(Model model) {
+    static const framework::Mappings interfaces = framework::Mappings::load({TVK_BENCH_INTERFACES});
+    static const framework::Mappings bgp = framework::Mappings::load({TVK_BENCH_BGP});
     return model == Model::kInterfaces ? interfaces : bgp;
 }
 

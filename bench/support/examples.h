@@ -4,14 +4,16 @@
 #include <cstddef>
 #include <string>
 
-#include "mapping_run.h"
+#include "framework/module_loader.h"
+#include "reply.h"
 #include "requests.h"
 
 namespace tvk::bench {
 
-const tool::Mappings &mappings_of(Model model);
+const framework::Mappings &mappings_of(Model model);
 
-// What the entries come to on the native side: the configuration, edited in and applied. Made on demand and kept.
+// Returns the native data that results when the entries' configuration is edited in and applied. It is made on demand
+// and kept.
 const std::string &native_data(Model model, std::size_t entries);
 
 // Throws unless it is a reply to a request that went well.

@@ -1,3 +1,4 @@
+// Registering benchmarks, and the count that each must come to.
 #include "harness.h"
 
 #include <exception>

@@ -1,8 +1,8 @@
 // Registers benchmarks and times them.
 //
-// A benchmark is called work/variant/N: the kind of work, who does it and the size. What is timed is one call on a
-// subject of its own; neither preparing nor releasing the subject is. After the first call of a run the nodes that the
-// subject then has are counted: another number than the work must come to ends the run with a fault.
+// A benchmark is called work/variant/N: the kind of work, who does it and the size. One call on a subject of its own is
+// timed; preparing and releasing the subject is not. After the first call of a run the nodes of the subject are
+// counted. If they are not the number that the work must come to, the run ends with a fault.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -17,27 +17,26 @@ namespace tvk::bench {
 
 inline constexpr std::size_t kSmallest = 10;
 inline constexpr std::size_t kLargest = 100000;
-// Work whose cost grows with the square of the size goes no further.
+// The largest size of work whose cost grows with the square of the size.
 inline constexpr std::size_t kLargestQuadratic = 10000;
 
-// 10, 100 and so on up to largest.
+// Returns 10, 100 and so on up to largest.
 std::vector<std::size_t> sizes_up_to(std::size_t largest);
 
 using Body = std::function<void(benchmark::State &state, std::size_t n)>;
 
-// Registers work/variant/N for each size. An exception out of body is a fault. Made at file scope, before main.
-// Without a number of iterations there are as many as the time that is asked for takes, and without one of repetitions
-// as many as are asked for.
+// Registers work/variant/N for each size, at file scope, before main. An exception out of body is a fault. Without a
+// number of iterations, or of repetitions, the command line decides on it.
 class Benchmark {
 public:
     Benchmark(const std::string &work, const std::string &variant, const Body &body,
               const std::vector<std::size_t> &sizes = sizes_up_to(kLargest), int iterations = 0, int repetitions = 0);
 };
 
-// For work that takes seconds at the largest size: it is repeated three times there, whatever is asked for.
+// Registers work that takes seconds at the largest size. There it is always repeated three times.
 void add_benchmarks_of_seconds(const std::string &work, const std::string &variant, const Body &body);
 
-// Whether any benchmark of this process ended with a fault.
+// Tells whether a benchmark of this process ended with a fault.
 bool fault_met();
 
 // Throws unless both numbers agree.
@@ -52,7 +51,7 @@ private:
     Clock::time_point start_ = Clock::now();
 };
 
-// A function of its own, so that a profiler can be told to count what happens inside it and nothing else.
+// The work is a function of its own, so that a profiler can be told to count inside it alone.
 template <class Work, class Subject>
 [[gnu::noinline]] void timed_work(Work &work, Subject &subject) {
     work(subject);

@@ -1,10 +1,11 @@
+// Names, values and paths of the entries.
 #include "inputs.h"
 
 namespace tvk::bench {
 
 namespace {
 
-// Fills texts up to count with what make(i) returns.
+// Fills texts up to count with the results of make(i).
 template <class Make>
 const Texts &filled(Texts &texts, std::size_t count, Make make) {
     for (std::size_t i = texts.size(); i < count; ++i) {

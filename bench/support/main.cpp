@@ -1,4 +1,5 @@
-// Exit status: 0 when at least one benchmark ran and all built what they claim, else 1; 2 for a usage error.
+// The program of the benchmarks. Its exit status is 0 when at least one ran and all built the nodes that they claim,
+// 2 for a usage error, else 1.
 #include <cstdio>
 
 #include "harness.h"

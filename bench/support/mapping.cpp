@@ -1,3 +1,4 @@
+// The trees of the library's benchmarks, made by the handles of their nodes.
 #include "mapping.h"
 
 #include <cstdio>
@@ -52,7 +53,7 @@ void add_entries(Build &build, std::size_t entries) {
 
 std::size_t count_nodes(const Node &root) {
     std::size_t count = 0;
-    for (const Node &child : tool::children_of(root)) {
+    for (const Node &child : children(root)) {
         count += 1 + count_nodes(child);
     }
     return count;

@@ -1,13 +1,13 @@
-// The library's side: a request as a framework would make it, and the trees that the benchmarks build.
+// The variants of this library: a request as a framework would make it, and the trees that the benchmarks build.
 #pragma once
 
 #include <cstddef>
 #include <vector>
 
-#include "framework.h"
+#include "framework/framework.h"
+#include "framework/tree_holder.h"
 #include "harness.h"
 #include "qidl_tvk_datatree.h"
-#include "tree_holder.h"
 #include "tvk_map_types.h"
 
 namespace tvk::bench {
@@ -24,11 +24,11 @@ struct Variant {
     std::vector<std::size_t> sizes() const { return sizes_up_to(largest); }
 };
 
-// With the index over children, and without it.
+// One variant with the index over children, and one without it.
 inline constexpr Variant kVariants[] = {{"tvk_map", Index::kOn, kLargest},
                                         {"tvk_map_scan", Index::kOff, kLargestQuadratic}};
 
-// A request with its tree, released in the order that both need.
+// A request with its tree. The fields are released in the order that both need.
 class Build {
 public:
     explicit Build(Index index = Index::kOn, uint32_t request_type = TVK_REQUEST_EDIT_CONFIG)
@@ -41,9 +41,9 @@ public:
     tvk_map_ctx ctx() { return request_.ctx(); }
 
 private:
-    tool::TreeHolder tree_;
-    tool::Framework framework_;
-    tool::RequestScope request_;
+    framework::TreeHolder tree_;
+    framework::Framework framework_;
+    framework::RequestScope request_;
 };
 
 // Exported operations take some texts as writable and do not write them.
@@ -54,13 +54,13 @@ inline char *text(const char *constant) {
 // Throws for a status that is no success.
 void check(qerrno status);
 
-// Adds the container around the entries, or all of an entry below it, by the handles of its nodes: nothing is looked
-// for among the entries.
+// Adds the container around the entries, or a whole entry below it, by the handles of its nodes, without looking for
+// anything among the entries.
 Node &add_top(Build &build);
 void add_entry(Build &build, Node &top, std::size_t entry);
 void add_entries(Build &build, std::size_t entries);
 
-// The nodes below root.
+// Counts the nodes below root.
 std::size_t count_nodes(const Node &root);
 
 }  // namespace tvk::bench

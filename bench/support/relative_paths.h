@@ -1,4 +1,4 @@
-// Building a tree as mapping code does: for each leaf the list entry is looked for, or added, and the leaf's path is
+// Building a tree as mapping code does. For each leaf the list entry is looked for, or added, and the leaf's path is
 // added below it.
 #pragma once
 

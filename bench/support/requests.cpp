@@ -1,3 +1,4 @@
+// The texts of whole requests, and the nodes that their replies must have.
 #include "requests.h"
 
 #include <map>
@@ -27,10 +28,10 @@ struct Shape {
     const char *entry;
     const char *key;
     const char *leaf;         // in config
-    const char *other_value;  // what the leaf has in one entry of ten
+    const char *other_value;  // of the leaf, in one entry of ten
     const char *list_xpath;
     std::size_t nodes_around;          // around the entries
-    std::size_t nodes_around_if_keys;  // without what is no key there
+    std::size_t nodes_around_if_keys;  // the same without the leaves that are no keys
     std::size_t nodes_per_entry;
     std::size_t nodes_per_config;  // with its leaves
 };
@@ -66,8 +67,8 @@ std::string content_of(Model model, std::size_t i) {
     return element("config", config) + element("transport", element("config", element("local-address", "192.0.2.254")));
 }
 
-// The top container around what stands beside or instead of the entries. With the names alone, or, in an edit, with
-// configuration of the outer lists, and with the attributes of the node around the entries.
+// The nodes of the top container around the entries: names alone, names with keys, or, in an edit, with the
+// configuration of the outer lists as well.
 enum class Around { kNames, kKeys, kConfig };
 
 std::string top(Model model, Around around, const std::string &entries, const std::string &attributes = "") {

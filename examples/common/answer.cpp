@@ -28,10 +28,10 @@ void fill_instance(Node &instance, const Node &request, bool is_own, const Node 
     instance.data = key;
     instance.attributes = reinterpret_cast<struct qidl_tvk_name_value *>(const_cast<Node *>(native));
     instance.presence = TVK_HAS_TAG | TVK_HAS_NS;
-    if (is_own && (request.presence & TVK_HAS_SUBTREES) != 0) {
+    if (is_own && tvk::has(request, TVK_HAS_SUBTREES)) {
         instance.subtrees = request.subtrees;
         instance.subtree_count = request.subtree_count;
-        instance.presence = static_cast<uint16_t>(instance.presence | TVK_HAS_SUBTREES);
+        tvk::set_present(instance, TVK_HAS_SUBTREES);
     }
 }
 
@@ -58,7 +58,7 @@ bool is_key_of(const Node &leaf, const char *tag, const char *value, const char 
 bool admits(tvk_map_ctx ctx, const Node &request, const ListShape &list, const char *key) {
     const FixedKey *fixed = list.fixed_key;
     for (const Node &leaf : children_of(&request)) {
-        if ((leaf.presence & TVK_HAS_DATA) == 0) {
+        if (!tvk::has(leaf, TVK_HAS_DATA)) {
             continue;
         }
         const bool is_named = is_key_of(leaf, list.key, key, list.key_ns) ||
@@ -78,14 +78,14 @@ qerrno find_candidates(tvk_map_ctx ctx, const Node *request, const ListShape &li
     if (outer == nullptr) {
         return TVK_OK;
     }
-    const NodeRange all = list.candidates(ctx, outer);
+    const Nodes all = list.candidates(ctx, outer);
     const Node *key = request != nullptr ? key_leaf(*request, list.key) : nullptr;
-    if (key != nullptr && (key->presence & TVK_HAS_DATA) != 0) {
+    if (key != nullptr && tvk::has(*key, TVK_HAS_DATA)) {
         const char *wanted = list.native_key != nullptr ? list.native_key(key->data, outer_key, scratch) : key->data;
-        return wanted != nullptr ? Entries::find(ctx, all.first, all, list.text_of, all_of(wanted), found) : TVK_OK;
+        return wanted != nullptr ? Entries::find(ctx, all.data(), all, list.text_of, all_of(wanted), found) : TVK_OK;
     }
     if (list.outer_key_of != nullptr) {
-        return Entries::find(ctx, all.first, all, list.outer_key_of, all_of(outer_key), found);
+        return Entries::find(ctx, all.data(), all, list.outer_key_of, all_of(outer_key), found);
     }
     found = Entries(all);
     return TVK_OK;
@@ -165,7 +165,7 @@ qerrno tag_as_default(Node *leaf) {
     attribute->value = tvk_strdup("true", kTag);
     leaf->attributes = attribute;
     leaf->attribute_count = 1;
-    leaf->presence = static_cast<uint16_t>(leaf->presence | TVK_HAS_ATTRIBUTES);
+    tvk::set_present(*leaf, TVK_HAS_ATTRIBUTES);
     return attribute->name != nullptr && attribute->value != nullptr ? TVK_OK : TVK_ERR_NO_MEMORY;
 }
 
@@ -201,7 +201,7 @@ qerrno check_key(tvk_map_ctx ctx, const Node *key, const ListShape &list) {
     if (!is_of_model(ctx, *key, list.ns)) {
         return refuse_namespace(ctx, key, list.ns);
     }
-    if (children_of(key).count > 0) {
+    if (!children_of(key).empty()) {
         return refuse(ctx, key, TVK_ERR_INVALID, "it holds elements, and is a leaf");
     }
     if (key->data == nullptr) {
@@ -216,9 +216,7 @@ qerrno check_key(tvk_map_ctx ctx, const Node *key, const ListShape &list) {
 
 // As the library does later on; what fails before is told with the keys of the entry that it stands in.
 void mark_as_key(const Node &leaf) {
-    auto &key = const_cast<Node &>(leaf);
-    key.is_key = 1;
-    key.presence = static_cast<uint16_t>(key.presence | TVK_HAS_IS_KEY);
+    tvk::mark_key(const_cast<Node &>(leaf));
 }
 
 // The library counts keys, and two of one name count for two.
@@ -311,9 +309,9 @@ const char *entry_key(tvk_map_ctx ctx, const ListShape &list) {
     return memory_of(ctx).levels[list.level].key;
 }
 
-const Node *find_entry(tvk_map_ctx ctx, NodeRange list, TextOf text_of, const char *text) {
+const Node *find_entry(tvk_map_ctx ctx, Nodes list, TextOf text_of, const char *text) {
     Entries found;
-    note_failure(ctx, Entries::find(ctx, list.first, list, text_of, all_of(text), found));
+    note_failure(ctx, Entries::find(ctx, list.data(), list, text_of, all_of(text), found));
     return memory_of(ctx).failure == TVK_OK ? found.next() : nullptr;
 }
 
@@ -371,16 +369,6 @@ qerrno push_instances(tvk_map_ctx ctx, const ListShape &list) {
     return note_failure(ctx, tvk_map_util_itree_stack_size(ctx) > size ? TVK_OK : TVK_ERR_NO_MEMORY);
 }
 
-void clear_pending(tvk_map_ctx ctx) {
-    if (ctx->state->pending_hierarchy_kind != 0) {
-        kel_named_free(ctx->state->pending_hierarchy_path);
-    }
-    ctx->state->pending_hierarchy_path = nullptr;
-    ctx->state->pending_hierarchy_kind = 0;
-    ctx->state->pending_list_node = nullptr;
-    tvk_map_free_trim_path_list_ctx(ctx);
-}
-
 qerrno answer_value(tvk_map_ctx ctx, Node *target, const Answer &answer) {
     // Asked first, so that nothing is opened for a leaf that is then left out.
     if (tvk_map_dfs_filter_schema(ctx, ctx->state->datatree, answer.path, 0) != 1) {
@@ -398,7 +386,7 @@ qerrno answer_value(tvk_map_ctx ctx, Node *target, const Answer &answer) {
     }
     if (status == TVK_OK && answer.value_ns != nullptr && leaf != nullptr && leaf->data_ns == nullptr) {
         leaf->data_ns = tvk_strdup(answer.value_ns, kTag);
-        leaf->presence = static_cast<uint16_t>(leaf->presence | TVK_HAS_DATA_NS);
+        tvk::set_present(*leaf, TVK_HAS_DATA_NS);
         status = leaf->data_ns != nullptr ? TVK_OK : TVK_ERR_NO_MEMORY;
     }
     if (status == TVK_OK && answer.is_default && leaf != nullptr && leaf->attribute_count == 0) {
@@ -416,7 +404,7 @@ qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont
     if (status == TVK_OK) {
         status = parse_container(ctx, node, top, info, ns);
     }
-    clear_pending(ctx);
+    tvk_map_release_pending_entry(ctx);
     tvk_map_datatree_reset_trim_path_ctx(ctx);
     return status != TVK_OK || ctx->mapping_data == nullptr ? status : memory_of(ctx).failure;
 }

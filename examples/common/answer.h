@@ -29,7 +29,7 @@ struct ListShape {
     const ValueType *key_type;  // null: its values are those that native_key knows
     const char *ns;
     // The nodes that may stand for an entry, given the native node of the entry around it, or the native root.
-    NodeRange (*candidates)(tvk_map_ctx ctx, const Node *outer);
+    Nodes (*candidates)(tvk_map_ctx ctx, const Node *outer);
     // The key of a candidate, given the key of the entry around it (or null); null when it stands for none.
     const char *(*key_of)(const Node *candidate, const char *outer_key, Scratch &scratch);
     // What candidates are told apart by, and that of the entry with a key, null when the native side has no such one.
@@ -49,7 +49,7 @@ const Node *native_entry(tvk_map_ctx ctx, const ListShape &list);
 const char *entry_key(tvk_map_ctx ctx, const ListShape &list);
 
 // The entry of a native list with that text; null when there is none, or no memory to find it.
-const Node *find_entry(tvk_map_ctx ctx, NodeRange list, TextOf text_of, const char *text);
+const Node *find_entry(tvk_map_ctx ctx, Nodes list, TextOf text_of, const char *text);
 
 // The value of the child of that name, as a text to tell entries apart by.
 Text child_text(const Node &entry, const char *tag);
@@ -75,9 +75,6 @@ struct Place {
     int flags;
 };
 qerrno open_entry(tvk_map_ctx ctx, Node *target, const ListShape &list, Place &place);
-
-// Empties the pending entry, with the path that stitching leaves in it. The output list stays.
-void clear_pending(tvk_map_ctx ctx);
 
 // A leaf of the response, at path below the top container.
 struct Answer {

@@ -80,7 +80,7 @@ qerrno check_leaves(tvk_map_ctx ctx, const Node *node, const LeafContainer &cont
         if (!is_of_model(ctx, leaf, ns_of(container, *rule))) {
             return refuse_namespace(ctx, &leaf, ns_of(container, *rule));
         }
-        if (children_of(&leaf).count > 0) {
+        if (!children_of(&leaf).empty()) {
             return refuse(ctx, &leaf, TVK_ERR_INVALID, "it holds elements, and is a leaf");
         }
         const uint32_t bit = 1U << (rule - container.rules.data());
@@ -157,7 +157,7 @@ qerrno answer_leaf(tvk_map_ctx ctx, Node *target, const LeafContainer &container
 // A value in the filter must be the one that the leaf has, set or by default. A leaf that is not mapped has none.
 bool content_matches(tvk_map_ctx ctx, const Node *node, const LeafContainer &container) {
     for (const Node &leaf : children_of(node)) {
-        if ((leaf.presence & TVK_HAS_DATA) == 0) {
+        if (!tvk::has(leaf, TVK_HAS_DATA)) {
             continue;
         }
         const LeafRule *rule = find_rule(container, leaf.tag);
@@ -213,7 +213,7 @@ qerrno refuse_identity(tvk_map_ctx ctx, const Node *leaf, const char *ns) {
 
 qerrno settle_container(tvk_map_ctx ctx, const Node *node, Node *target, const char *path) {
     const bool is_delete = tvk_map_is_request_delete(node) != 0;
-    const bool is_create = (node->presence & TVK_HAS_OPERATION) != 0 && node->operation == TVK_OPERATION_CREATE;
+    const bool is_create = tvk::has_operation(*node, TVK_OPERATION_CREATE);
     if (!is_delete && !is_create) {
         take_back_removal(find(current_node(ctx, target), path));
         return TVK_OK;
@@ -252,7 +252,7 @@ qerrno handle_leaf(tvk_map_ctx ctx, const Node *leaf, Node *target, const LeafCo
     if (rule == nullptr || !is_of_model(ctx, *leaf, ns_of(container, *rule))) {
         return TVK_OK;  // what the model does not know selects nothing
     }
-    return answer_leaf(ctx, target, container, *rule, (leaf->presence & TVK_HAS_DATA) != 0);
+    return answer_leaf(ctx, target, container, *rule, tvk::has(*leaf, TVK_HAS_DATA));
 }
 
 qerrno handle_all_leaves(tvk_map_ctx ctx, const Node *node, Node *target, const LeafContainer &container) {

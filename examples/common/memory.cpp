@@ -14,7 +14,7 @@ namespace {
 constexpr char kTag[] = "example mapping";
 
 // Shorter lists are looked through.
-constexpr int32_t kLongList = 16;
+constexpr std::size_t kLongList = 16;
 
 uint32_t hash_of(Text text) {
     uint32_t hash = 2166136261U;
@@ -97,8 +97,8 @@ struct Groups {
         return true;
     }
 
-    bool take_in(NodeRange list) {
-        const auto count = static_cast<uint32_t>(list.count);
+    bool take_in(Nodes list) {
+        const auto count = static_cast<uint32_t>(list.size());
         if (known > count) {
             forget();  // fewer ones are others, though nobody has said so
         }
@@ -106,7 +106,7 @@ struct Groups {
             return false;
         }
         while (known < count) {
-            const Text text = text_of(list.first[known]);
+            const Text text = text_of(list[known]);
             entries[known] = {hash_of(text), 0, text.begin != nullptr};
             append(++known);
         }
@@ -148,12 +148,11 @@ bool same(Text a, Text b) {
            std::memcmp(a.begin, b.begin, a.length) == 0;
 }
 
-qerrno Entries::find(tvk_map_ctx ctx, const void *list_id, NodeRange list, TextOf text_of, Text wanted,
-                     Entries &found) {
+qerrno Entries::find(tvk_map_ctx ctx, const void *list_id, Nodes list, TextOf text_of, Text wanted, Entries &found) {
     found = Entries(list);
     found.text_of_ = text_of;
     found.wanted_ = wanted;
-    if (list.count <= kLongList) {
+    if (list.size() <= kLongList) {
         return TVK_OK;
     }
     Groups *groups = groups_for(ctx, list_id, text_of);
@@ -165,10 +164,10 @@ qerrno Entries::find(tvk_map_ctx ctx, const void *list_id, NodeRange list, TextO
     return TVK_OK;
 }
 
-Node *Entries::next() {
+const Node *Entries::next() {
     if (groups_ == nullptr) {
-        while (at_ < static_cast<uint32_t>(list_.count)) {
-            Node *entry = &list_.first[at_++];
+        while (at_ < list_.size()) {
+            const Node *entry = &list_[at_++];
             if (text_of_ == nullptr || same(text_of_(*entry), wanted_)) {
                 return entry;
             }
@@ -176,7 +175,7 @@ Node *Entries::next() {
         return nullptr;
     }
     while (at_ != 0) {
-        Node *entry = &list_.first[at_ - 1];
+        const Node *entry = &list_[at_ - 1];
         at_ = groups_->entries[at_ - 1].next;
         if (same(text_of_(*entry), wanted_)) {
             return entry;

@@ -24,18 +24,17 @@ using TextOf = Text (*)(const Node &entry);
 class Entries {
 public:
     Entries() = default;
-    explicit Entries(NodeRange list) : list_(list) {}
+    explicit Entries(Nodes list) : list_(list) {}
 
     // The entries of list whose text_of is wanted. Those of a long list are grouped when they are first looked for, and
     // entries that the list has got since then are added to their groups. wanted must outlive found. list_id tells the
     // list from others; in an edit, where arrays move, it is no address of its nodes. Returns TVK_ERR_NO_MEMORY, or 0.
-    static qerrno find(tvk_map_ctx ctx, const void *list_id, NodeRange list, TextOf text_of, Text wanted,
-                       Entries &found);
+    static qerrno find(tvk_map_ctx ctx, const void *list_id, Nodes list, TextOf text_of, Text wanted, Entries &found);
 
-    Node *next();  // null at the end
+    const Node *next();  // null at the end
 
 private:
-    NodeRange list_{nullptr, 0};
+    Nodes list_;
     const struct Groups *groups_ = nullptr;
     TextOf text_of_ = nullptr;
     Text wanted_{nullptr, 0};

@@ -14,40 +14,36 @@ namespace {
 
 constexpr char kTag[] = "example mapping";
 
-bool is_marked(const Node &native, uint32_t operation) {
-    return (native.presence & TVK_HAS_OPERATION) != 0 && native.operation == operation;
-}
-
 // An entry that this request adds has a number, unlike those that the native tree had before.
 void number_first_entry(tvk_map_ctx ctx, Node &container) {
     Node &first = container.subtrees[0];
-    if (container.subtree_count == 1 && (first.presence & TVK_HAS_SUBTREE_INDEX) == 0) {
+    if (container.subtree_count == 1 && !tvk::has(first, TVK_HAS_SUBTREE_INDEX)) {
         tvk_map_forget_children(ctx, &container);
         first.subtree_index = 1;
-        first.presence = static_cast<uint16_t>(first.presence | TVK_HAS_SUBTREE_INDEX);
+        tvk::set_present(first, TVK_HAS_SUBTREE_INDEX);
     }
 }
 
 // Whether all that an entry holds is of this request, and the device does not have it yet.
 bool is_of_request(const Node &entry) {
-    return (entry.presence & TVK_HAS_SUBTREE_INDEX) != 0 || is_marked(entry, TVK_OPERATION_CREATE) ||
-           is_marked(entry, TVK_OPERATION_REPLACE);
+    return tvk::has(entry, TVK_HAS_SUBTREE_INDEX) || tvk::has_operation(entry, TVK_OPERATION_CREATE) ||
+           tvk::has_operation(entry, TVK_OPERATION_REPLACE);
 }
 
 // The device may not have what this request itself has put there: deleting it must not fail for want of it. What was
 // deleted as something that must be there stays so.
 uint32_t deletion(const Node &native, const Node &node, const Node *within) {
-    if (is_marked(native, TVK_OPERATION_DELETE)) {
+    if (tvk::has_operation(native, TVK_OPERATION_DELETE)) {
         return TVK_OPERATION_DELETE;
     }
-    const bool is_put = (native.presence & TVK_HAS_OPERATION) != 0 && tvk_map_is_request_delete(&native) == 0;
+    const bool is_put = tvk::has_operation(native) && tvk_map_is_request_delete(&native) == 0;
     const bool is_own = is_put || (within != nullptr && is_of_request(*within));
     return is_own ? uint32_t{TVK_OPERATION_REMOVE} : node.operation;
 }
 
 // What is created or replaced stays so, whatever else is put into it.
 bool stays(const Node &native) {
-    return is_marked(native, TVK_OPERATION_CREATE) || is_marked(native, TVK_OPERATION_REPLACE);
+    return tvk::has_operation(native, TVK_OPERATION_CREATE) || tvk::has_operation(native, TVK_OPERATION_REPLACE);
 }
 
 // In the removal that a replaced list entry begins with.
@@ -67,14 +63,6 @@ void drop_children(tvk_map_ctx ctx, Node *node, int32_t kept) {
 }
 
 }  // namespace
-
-NodeRange children_of(const Node *node) {
-    NodeRange range{nullptr, 0};
-    if (node != nullptr) {
-        tvk_map_get_subtrees(nullptr, node, &range.first, &range.count);
-    }
-    return range;
-}
 
 const Node *find(const Node *node, const char *path) {
     char component[64];
@@ -103,7 +91,7 @@ qerrno enter_entry(tvk_map_ctx ctx, Node *parent, const List &list, const char *
         take_back_removal(container);
         status = tvk_map_datatree_add_list_node(ctx, container, list.name, list.ns, list.key, key_value, &entry);
     }
-    if (status == TVK_OK && children_of(entry).count == 0) {
+    if (status == TVK_OK && children_of(entry).empty()) {
         number_first_entry(ctx, *container);
         memory_of(ctx).entry_is_new = true;
         status = tvk_map_datatree_add_subtree(ctx, entry, list.key, list.ns, key_value, nullptr, nullptr, 0);
@@ -127,7 +115,7 @@ void give_operation(tvk_map_ctx ctx, const Node *node, Node *native, const Node 
     }
     take_back_removal(native);
     // What a replace has turned into a merge is the walk's own operation, not the request's.
-    const bool is_own = (node->presence & TVK_HAS_OPERATION) != 0 && ctx->state->replace_converted == 0;
+    const bool is_own = tvk::has_operation(*node) && ctx->state->replace_converted == 0;
     if (is_own && !stays(*native)) {
         tvk_map_datatree_set_operation(native, node->operation);
     }
@@ -145,7 +133,7 @@ qerrno settle_entry(tvk_map_ctx ctx, const Node *node, int32_t key_count) {
         return TVK_OK;
     }
     const bool is_new = memory_of(ctx).entry_is_new;
-    if (is_replaced_next(ctx) && is_marked(*entry, TVK_OPERATION_CREATE)) {
+    if (is_replaced_next(ctx) && tvk::has_operation(*entry, TVK_OPERATION_CREATE)) {
         drop_children(ctx, entry, key_count);  // what this request creates, and then replaces, it creates
     } else {
         remove_entry(ctx, node, entry, key_count, is_new ? nullptr : entry);

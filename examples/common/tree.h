@@ -5,28 +5,26 @@
 
 #include <cstdint>
 
+#include "tvk_datatree.hpp"
 #include "tvk_map.h"
 
 namespace mapping {
 
-using Node = struct qidl_tvk_datatree;
+using tvk::Node;
+using tvk::NodeRange;
+using Nodes = NodeRange<const Node>;
 
 inline bool equal(const char *a, const char *b) {
     return tvk_map_do_these_match(a, b) != 0;
 }
 
-// Exported operations take some texts as writable and do not write them.
-inline char *text(const char *constant) {
-    return const_cast<char *>(constant);
+// The children of a node. A null node has none.
+inline Nodes children_of(const Node *node) {
+    return node != nullptr ? tvk::children(*node) : Nodes();
 }
-
-struct NodeRange {
-    Node *first;
-    int32_t count;
-    Node *begin() const { return first; }
-    Node *end() const { return first + count; }
-};
-NodeRange children_of(const Node *node);
+inline NodeRange<Node> children_of(Node *node) {
+    return node != nullptr ? tvk::children(*node) : NodeRange<Node>();
+}
 
 // The node at path below node; null when it is missing.
 const Node *find(const Node *node, const char *path);

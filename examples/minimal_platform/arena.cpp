@@ -22,7 +22,7 @@ constexpr std::size_t kAlignment = alignof(std::max_align_t);
 
 struct alignas(kAlignment) Block {
     std::uint32_t size;         // with this header
-    std::uint32_t size_before;  // of the block in front; 0 for the first
+    std::uint32_t size_before;  // size of the block in front; 0 for the first
     bool is_free;
 };
 
@@ -108,7 +108,7 @@ void free_block(Block *block) {
     }
 }
 
-// What a block in use has beyond size becomes a free block, if it is enough for one.
+// Cuts a block in use down to size. The rest becomes a free block, if it is large enough for one.
 void cut(Block *block, std::size_t size) {
     if (block->size - size < sizeof(FreeBlock)) {
         return;

@@ -1,5 +1,5 @@
-// The heap of the minimal platform: one array of fixed size. Addresses are aligned for any type; null when the array
-// has no room. Calls may come from several threads.
+// The heap of the minimal platform: one array of fixed size. Addresses are aligned for any type; they are null when the
+// array has no room. Calls may come from several threads.
 #ifndef MINIMAL_PLATFORM_ARENA_H
 #define MINIMAL_PLATFORM_ARENA_H
 

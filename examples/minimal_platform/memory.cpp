@@ -1,4 +1,4 @@
-// The named allocator, the codec's two functions and the copy of a string: all of one heap. Tags are dropped.
+// The named allocator, the codec's two functions and the copy of a string, all on one heap. Tags are dropped.
 #include <cstring>
 
 #include "arena.h"

@@ -1,4 +1,4 @@
-// A log and a trace that want nothing, a device of no special type, and a session table of fixed size.
+// A log that is off, a trace that drops its lines, a device of no special type, and a session table of fixed size.
 #include <atomic>
 #include <cstdint>
 
@@ -39,7 +39,7 @@ Entry *find_unused() {
 
 }  // namespace
 
-// The library formats nothing for a log that says no, so the line below is never asked for.
+// The library formats nothing for a log that is off, so the operation for a line has nothing to do.
 int tvk_debug_should_log(void *const *, uint32_t) {
     return 0;
 }

@@ -8,7 +8,7 @@ namespace {
 
 // ---- The list in a read ----
 
-NodeRange family_candidates(tvk_map_ctx, const Node *peer) {
+Nodes family_candidates(tvk_map_ctx, const Node *peer) {
     return children_of(find(peer, "families"));
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 // ---- The list in a read ----
 
-NodeRange neighbor_candidates(tvk_map_ctx, const Node *instance) {
+Nodes neighbor_candidates(tvk_map_ctx, const Node *instance) {
     return children_of(find(instance, "peers"));
 }
 

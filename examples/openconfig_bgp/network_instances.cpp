@@ -7,7 +7,7 @@ namespace {
 
 // ---- The lists in a read ----
 
-NodeRange instance_candidates(tvk_map_ctx, const Node *root) {
+Nodes instance_candidates(tvk_map_ctx, const Node *root) {
     return children_of(find(root, "bgp/instances"));
 }
 
@@ -20,8 +20,8 @@ const char *instance_key(const Node *instance, const char *, Scratch &) {
 }
 
 // The one process of an instance is natively no node of its own.
-NodeRange protocol_candidates(tvk_map_ctx, const Node *instance) {
-    return {const_cast<Node *>(instance), 1};
+Nodes protocol_candidates(tvk_map_ctx, const Node *instance) {
+    return {instance, 1};
 }
 
 const char *protocol_key(const Node *instance, const char *, Scratch &) {
@@ -101,7 +101,7 @@ qerrno handle_protocol(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (status != TVK_OK) {
         return status;
     }
-    if ((node->presence & TVK_HAS_OPERATION) == 0) {
+    if (!tvk::has_operation(*node)) {
         give_creation(ctx);
     }
     return set_process(ctx, find(node, "name"));

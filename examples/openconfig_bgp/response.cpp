@@ -54,7 +54,7 @@ qerrno stitch(tvk_map_ctx ctx, Node *target, const ListShape &list, StitchOperat
     if (!append_steps(ctx, list, record.xpath)) {
         return TVK_ERR_NO_MEMORY;
     }
-    clear_pending(ctx);  // a trim path that is still there would stay
+    tvk_map_release_pending_entry(ctx);  // a trim path that is still there would stay
     qerrno status = operation(ctx, &record);
     if (status == TVK_OK) {
         status = qualify_key(ctx, record.result, list.key, list.key_ns);

@@ -7,7 +7,7 @@ namespace {
 
 // ---- The list in a read ----
 
-NodeRange interface_candidates(tvk_map_ctx, const Node *root) {
+Nodes interface_candidates(tvk_map_ctx, const Node *root) {
     return native_interfaces(root);
 }
 
@@ -64,7 +64,7 @@ const char *read_mtu(tvk_map_ctx, const Node *native) {
 
 // What the device observes stands in a list of its own.
 const Node *observed(tvk_map_ctx ctx, const char *leaf) {
-    const NodeRange states = children_of(find(native_root(ctx), kNativeStates));
+    const Nodes states = children_of(find(native_root(ctx), kNativeStates));
     const Node *state = find_entry(ctx, states, interface_name, entry_key(ctx, kInterfaceList));
     return state != nullptr ? find(state, leaf) : nullptr;
 }
@@ -185,8 +185,12 @@ qerrno in_interface(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
     return status == TVK_OK ? enter_interface(ctx, node, target, name, Kind::kInterface) : status;
 }
 
-NodeRange native_interfaces(const Node *root) {
-    return children_of(root != nullptr ? find(root, kNativeInterfaces) : nullptr);
+Nodes native_interfaces(const Node *root) {
+    return children_of(find(root, kNativeInterfaces));
+}
+
+NodeRange<Node> native_interfaces(Node *root) {
+    return children_of(find(root, kNativeInterfaces));
 }
 
 Text interface_name(const Node &entry) {

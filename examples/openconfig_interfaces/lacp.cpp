@@ -7,7 +7,7 @@ namespace {
 
 // ---- interface ----
 
-NodeRange bundle_candidates(tvk_map_ctx, const Node *root) {
+Nodes bundle_candidates(tvk_map_ctx, const Node *root) {
     return native_interfaces(root);
 }
 

@@ -33,7 +33,8 @@ qerrno parse_aggregation(tvk_map_ctx ctx, const Node *node, Node *target);
 qerrno in_interface(tvk_map_ctx ctx, const Node *node, uint32_t child_count, Node *target);
 
 // The interfaces of the native tree.
-NodeRange native_interfaces(const Node *root);
+Nodes native_interfaces(const Node *root);
+NodeRange<Node> native_interfaces(Node *root);
 
 // The name of a native entry, of its configuration or its state.
 Text interface_name(const Node &entry);

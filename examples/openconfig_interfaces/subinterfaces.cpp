@@ -42,7 +42,7 @@ qerrno in_subinterface(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target
 
 // ---- The list in a read ----
 
-NodeRange subinterface_candidates(tvk_map_ctx ctx, const Node *) {
+Nodes subinterface_candidates(tvk_map_ctx ctx, const Node *) {
     return native_interfaces(native_root(ctx));
 }
 
@@ -103,7 +103,7 @@ const char *address_key(const Node *address, const char *, Scratch &) {
 }
 
 template <const Family &kFamily>
-NodeRange address_candidates(tvk_map_ctx, const Node *interface_entry) {
+Nodes address_candidates(tvk_map_ctx, const Node *interface_entry) {
     return children_of(find(interface_entry, kFamily.list.container));
 }
 
@@ -265,15 +265,15 @@ constexpr int kEditedList = 0;
 }  // namespace
 
 qerrno remove_subinterfaces(tvk_map_ctx ctx, const Node *node, Node *target, const char *interface_name) {
+    const NodeRange<Node> all = native_interfaces(target);
     Entries entries;
-    const qerrno status =
-        Entries::find(ctx, &kEditedList, native_interfaces(target), outer_name, all_of(interface_name), entries);
+    const qerrno status = Entries::find(ctx, &kEditedList, all, outer_name, all_of(interface_name), entries);
     if (status != TVK_OK) {
         return status;
     }
-    while (Node *entry = entries.next()) {
+    while (const Node *entry = entries.next()) {
         if (is_virtual(entry)) {
-            remove_entry(ctx, node, entry, kInterfaceKeyCount, entry);
+            remove_entry(ctx, node, &all[static_cast<std::size_t>(entry - all.data())], kInterfaceKeyCount, entry);
         }
     }
     return TVK_OK;

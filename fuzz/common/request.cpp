@@ -4,8 +4,8 @@
 #include <sstream>
 
 #include "allocation_failures.h"
-#include "data_file.h"
-#include "diagnostics.h"
+#include "framework/diagnostics.h"
+#include "netconf/data_document.h"
 
 namespace tvk::fuzz {
 
@@ -13,7 +13,7 @@ namespace {
 
 Example load(const char *name) {
     const std::string folder = std::string(TVK_EXAMPLES_FOLDER "/") + name;
-    return {tool::Mappings::load({name}), read_file(folder + "/native-before-edit.xml"),
+    return {framework::Mappings::load({name}), read_file(folder + "/native-before-edit.xml"),
             read_file(folder + "/native-device.xml")};
 }
 
@@ -46,16 +46,16 @@ std::uint64_t read_failing_allocation(Input &input) {
 
 void require_document(const tool::Reply &reply) {
     try {
-        tool::XmlDocument::parse(reply.text, "the reply", tool::kDataLayout);
-    } catch (const tool::UsageError &error) {
+        netconf::XmlDocument::parse(reply.text, "the reply", netconf::kDataLayout);
+    } catch (const framework::UsageError &error) {
         require(false, error.what() + ("\n" + reply.text));
     }
 }
 
-void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::Reply(tool::Framework &)> &answer) {
+void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::Reply(framework::Framework &)> &answer) {
     try {
-        tool::Framework scanning(false, 0);
-        tool::Framework indexing(false, 1);
+        framework::Framework scanning(false, 0);
+        framework::Framework indexing(false, 1);
         if (failing_allocation != 0) {
             test::AllocationFailure failure(failing_allocation, false);
             failure.during([&] { return answer(indexing); });
@@ -64,7 +64,7 @@ void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::R
         const std::string text = answer(scanning).text;
         require_equal(text, answer(indexing).text, "with an index");
         note(on_one_line(text));
-    } catch (const tool::UsageError &error) {
+    } catch (const framework::UsageError &error) {
         note(std::string("refused: ") + error.what());
     } catch (const std::bad_alloc &) {
         require(failing_allocation != 0, "out of memory");

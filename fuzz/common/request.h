@@ -8,14 +8,16 @@
 #include <functional>
 #include <string>
 
+#include "framework/framework.h"
+#include "framework/module_loader.h"
 #include "input.h"
-#include "mapping_run.h"
+#include "reply.h"
 #include "target.h"
 
 namespace tvk::fuzz {
 
 struct Example {
-    tool::Mappings mappings;
+    framework::Mappings mappings;
     std::string native_before_edit;
     std::string native_device;
 };
@@ -29,7 +31,7 @@ std::uint64_t read_failing_allocation(Input &input);
 void require_document(const tool::Reply &reply);
 
 // Answers with an index and without must be the same. Documents that are refused, and running out of memory, end it.
-void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::Reply(tool::Framework &)> &answer);
+void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::Reply(framework::Framework &)> &answer);
 
 }  // namespace tvk::fuzz
 

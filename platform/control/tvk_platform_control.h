@@ -1,8 +1,8 @@
 /*
  * Switches of the default platform layer, for tools and tests.
  *
- * Not part of the platform contract (platform/include): a platform layer of an integrator needs none of it, and
- * the library calls none of it. All switches are off when the process starts and cost nothing then. They are
+ * These are no part of the platform contract (platform/include): a platform layer of an integrator needs none of them,
+ * and the library calls none of them. All switches are off when the process starts and cost nothing then. They are
  * process-wide and are set from one thread. The session table alone may be changed from any.
  */
 #ifndef TVK_PLATFORM_CONTROL_H
@@ -31,41 +31,51 @@ typedef void (*tvk_platform_sink_fp)(void *user, const char *line);
  */
 void tvk_platform_set_debug_log(int enabled, uint32_t level, tvk_platform_sink_fp sink, void *user);
 
-/* Where trace lines go, as above. Whether there are any is the mapping context's switch. */
+/* Sets the sink of trace lines, as for the debug log. The mapping context switches the trace itself on and off. */
 void tvk_platform_set_trace(tvk_platform_sink_fp sink, void *user);
 
-/* The next call of ret_nc_tvk_trace_index_incr returns index. */
+/* Makes the next call of ret_nc_tvk_trace_index_incr return index. */
 void tvk_platform_set_trace_index(uint32_t index);
 
-/* What platform_get_router_type answers; 0 at first. */
+/* Sets the answer of platform_get_router_type; it is 0 at first. */
 void tvk_platform_set_router_type(uint32_t router_type);
 
-/* Puts session (borrowed) into the table of tvk_ctx under id, replacing a former one; null takes it out.
- * Returns 1, or 0 when there is no memory. */
+/*
+ * Puts session (borrowed) into the table of tvk_ctx under session_id, replacing a former one; null takes it out.
+ *
+ * Returns
+ * - 1: the table is changed.
+ * - 0: there is no memory.
+ */
 int tvk_platform_set_session(tvk_framework_ctx tvk_ctx, uint32_t session_id, struct tvk_session *session);
 
 /*
- * Accounting of the named heap. While it is on, every block handed out is recorded until it is released.
- * Turning it on starts with an empty record; turning it off forgets what is recorded.
+ * Turns the accounting of the named heap on or off. While it is on, every block handed out is recorded until it is
+ * released. The record is empty after either.
  */
 void tvk_platform_set_accounting(int enabled);
 
-/* Blocks handed out since accounting went on and not yet released; with a tag (compared as text), only its own. */
+/*
+ * Returns the number of blocks handed out since accounting went on and not yet released; with a tag (compared as text)
+ * only its own.
+ */
 size_t tvk_platform_live_blocks(const char *tag);
-/* The bytes asked for in those blocks. */
+/* Returns the bytes asked for in the blocks that tvk_platform_live_blocks counts. */
 size_t tvk_platform_live_bytes(const char *tag);
 /* Calls visit with every live block: its address, size and tag (null for a block of the codec). */
 void tvk_platform_visit_live_blocks(void (*visit)(void *user, const void *block, size_t size, const char *tag),
                                     void *user);
 
 /*
- * Injected failure. The nth allocation from now on fails (1 is the next one; 0 turns the switch off); with
- * from_there_on non-zero, so does every later one. A call that grows a block counts as one allocation.
+ * Makes the nth allocation from now on fail (1 is the next one; 0 turns the switch off); with from_there_on non-zero
+ * every later one as well. A call that grows a block counts as one allocation.
  */
 void tvk_platform_fail_allocation(uint64_t nth, int from_there_on);
-/* Every allocation under tag fails, beside what the other switch says; null turns it off. */
+/* Makes every allocation under tag fail, beside those of tvk_platform_fail_allocation; null turns it off. */
 void tvk_platform_fail_tag(const char *tag);
-/* Allocations asked for since the last call of tvk_platform_fail_allocation. Counted only while it or accounting is on.
+/*
+ * Returns the number of allocations asked for since the last call of tvk_platform_fail_allocation. They are counted
+ * only while that switch or accounting is on.
  */
 uint64_t tvk_platform_allocation_count(void);
 

@@ -20,13 +20,25 @@ struct kel_queue {
     uint32_t capacity;
 };
 
-/* Makes queue empty. The capacity is a hint and not a limit. Returns 1, or 0 for a null queue. */
+/*
+ * Makes queue empty. The capacity is a hint and not a limit.
+ *
+ * Returns
+ * - 1: the queue is empty.
+ * - 0: queue is null.
+ */
 uint32_t kel_queue_init(struct kel_queue *queue, uint32_t capacity);
 
-/* 1 when the queue holds no element, else 0. */
+/*
+ * Asks whether the queue is empty.
+ *
+ * Returns
+ * - 1: it holds no element, or is null.
+ * - 0: it holds one or more.
+ */
 int kel_queue_empty(const struct kel_queue *queue);
 
-/* Takes the element at the head; null when there is none. */
+/* Takes the element at the head and returns it; null when there is none, or queue is null. */
 void *kel_queue_dequeue(struct kel_queue *queue);
 
 /* Puts element back at the head, so that it is the next to be taken. Null arguments do nothing. */

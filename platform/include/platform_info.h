@@ -1,4 +1,4 @@
-/* What the device says of itself. */
+/* The device's information about itself. */
 #ifndef PLATFORM_INFO_H
 #define PLATFORM_INFO_H
 
@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-/* The router type. Types 7, 8 and 18 do not support "vrrp" nodes; the others have no meaning to the library. */
+/* Returns the router type. Types 7, 8 and 18 do not support "vrrp" nodes; the others have no meaning to the library. */
 uint32_t platform_get_router_type(void);
 
 #ifdef __cplusplus

@@ -79,7 +79,7 @@ struct qidl_tvk_schema_info {
     uint8_t flags;
 };
 
-/* Verdict of the get filter: 2 keeps the node and what is kept below it, 3 keeps all below it. */
+/* Verdict of the get filter: 2 keeps the node and the nodes kept below it, 3 keeps the node and all below it. */
 enum qidl_tvk_node_kind {
     TVK_NODE_KIND_NONE = 0,
     TVK_NODE_KIND_DN = 1,
@@ -130,19 +130,21 @@ typedef void *(*tvk_gpb_alloc_fp)(size_t size, void *arg);
 typedef void (*tvk_gpb_free_fp)(void *block, void *arg);
 
 /*
- * The codec's allocation functions; handed to the operations below by address. They use the named heap. The
- * argument is not used by these two. Freeing null does nothing.
+ * The codec's allocation functions, which callers hand to the operations below by address. They use the named heap and
+ * ignore arg. tvk_gpb_alloc returns null when memory runs out. Freeing null does nothing.
  */
 void *tvk_gpb_alloc(size_t size, void *arg);
 void tvk_gpb_free(void *block, void *arg);
 
 /*
- * Deep copy of source into destination, whose old contents are not looked at: every string, attribute, key,
- * insert record and subtree is copied, and all plain fields and presence bits with them. The bits alone do not
+ * Makes destination a deep copy of source. The old contents of destination are not looked at. Every string, attribute,
+ * key, insert record and subtree is copied, and all plain fields and presence bits with them. The bits alone do not
  * decide: a string whose bit is clear is copied as well. attributes is followed only when attribute_count is
- * above zero; a null array with a count is copied as it is.
- * Memory comes from allocate(size, arg). Returns 0, or non-zero when an allocation failed; destination then
- * holds a part of the copy that qidl_tvk_datatree_free_ext can release.
+ * above zero; a null array with a count is copied as it is. Memory comes from allocate(size, arg).
+ *
+ * Returns
+ * - 0: the copy is complete.
+ * - any other: an allocation failed. destination holds a part of the copy that qidl_tvk_datatree_free_ext can release.
  */
 qerrno qidl_tvk_datatree_duplicate(struct qidl_tvk_datatree *destination, const struct qidl_tvk_datatree *source,
                                    tvk_gpb_alloc_fp allocate, void *arg);
@@ -155,15 +157,21 @@ qerrno qidl_tvk_datatree_duplicate(struct qidl_tvk_datatree *destination, const 
 void qidl_tvk_datatree_free_ext(struct qidl_tvk_datatree *record, tvk_gpb_free_fp release, void *arg, uint32_t options);
 
 /*
- * Deep copy of an insert record, on the same terms as qidl_tvk_datatree_duplicate. On failure destination can be
- * released with the record that it stands in.
+ * Makes destination a deep copy of an insert record, on the terms of qidl_tvk_datatree_duplicate.
+ *
+ * Returns
+ * - 0: the copy is complete.
+ * - any other: an allocation failed. destination can be released with the record that it stands in.
  */
 qerrno qidl_tvk_edit_ins_duplicate(struct qidl_tvk_edit_insert *destination, const struct qidl_tvk_edit_insert *source,
                                    tvk_gpb_alloc_fp allocate, void *arg);
 
 /*
  * Dumps tree to the debug log of log_filter, each line behind title (null for none). depth is the indent of the
- * first level, max_depth the number of levels to show (0 for all), options is reserved. Returns 0.
+ * first level, max_depth the number of levels to show (0 for all), options is reserved.
+ *
+ * Returns
+ * - 0: always.
  */
 qerrno tvk_gpb_datatree_trace_internal(void *const *log_filter, const struct qidl_tvk_datatree *tree, const char *title,
                                        uint32_t depth, uint32_t max_depth, uint32_t options);

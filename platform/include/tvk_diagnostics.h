@@ -20,11 +20,17 @@ extern "C" {
 #define TVK_LOG_LEVEL_ERR 0u
 #define TVK_LOG_LEVEL_TRC 3u
 
-/* Non-zero when the debug log wants messages of level (0 ERR, 3 TRC) under the filter handle at log_filter. */
+/*
+ * Asks whether the debug log wants messages of level (0 ERR, 3 TRC) under the filter handle at log_filter.
+ *
+ * Returns
+ * - 0: it does not.
+ * - any other: it does.
+ */
 int tvk_debug_should_log(void *const *log_filter, uint32_t level);
 
 /*
- * Writes one debug-log line: format with its arguments, as printf would. handle says which log. The five
+ * Writes one debug-log line: format with its arguments, as printf would, to the log of handle. The five
  * reserved arguments are given as 0. site_word is a static word of the place in the code that logs, set to
  * 0xffffffff before the program starts; the debug log may cache its filtering decision there, the library
  * neither reads nor writes it. A line of any length is written whole.

@@ -18,7 +18,7 @@ extern "C" {
  * add requests, treated alike; the others are the framework's own.
  */
 #define TVK_REQUEST_GET 0u
-#define TVK_REQUEST_EDIT_CONFIG 1u /* what the desk tool sets for an edit */
+#define TVK_REQUEST_EDIT_CONFIG 1u /* the type of an edit in the desk tool */
 #define TVK_REQUEST_ADD_8 8u
 #define TVK_REQUEST_GET_CONFIG 10u
 #define TVK_REQUEST_ADD_15 15u
@@ -85,8 +85,8 @@ struct tvk_session {
 };
 
 /*
- * Looks a session up in the table of the framework context. Null when there is none of that id. Each request calls it
- * on its own thread: where sessions come and go meanwhile the platform layer guards its table, as the default one does.
+ * Returns the session of that id in the table of the framework context; null when there is none. Each request calls it
+ * on its own thread. A platform layer whose sessions come and go meanwhile guards its table, as the default one does.
  * The session itself must not go while a request has it.
  */
 struct tvk_session *tvk_session_find(tvk_framework_ctx tvk_ctx, uint32_t session_id);

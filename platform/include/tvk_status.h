@@ -13,9 +13,9 @@ typedef uint32_t qerrno;
 
 #define TVK_OK 0u
 
-/* A node, key or path is not in the tree; an unusable tree or context. */
+/* A node, key or path is not in the tree, or a tree or context cannot be used. */
 #define TVK_ERR_NOT_FOUND 0xaaf29e00u
-/* A null or invalid argument; a missing child. */
+/* An argument is null or invalid, or a child is missing. */
 #define TVK_ERR_INVALID 0xaaf2a000u
 /* An allocation or a copy failed, or a fixed table is full. */
 #define TVK_ERR_NO_MEMORY 0xaaf2a400u
@@ -25,7 +25,7 @@ typedef uint32_t qerrno;
 #define TVK_ERR_LIST_KEY 0xaaf2f000u
 /* A key leaf carries a delete or remove operation. */
 #define TVK_ERR_KEY_OPERATION 0xaaf2f200u
-/* Answer of a container or list handler: leave this node out. Never the result of a request. */
+/* A container or list handler answers it to leave the node out. It is never the result of a request. */
 #define TVK_SKIP_NODE 0xaaf2f600u
 /* The platform does not support the node. */
 #define TVK_ERR_UNSUPPORTED 0xaaf2f800u

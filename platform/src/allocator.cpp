@@ -22,8 +22,8 @@ namespace {
 #define TVK_HAS_FEATURE(feature) 0
 #endif
 
-// Blocks up to this size are as large as asked for. Under AddressSanitizer that holds for all but very large ones, so
-// that it sees accesses behind the end, and pointers into an array that has since grown.
+// Blocks up to this size get no room to grow. Under AddressSanitizer that holds for all but very large ones, so that it
+// sees accesses behind the end, and pointers into an array that has since grown.
 #if defined(__SANITIZE_ADDRESS__) || TVK_HAS_FEATURE(address_sanitizer)
 constexpr std::size_t kExactSize = 64 * 1024;
 #else
@@ -39,7 +39,7 @@ std::size_t at_least_one(std::size_t size) {
     return std::max<std::size_t>(size, 1);
 }
 
-// Out of the way of those who only allocate: that nobody watches is all they ask.
+// Not inlined, so that an allocation that nobody watches stays short.
 template <class Obtain>
 [[gnu::noinline]] void *obtain_noted(std::size_t size, const char *tag, Obtain obtain) {
     if (allocation_must_fail(tag)) {
@@ -57,7 +57,7 @@ inline void *allocate(std::size_t size, const char *tag) {
     return is_watched() ? obtain_noted(size, tag, obtain) : obtain();
 }
 
-// Cleared here where it is small: malloc takes such a block from those that were freed last, calloc does not.
+// A small block is cleared here: malloc takes it from the blocks that were freed last, calloc does not.
 inline void *zeroed(std::size_t size) {
     if (size > kExactSize) {
         return std::calloc(size, 1);
@@ -96,14 +96,14 @@ void *resize(void *block, std::size_t size) {
     return block;
 }
 
-// The failure is decided before spare room is looked at. How much of a block that accounting does not know is in
-// use cannot be told, so every resizing of one counts as growth.
+// The failure is decided before spare room is looked at. Accounting cannot tell the size in use of a block that it does
+// not know, so every resizing of such a block counts as growth.
 void *resize_watched(void *block, std::size_t size) {
     const BlockNote note = find_block(block);
     if ((!note.known || size > note.size) && allocation_must_fail(note.tag)) {
         return nullptr;
     }
-    forget_block(block);  // first, as another thread may be given its address as soon as it has moved
+    forget_block(block);  // before it moves: another thread may get its address as soon as it has
     void *resized = resize(block, size);
     if (note.known && resized != nullptr) {
         note_block(resized, size, note.tag);

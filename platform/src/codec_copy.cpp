@@ -22,7 +22,7 @@ struct Allocator {
     }
 };
 
-// The records whose children are being copied, innermost first. How far it has come is told by the count of the copy.
+// The records whose children are being copied, innermost first. The child count of the copy tells how far it has come.
 class Ancestors {
 public:
     void push(Record &copy, const Record &source) {
@@ -59,7 +59,7 @@ bool copy_some_text(char *&copy, const char *source, const Allocator &allocator)
     return true;
 }
 
-// Half of the texts of a record are not set: that costs no call.
+// Half of the texts of a record are not set, and those cost no call.
 inline bool copy_text(char *&copy, const char *source, const Allocator &allocator) {
     return source == nullptr || copy_some_text(copy, source, allocator);
 }
@@ -84,13 +84,13 @@ bool copy_some_pairs(qidl_tvk_name_value *&copy, std::int32_t &copy_count, const
     return true;
 }
 
-// Hardly any record has pairs: that it has none is settled without a call.
+// Hardly any record has pairs, so the test for none costs no call.
 inline bool copy_pairs(qidl_tvk_name_value *&copy, std::int32_t &copy_count, const qidl_tvk_name_value *source,
                        std::int32_t count, const Allocator &allocator) {
     return source == nullptr || count <= 0 || copy_some_pairs(copy, copy_count, source, count, allocator);
 }
 
-// What stands in the copy's pointers is the source's.
+// Gives the copy blocks of its own: its pointers are still those of the source.
 bool own_insert(qidl_tvk_edit_insert &copy, const qidl_tvk_edit_insert &source, const Allocator &allocator) {
     copy.keys = nullptr;
     copy.keys_str = nullptr;
@@ -141,7 +141,7 @@ bool copy_next_child(const Allocator &allocator, Ancestors &ancestors) {
 bool copy_tree(Record &copy, const Record &source, const Allocator &allocator) {
     Ancestors ancestors;
     bool complete = copy_record(copy, source, allocator) && start_children(copy, source, allocator, ancestors);
-    while (!ancestors.empty()) {  // also after a failure, for the framework words
+    while (!ancestors.empty()) {  // after a failure the ancestors still get their framework words back
         if (complete && ancestors.copy().subtree_count < ancestors.source().subtree_count) {
             complete = copy_next_child(allocator, ancestors);
         } else {

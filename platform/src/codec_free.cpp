@@ -1,5 +1,5 @@
-// The release of a tree, without recursion and without memory: what is released carries the list of what is still to
-// be released.
+// The release of a tree, without recursion and without memory of its own: the records to be released carry the list of
+// the child arrays that are still to come.
 #include <bit>
 #include <cstdint>
 
@@ -52,7 +52,7 @@ private:
         release_block(record.data);
         release_block(record.ns);
         release_block(record.data_ns);
-        if (record.attribute_count > 0) {  // else it is a link to another record
+        if (record.attribute_count > 0) {  // without a count the pointer is a link to another record
             release_pairs(record.attributes, record.attribute_count);
         }
         release_pairs(record.edit_insert.keys, record.edit_insert.key_count);

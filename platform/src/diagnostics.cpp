@@ -1,3 +1,4 @@
+// The debug log and the trace, to a sink or to standard error.
 #include <atomic>
 #include <cstdarg>
 #include <cstdint>
@@ -11,7 +12,8 @@
 
 namespace {
 
-// How many bytes of a control character or a backslash text begins with: those of C0, DEL, and those of C1 in UTF-8.
+// The length of the special character that text begins with, 0 for none: a control character of C0, DEL, a control
+// character of C1 in UTF-8, or a backslash.
 std::size_t special_length(const char *text) {
     const auto first = static_cast<unsigned char>(text[0]);
     const auto second = static_cast<unsigned char>(first != '\0' ? text[1] : 0);
@@ -41,8 +43,8 @@ void print_special(const char *text, std::size_t length) {
     }
 }
 
-// A message is one line, whatever is in the text of a client that it quotes. The few line breaks of the library's own
-// are escaped as well: in a finished text nobody can tell them from the others.
+// A message is one line, whatever text of a client it quotes. The few line breaks of the library's own are escaped as
+// well: nobody can tell them from the others in a finished text.
 void print_line(const char *line) {
     if (line[plain_length(line)] == '\0') {
         std::fprintf(stderr, "%s\n", line);
@@ -86,7 +88,7 @@ constinit std::atomic<std::uint32_t> next_trace_index{1};
 constinit Sink debug_log;
 constinit Sink trace;
 
-// A line that has no memory to be long in is written as far as it fits.
+// Without memory for a long line, as much of it is written as fits.
 __attribute__((format(printf, 2, 0))) void write_formatted(const Sink &sink, const char *format, va_list arguments) {
     char line[512];
     va_list again;

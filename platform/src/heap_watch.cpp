@@ -1,3 +1,4 @@
+// The record of live blocks, and the switches that make allocations fail.
 #include "heap_watch.h"
 
 #include <cstdint>
@@ -119,7 +120,7 @@ size_t tvk_platform_live_bytes(const char *tag) {
 
 void tvk_platform_visit_live_blocks(void (*visit)(void *user, const void *block, size_t size, const char *tag),
                                     void *user) {
-    // Visited from a copy: the visitor may use the heap.
+    // The visitor may use the heap, so it gets a copy of the record.
     std::vector<std::pair<const void *, BlockNote>> blocks;
     try {
         with_ledger([&blocks](const Ledger &held) { blocks.assign(held.blocks.begin(), held.blocks.end()); });

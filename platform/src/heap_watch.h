@@ -1,5 +1,5 @@
-// What accounting and injected failure see of the named heap. While both are off, the allocator pays for one test of
-// heap_watched and calls nothing here.
+// The allocator reports here to accounting and injected failure. While both are off it tests heap_watched, and calls
+// none of these.
 #ifndef TVK_PLATFORM_HEAP_WATCH_H
 #define TVK_PLATFORM_HEAP_WATCH_H
 
@@ -17,7 +17,7 @@ struct BlockNote {
     bool known = false;
 };
 
-// Counts an allocation under tag (null for none) and says whether it is to fail.
+// Counts an allocation under tag (null for none), and tells whether it is to fail.
 bool allocation_must_fail(const char *tag) noexcept;
 
 // A block that cannot be recorded for want of memory stays unknown.

@@ -1,3 +1,4 @@
+// The router type, which tools and tests may set.
 #include "platform_info.h"
 
 #include <atomic>

@@ -1,3 +1,4 @@
+// The queue of elements that carry their own link.
 #include <cstring>
 
 #include "kel_queue.h"

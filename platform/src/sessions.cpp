@@ -1,3 +1,4 @@
+// The session table, one for all framework contexts of the process.
 #include <cstdint>
 #include <map>
 #include <mutex>

@@ -1,3 +1,4 @@
+// The bounded string operations. None of them truncates.
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>

@@ -1,3 +1,4 @@
+// Dumps data trees to the debug log.
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
@@ -5,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "qidl_tvk_datatree.h"
+#include "tvk_datatree.hpp"
 #include "tvk_diagnostics.h"
 
 namespace {
 
-using Record = qidl_tvk_datatree;
+using tvk::Node;
 
 constexpr std::size_t kBlanksPerLevel = 4;
 constexpr std::uint32_t kDeepestIndent = 64;  // a deeper level is shown, no further to the right
@@ -20,34 +21,30 @@ const char *operation_name(std::uint32_t operation) {
     return operation < std::size(names) ? names[operation] : "-";
 }
 
-bool has(const Record &record, std::uint16_t bit, const void *field) {
-    return (record.presence & bit) != 0 && field != nullptr;
-}
-
-std::string describe(const Record &record) {
-    std::string text = has(record, TVK_HAS_TAG, record.tag) ? record.tag : "(no tag)";
-    if (has(record, TVK_HAS_NS, record.ns)) {
-        text.append(" (").append(record.ns).append(")");
+std::string describe(const Node &node) {
+    std::string text = tvk::text_of(node, node.tag, TVK_HAS_TAG, "(no tag)");
+    if (const char *ns = tvk::text_of(node, node.ns, TVK_HAS_NS, nullptr)) {
+        text.append(" (").append(ns).append(")");
     }
-    if (has(record, TVK_HAS_DATA, record.data)) {
-        text.append(" : ").append(record.data);
+    if (const char *value = tvk::text_of(node, node.data, TVK_HAS_DATA, nullptr)) {
+        text.append(" : ").append(value);
     }
-    if ((record.presence & TVK_HAS_OPERATION) != 0) {
-        text.append(" (").append(operation_name(record.operation)).append(")");
+    if (tvk::has_operation(node)) {
+        text.append(" (").append(operation_name(node.operation)).append(")");
     }
-    if ((record.presence & TVK_HAS_IS_KEY) != 0 && record.is_key != 0) {
+    if (tvk::has_key_mark(node)) {
         text.append(" (key)");
     }
     return text;
 }
 
 struct Level {
-    const Record *next;
-    const Record *end;
+    const Node *next;
+    const Node *end;
 };
 
 // Depth first, on a stack of its own: a tree may be deeper than the thread's.
-void dump(void *const *log_filter, const Record &tree, const std::string &prefix, std::uint32_t depth,
+void dump(void *const *log_filter, const Node &tree, const std::string &prefix, std::uint32_t depth,
           std::uint32_t max_depth) {
     std::vector<Level> levels{{&tree, &tree + 1}};
     while (!levels.empty()) {
@@ -55,14 +52,15 @@ void dump(void *const *log_filter, const Record &tree, const std::string &prefix
             levels.pop_back();
             continue;
         }
-        const Record &record = *levels.back().next++;
+        const Node &node = *levels.back().next++;
         const auto level = static_cast<std::uint32_t>(levels.size());
         const std::uint32_t indent = std::min(depth, kDeepestIndent) + std::min(level - 1, kDeepestIndent);
-        const std::string line = prefix + std::string(indent * kBlanksPerLevel, ' ') + describe(record);
+        const std::string line = prefix + std::string(indent * kBlanksPerLevel, ' ') + describe(node);
         std::uint32_t site_word = UINT32_MAX;
         _kel_dt_log_filter_adv(*log_filter, 0, 0, 0, 0, 0, &site_word, "%s", line.c_str());
-        if (has(record, TVK_HAS_SUBTREES, record.subtrees) && (max_depth == 0 || level < max_depth)) {
-            levels.push_back({record.subtrees, record.subtrees + std::max(record.subtree_count, 0)});
+        const auto children = tvk::children(node);
+        if (!children.empty() && (max_depth == 0 || level < max_depth)) {
+            levels.push_back({children.begin(), children.end()});
         }
     }
 }

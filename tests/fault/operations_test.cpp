@@ -8,6 +8,7 @@
 #include "allocation_failures.h"
 #include "operation.h"
 #include "tvk_map.h"
+#include "tvk_string.h"
 
 using namespace tvk::test;
 
@@ -186,6 +187,22 @@ void push_item(World &w) {
     tvk_map_util_itree_stack_push(w.ctx, w.request->subtrees, 1, 0);
 }
 
+void stitch(World &w) {
+    tvk_map_stitch_list_to_list(w.ctx, &w.xpath(TVK_XPATH_ADD, TVK_XPATH_CONTAINER, "/a/x"));
+}
+
+// What a request may leave behind, with something in each field that owns.
+void leave_all(World &w) {
+    open_output(w);
+    stitch(w);
+    schema(w);
+    push_item(w);
+    tvk_map_util_itree_stack_push(w.ctx, nullptr, 0, 0);
+    tvk_map_update_current_list_node(w.ctx, "/a");
+    w.state.error_node_tag = tvk_strdup("k", "test");
+    tvk_oc_error_path(w.ctx);
+}
+
 qerrno parse_if(tvk_map_ctx ctx, const qidl_tvk_datatree *node, qidl_tvk_datatree *target) {
     static constexpr tmap_child_entry kChildren[] = {{"k", add_leaf, TMAP_CHILD_KEY}};
     static constexpr tmap_key_entry kKeys[] = {{"k", nullptr, nullptr}};
@@ -290,6 +307,8 @@ void add_quiet(Table &rows) {
     rows.row(ANSWER(tvk_map_mark_visit_parent, w.ctx, w.levels, 1));
     rows.row(ANSWER(tvk_map_mark_visit_parent_mark_kc, w.ctx, w.levels, 1));
     rows.row(ANSWER(tvk_map_print_datatree_internal, w.ctx, w.tree.get(), "", 0, 0, 0));
+    rows.row(ANSWER(tvk_map_release_pending_entry, w.ctx), top(node("a")), stitch);
+    rows.row(ANSWER(tvk_map_release_request_state, w.ctx), usual(), leave_all);
     rows.row(ANSWER(tvk_map_remove_from_node_hierarchy, w.ctx, w.request->subtrees));
     rows.row(ANSWER(tvk_map_set_bitmap, 0, 0));
     rows.row(ANSWER(tvk_map_str_to_array, path("a/b"), &w.seen, 0, &w.number));

@@ -1,12 +1,13 @@
 #include "context.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <cstring>
 
 #include "kel_memory.h"
 #include "tree.h"
 #include "tvk_diagnostics.h"
-#include "tvk_map_datatree.h"
 #include "tvk_map_walk.h"
 #include "tvk_platform_control.h"
 
@@ -26,13 +27,6 @@ std::string without_context(std::string line) {
         line.erase(start, comma + 1 - start);
     }
     return line;
-}
-
-void release_trees(qidl_tvk_datatree *records, std::uint32_t count) {
-    for (std::uint32_t i = 0; records != nullptr && i < count; ++i) {
-        qidl_tvk_datatree_free_ext(&records[i], tvk_gpb_free, nullptr, 0);
-    }
-    kel_named_free(records);
 }
 
 }  // namespace
@@ -88,23 +82,9 @@ MappingContext::MappingContext(std::uint32_t request_type) : state(std::make_uni
 }
 
 MappingContext::~MappingContext() {
-    for (char *text : {state->error_node_tag, state->error_xpath, state->error_xpath_ns, state->pending_trim_path,
-                       context.current_list_node}) {
-        kel_named_free(text);
-    }
-    tvk_map_forget_children(ctx, nullptr);
-    if (state->pending_hierarchy_kind != 0) {  // else the pointer may be one that a failed stitching left
-        kel_named_free(state->pending_hierarchy_path);
-    }
-    for (std::uint32_t i = 0; i < state->output_list_count; ++i) {
-        kel_named_free(state->output_list[i].trim_path);
-        kel_named_free(state->output_list[i].hierarchy_path);
-    }
-    for (std::uint32_t i = 0; i < state->hierarchy_depth; ++i) {
-        kel_named_free(state->hierarchy[i].tag);
-        kel_named_free(state->hierarchy[i].path);
-    }
-    release_trees(state->req_tree_schema, 1);
+    // A walk takes its items off again.
+    EXPECT_EQ(0u, tvk_map_util_itree_stack_size(ctx)) << "items are left on the instance-tree stack";
+    tvk_map_release_request_state(ctx);
 }
 
 std::string field(const char *name, const char *value) {

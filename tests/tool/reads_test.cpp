@@ -10,18 +10,21 @@
 
 #include "data_file.h"
 #include "get_command.h"
-#include "get_request.h"
+#include "netconf/get_request.h"
 #include "tvk_map_filter.h"
 
 namespace {
 
+using namespace tvk;
+using namespace tvk::framework;
+using namespace tvk::netconf;
 using namespace tvk::tool;
 
 // A tree without the order of its nodes: leaves are answered in the order in which a filter asks for them.
 std::string content(
     const Node &node, const std::function<bool(const Node &)> &is_kept = [](const Node &) { return true; }) {
     std::set<std::string> children;
-    for (const Node &child : children_of(node)) {
+    for (const Node &child : tvk::children(node)) {
         if (is_kept(child)) {
             children.insert(content(child, is_kept));
         }
@@ -37,26 +40,26 @@ std::string content(
 class Selection {
 public:
     bool select(const Node &filter, const Node &node) {
-        if (std::ranges::any_of(children_of(filter),
+        if (std::ranges::any_of(tvk::children(filter),
                                 [&](const Node &f) { return has_value(f) && !matches(f, node); })) {
             return false;
         }
-        if (std::ranges::all_of(children_of(filter), has_value)) {
+        if (std::ranges::all_of(tvk::children(filter), has_value)) {
             keep_all(node);
             return true;
         }
         bool any = false;
-        for (const Node &f : children_of(filter)) {
-            for (const Node &child : children_of(node)) {
+        for (const Node &f : tvk::children(filter)) {
+            for (const Node &child : tvk::children(node)) {
                 if (is_named(f, child) && (has_value(f) ? is_equal(f, child) : select(f, child))) {
                     kept_.insert(&child);
                     any = true;
                 }
             }
         }
-        const auto children = children_of(node);
+        const auto children = tvk::children(node);
         const auto inner =
-            std::ranges::find_if(children, [](const Node &child) { return !children_of(child).empty(); });
+            std::ranges::find_if(children, [](const Node &child) { return !tvk::children(child).empty(); });
         for (auto key = children.begin(); any && inner != children.end() && key != inner; ++key) {
             kept_.insert(&*key);
         }
@@ -67,7 +70,7 @@ public:
     }
 
 private:
-    static bool has_value(const Node &node) { return children_of(node).empty() && *value_of(node) != '\0'; }
+    static bool has_value(const Node &node) { return tvk::children(node).empty() && *value_of(node) != '\0'; }
     static bool is_named(const Node &filter, const Node &node) {
         const std::string ns = namespace_of(filter);
         return std::string(tag_of(filter)) == tag_of(node) && (ns.empty() || ns == namespace_of(node));
@@ -77,12 +80,12 @@ private:
         return value.substr(value.find(':') == std::string::npos || value.find("id:") != 0 ? 0 : 3) == value_of(node);
     }
     static bool matches(const Node &filter, const Node &node) {
-        return std::ranges::any_of(children_of(node),
+        return std::ranges::any_of(tvk::children(node),
                                    [&](const Node &c) { return is_named(filter, c) && is_equal(filter, c); });
     }
     void keep_all(const Node &node) {
         kept_.insert(&node);
-        for (const Node &child : children_of(node)) {
+        for (const Node &child : tvk::children(node)) {
             keep_all(child);
         }
     }
@@ -97,7 +100,7 @@ public:
     // Filter nodes for some of the children of node.
     std::string children(const Node &node, int levels) {
         std::string text;
-        for (const Node &child : children_of(node)) {
+        for (const Node &child : tvk::children(node)) {
             for (int copies = one_in(3) ? (one_in(4) ? 2 : 1) : 0; copies > 0; --copies) {
                 text += element(child, levels);
             }
@@ -113,7 +116,7 @@ private:
         const std::string any = one_in(12) ? "" : namespace_of(node);
         std::string start = "<" + tag + " xmlns='" + (one_in(40) ? "urn:other" : any) + "'";
         std::string content;
-        if (!children_of(node).empty()) {
+        if (!tvk::children(node).empty()) {
             content = levels > 0 && !one_in(6) ? children(node, levels - 1) : "";
         } else if (one_in(2)) {
             const bool is_identity = (node.presence & TVK_HAS_DATA_NS) != 0;
@@ -131,17 +134,14 @@ const Layout kFilterLayout{[](const xmlNode *) { return true; }, Values::kTrimme
 class Reads : public testing::TestWithParam<const char *> {
 protected:
     std::string read(const std::string &filter, MarkPhase phase, bool walk_all, RequestTrees &trees) {
-        take_data(
-            XmlDocument::read(std::string(TVK_EXAMPLES_FOLDER) + GetParam() + "/native-device.xml", kNativeLayout),
-            trees.native);
-        GetParameters parameters =
-            read_get(XmlDocument::parse(filter, "the filter", kGetLayout), mappings_, trees.asked);
-        parameters.walk_all = walk_all;
-        parameters.with_defaults =
+        read_data(std::string(TVK_EXAMPLES_FOLDER) + GetParam() + "/native-device.xml", kNativeLayout, trees.native);
+        GetRequest request = read_get(XmlDocument::parse(filter, "the filter", kGetLayout), mappings_, trees.asked);
+        request.parameters.walk_all = walk_all;
+        request.parameters.with_defaults =
             TVK_WITH_DEFAULTS_REPORT_ALL;  // else those that a filter names are told, and no others
         Framework framework(false);
         Session session(framework, trees.native.root());
-        const Reply reply = answer_get(mappings_, framework, session, trees, parameters, phase, false);
+        const Reply reply = answer_get(mappings_, framework, session, trees, request, phase, false);
         return reply.status == 0 ? content(trees.response.root()) : reply.text;
     }
     std::string read(const std::string &filter, MarkPhase phase, bool walk_all = false) {
@@ -154,7 +154,7 @@ protected:
         take_data(XmlDocument::parse(filter, "the filter", kFilterLayout), asked);
         Selection selection;
         for (Node &filter_top :
-             std::span(asked.root().subtrees->subtrees, children_of(asked.root().subtrees[0]).size())) {
+             std::span(asked.root().subtrees->subtrees, tvk::children(asked.root().subtrees[0]).size())) {
             Node one{};  // each by itself: none is a condition for the others
             one.subtrees = &filter_top;
             one.subtree_count = 1;

@@ -1,17 +1,17 @@
 #include "apply_command.h"
 
-#include "data_edit.h"
 #include "data_file.h"
-#include "edit_command.h"
-#include "edit_defaults.h"
-#include "request_values.h"
+#include "framework/data_edit.h"
+#include "framework/edit_defaults.h"
+#include "framework/request_values.h"
+#include "netconf/edit_request.h"
 
 namespace tvk::tool {
 
 namespace {
 
-TopNames tops_of(TreeHolder &data) {
-    TopNames names;
+framework::TopNames tops_of(framework::TreeHolder &data) {
+    framework::TopNames names;
     for (const Node &top : data.tops()) {
         names.emplace_back(tag_of(top), namespace_of(top));
     }
@@ -20,11 +20,12 @@ TopNames tops_of(TreeHolder &data) {
 
 }  // namespace
 
-Reply answer_apply(TreeHolder &data, const Node &edit, uint32_t default_operation, Shapes &shapes,
+Reply answer_apply(framework::TreeHolder &data, const Node &edit, uint32_t default_operation, framework::Shapes &shapes,
                    const ApplyOutput &output) {
     shapes.learn({&data.root(), &edit});
-    TreeHolder changes;
-    if (const std::optional<RpcError> error = apply_edit(data, edit, default_operation, shapes, changes)) {
+    framework::TreeHolder changes;
+    if (const std::optional<framework::RpcError> error =
+            framework::apply_edit(data, edit, default_operation, shapes, changes)) {
         return refusal({*error}, output.attributes);
     }
     return config_reply(output.changes ? changes.root() : data.root(), output.attributes, output.tree);
@@ -32,25 +33,26 @@ Reply answer_apply(TreeHolder &data, const Node &edit, uint32_t default_operatio
 
 int run_apply(const ApplyOptions &options) {
     check_inputs(options.native, options.edit, "only one of NATIVE and EDIT can be standard input");
-    const Mappings mappings = Mappings::load(options.mappings);
-    Shapes shapes(mappings);
+    const framework::Mappings mappings = framework::Mappings::load(options.mappings);
+    framework::Shapes shapes(mappings);
     for (const std::string &list : options.lists) {
         shapes.add(list);
     }
-    TreeHolder data;
-    read_data(options.native, kNativeLayout, data);
-    TreeHolder edit;
-    const EditParameters parameters = read_edit(XmlDocument::read(options.edit, kEditLayout), edit);
-    if (const std::vector<RpcError> errors = refuse_operations(edit.root()); parameters.is_whole && !errors.empty()) {
-        return print(refusal(errors, parameters.attributes));
+    framework::TreeHolder data;
+    read_data(options.native, netconf::kNativeLayout, data);
+    framework::TreeHolder edit;
+    const netconf::EditRequest request = netconf::read_edit(read_document(options.edit, netconf::kEditLayout), edit);
+    if (const std::vector<framework::RpcError> errors = framework::refuse_operations(edit.root());
+        request.parameters.is_whole && !errors.empty()) {
+        return print(refusal(errors, request.attributes));
     }
-    uint32_t default_operation = parameters.default_operation.value_or(TVK_OPERATION_MERGE);
-    if (parameters.is_whole || default_operation == TVK_OPERATION_REPLACE) {
-        replace_all(edit, tops_of(data));
+    uint32_t default_operation = request.parameters.default_operation.value_or(TVK_OPERATION_MERGE);
+    if (request.parameters.is_whole || default_operation == TVK_OPERATION_REPLACE) {
+        framework::replace_all(edit, tops_of(data));
         default_operation = TVK_OPERATION_MERGE;
     }
     return print(answer_apply(data, edit.root(), default_operation, shapes,
-                              {parameters.attributes, options.changes, options.tree}));
+                              {request.attributes, options.changes, options.tree}));
 }
 
 }  // namespace tvk::tool

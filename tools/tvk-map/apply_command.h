@@ -5,9 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "list_keys.h"
-#include "mapping_run.h"
-#include "rpc_attributes.h"
+#include "framework/list_keys.h"
+#include "framework/tree_holder.h"
+#include "netconf/rpc_attributes.h"
+#include "reply.h"
 
 namespace tvk::tool {
 
@@ -24,13 +25,13 @@ struct ApplyOptions {
 int run_apply(const ApplyOptions &options);
 
 struct ApplyOutput {
-    RpcAttributes attributes;
+    netconf::RpcAttributes attributes;
     bool changes;  // alone
     bool tree;
 };
 
 // Carries out edit on data and shows the data, or what is different in it. shapes learns what data and edit show.
-Reply answer_apply(TreeHolder &data, const Node &edit, uint32_t default_operation, Shapes &shapes,
+Reply answer_apply(framework::TreeHolder &data, const Node &edit, uint32_t default_operation, framework::Shapes &shapes,
                    const ApplyOutput &output);
 
 }  // namespace tvk::tool

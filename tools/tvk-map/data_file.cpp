@@ -1,38 +1,52 @@
 #include "data_file.h"
 
-#include "rpc_envelope.h"
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "framework/diagnostics.h"
 
 namespace tvk::tool {
 
 namespace {
 
-bool is_wrapper(const xmlNode *root) {
-    return is_reply(root) || is_envelope(root, "config");
-}
+constexpr char kStandardInput[] = "standard input";
 
-bool is_file_data(const xmlNode *element) {
-    const xmlNode *parent = parent_element(element);
-    if (parent == nullptr) {
-        return !is_wrapper(element);
+struct CloseFile {
+    void operator()(std::FILE *file) const {
+        if (file != stdin) {
+            std::fclose(file);
+        }
     }
-    return !is_envelope(parent, "rpc-reply");
+};
+
+std::string read_bytes(const std::string &path, const std::string &name) {
+    const std::unique_ptr<std::FILE, CloseFile> file(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
+    if (!file) {
+        throw framework::UsageError(name, 0, std::string("cannot be opened: ") + std::strerror(errno));
+    }
+    std::string bytes;
+    char buffer[65536];
+    size_t got = 0;
+    while ((got = std::fread(buffer, 1, sizeof buffer, file.get())) > 0) {
+        bytes.append(buffer, got);
+    }
+    if (std::ferror(file.get()) != 0) {
+        throw framework::UsageError(name, 0, std::string("cannot be read: ") + std::strerror(errno));
+    }
+    return bytes;
 }
 
 }  // namespace
 
-const Layout kDataLayout{is_file_data, Values::kAsWritten};
-const Layout kNativeLayout{is_file_data, Values::kAsWritten, Edits::kRefused};
-
-void take_data(XmlDocument document, TreeHolder &data) {
-    xmlNode *root = document.root();
-    const std::vector<xmlNode *> tops = is_reply(root)                ? open_reply(document, root)
-                                        : is_envelope(root, "config") ? document.child_elements(root)
-                                                                      : std::vector{root};
-    move_data(tops, data.root());
+netconf::XmlDocument read_document(const std::string &path, const netconf::Layout &layout) {
+    const std::string name = path == "-" ? kStandardInput : path;
+    return netconf::XmlDocument::parse(read_bytes(path, name), name, layout);
 }
 
-void read_data(const std::string &path, const Layout &layout, TreeHolder &data) {
-    take_data(XmlDocument::read(path, layout), data);
+void read_data(const std::string &path, const netconf::Layout &layout, framework::TreeHolder &data) {
+    netconf::take_data(read_document(path, layout), data);
 }
 
 }  // namespace tvk::tool

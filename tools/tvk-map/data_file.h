@@ -1,22 +1,16 @@
-// Files of data.
+// Reads files.
 #pragma once
 
 #include <string>
 
-#include "tree_holder.h"
-#include "xml_document.h"
+#include "netconf/data_document.h"
 
 namespace tvk::tool {
 
-// Data are the children of a <config>, of a <data>, also of one in an <rpc-reply>, or else the root itself. Operations
-// and the places of entries are refused in native data, which edits and reads start from.
-extern const Layout kDataLayout;
-extern const Layout kNativeLayout;
+// path "-" is standard input. Throws UsageError for what cannot be read or is not well formed.
+netconf::XmlDocument read_document(const std::string &path, const netconf::Layout &layout);
 
-// Moves the top nodes out of a document of either layout. Throws UsageError.
-void take_data(XmlDocument document, TreeHolder &data);
-
-// Those of a file, "-" for standard input. Throws UsageError.
-void read_data(const std::string &path, const Layout &layout, TreeHolder &data);
+// Moves the top nodes of a file, of kDataLayout or kNativeLayout, into a tree without nodes. Throws UsageError.
+void read_data(const std::string &path, const netconf::Layout &layout, framework::TreeHolder &data);
 
 }  // namespace tvk::tool

@@ -5,10 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "edit_request.h"
-#include "mapping_run.h"
-#include "rpc_attributes.h"
-#include "xml_document.h"
+#include "netconf/edit_request.h"
+#include "reply.h"
 
 namespace tvk::tool {
 
@@ -25,21 +23,8 @@ struct EditOptions {
 // Returns the exit status. Throws UsageError.
 int run_edit(const EditOptions &options);
 
-// What a request says beside its data.
-struct EditParameters {
-    RpcAttributes attributes;
-    std::optional<uint32_t> default_operation;
-    bool is_whole = false;
-    bool is_reply = false;
-    bool has_inserts = false;  // places of entries
-};
-
-// The steps between the command's files and its output. The first moves the data of a document of kEditLayout
-// into a tree without nodes; it throws UsageError.
-EditParameters read_edit(XmlDocument document, TreeHolder &request);
-std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,
-                                const EditParameters &parameters);
-Reply answer_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees, const EditParameters &parameters,
-                  bool tree);
+// The step between the command's files and its output.
+Reply answer_edit(const framework::Mappings &mappings, framework::Framework &framework, framework::RequestTrees &trees,
+                  const netconf::EditRequest &request, bool tree);
 
 }  // namespace tvk::tool

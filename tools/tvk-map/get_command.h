@@ -5,10 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "filter_tree.h"
-#include "get_request.h"
-#include "mapping_run.h"
-#include "xml_document.h"
+#include "framework/get_run.h"
+#include "netconf/get_request.h"
+#include "reply.h"
 
 namespace tvk::tool {
 
@@ -26,12 +25,9 @@ struct GetOptions {
 // Returns the exit status. Throws UsageError.
 int run_get(const GetOptions &options);
 
-// The steps between the command's files and its output. The first moves what a document of kGetLayout asks for
-// into a filter without nodes; it throws UsageError.
-GetParameters read_get(XmlDocument document, const Mappings &mappings, TreeHolder &asked);
-std::vector<RpcError> make_get(const Mappings &mappings, Framework &framework, Session &session,
-                               const GetParameters &parameters, MarkPhase mark, RequestTrees &trees);
-Reply answer_get(const Mappings &mappings, Framework &framework, Session &session, RequestTrees &trees,
-                 const GetParameters &parameters, MarkPhase mark, bool tree);
+// The step between the command's files and its output.
+Reply answer_get(const framework::Mappings &mappings, framework::Framework &framework, framework::Session &session,
+                 framework::RequestTrees &trees, const netconf::GetRequest &request, framework::MarkPhase mark,
+                 bool tree);
 
 }  // namespace tvk::tool

@@ -9,12 +9,13 @@
 #include <vector>
 
 #include "apply_command.h"
-#include "diagnostics.h"
 #include "edit_command.h"
+#include "framework/diagnostics.h"
 #include "get_command.h"
+#include "netconf/xml_reader.h"
 #include "output.h"
 #include "print_command.h"
-#include "xml_reader.h"
+#include "report.h"
 
 namespace {
 
@@ -183,7 +184,7 @@ int run(int argc, char **argv) {
             tvk::tool::write_out(text.str());
             return tvk::tool::kExitSuccess;
         }
-        throw tvk::tool::UsageError(std::string(error.what()) + " (see tvk-map --help)");
+        throw tvk::framework::UsageError(std::string(error.what()) + " (see tvk-map --help)");
     }
     if (edit->parsed()) {
         return tvk::tool::run_edit(edit_options);
@@ -198,7 +199,7 @@ int run(int argc, char **argv) {
 
 int main(int argc, char **argv) {
     int status = tvk::tool::kExitUsage;
-    tvk::tool::silence_xml();
+    tvk::netconf::silence_xml();
     try {
         status = run(argc, argv);
     } catch (const std::bad_alloc &) {

@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "diagnostics.h"
-#include "heap.h"
+#include "framework/diagnostics.h"
+#include "framework/heap.h"
 #include "tvk_map_print.h"
 
 namespace tvk::tool {
@@ -19,7 +19,7 @@ namespace tvk::tool {
 namespace {
 
 [[noreturn]] void fail() {
-    throw UsageError("standard output", 0, std::strerror(errno));
+    throw framework::UsageError("standard output", 0, std::strerror(errno));
 }
 
 // Turns standard output into a file in memory while it lives.
@@ -85,7 +85,7 @@ bool visit_texts(Node &root, const Visit &visit) {
         if (found) {
             return true;
         }
-        for (size_t i = 0; i < children_of(node).size(); ++i) {
+        for (size_t i = 0; i < children(node).size(); ++i) {
             pending.push_back(&node.subtrees[i]);
         }
     }
@@ -93,12 +93,12 @@ bool visit_texts(Node &root, const Visit &visit) {
 }
 
 bool is_printable(const char *text) {
-    return text == nullptr || !has_controls(text);
+    return text == nullptr || !framework::has_controls(text);
 }
 
 bool make_printable(char *&text) {
     if (!is_printable(text)) {
-        kel_named_free(std::exchange(text, copy_text(printable(text).c_str())));
+        kel_named_free(std::exchange(text, framework::copy_text(framework::printable(text).c_str())));
     }
     return false;
 }
@@ -125,8 +125,8 @@ std::string tree_listing(const Node &root, bool namespaces) {
     if (!visit_texts(const_cast<Node &>(root), needs_care)) {
         return listing(root, namespaces);
     }
-    TreeHolder shown;
-    copy_tree(root, shown.root());
+    framework::TreeHolder shown;
+    framework::copy_tree(root, shown.root());
     visit_texts(shown.root(), make_printable);
     return listing(shown.root(), namespaces);
 }

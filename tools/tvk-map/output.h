@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "tree_holder.h"
+#include "framework/tree_holder.h"
 
 namespace tvk::tool {
 

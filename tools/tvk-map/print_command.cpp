@@ -1,14 +1,14 @@
 #include "print_command.h"
 
 #include "data_file.h"
-#include "diagnostics.h"
 #include "output.h"
+#include "report.h"
 
 namespace tvk::tool {
 
 int run_print(const PrintOptions &options) {
-    TreeHolder data;
-    read_data(options.file, kDataLayout, data);
+    framework::TreeHolder data;
+    read_data(options.file, netconf::kDataLayout, data);
     write_out(tree_listing(data.root(), options.namespaces));
     return kExitSuccess;
 }

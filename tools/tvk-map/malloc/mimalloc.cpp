@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "diagnostics.h"
+#include "report.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 /*
- * A mapping module: what a shared object must export to be loaded as a mapping.
+ * The contract of a mapping module: a shared object that is loaded as a mapping.
  *
  * The module exports one function, tvk_map_module_get, which returns a table of the top containers that it maps.
  * The table is constant and lives as long as the module is loaded.
@@ -27,9 +27,9 @@ struct tvk_map_module_container {
      * the native tree in an edit, of the response in a read. The root is a record that stands for no node; its
      * children are top containers.
      *
-     * In a read node is the filter, without children when all is asked for, and the paths that path adding asks it
-     * about are those below node: add the container itself to target first (tvk_map_datatree_add_subtree), then
-     * paths below it. The caller marks that container against node and sweeps it.
+     * In a read node is the filter, without children when all is asked for. Path adding asks it about paths below
+     * node: add the container itself to target first (tvk_map_datatree_add_subtree), then paths below it. The caller
+     * marks that container against node and sweeps it.
      *
      * The native data of a read is behind the request's connection (tvk_map_get_varn_conn_hdl). On a device the
      * handle is a connection to the system database. In the desk tool every handle is the root of the native tree, a
@@ -46,22 +46,21 @@ struct tvk_map_module_list {
 };
 
 /* Bits of tvk_map_module::flags. */
-#define TVK_MAP_MODULE_TAKES_INSERT \
-    0x1u /* the handlers look at yang:insert; without it a request with one is refused */
+#define TVK_MAP_MODULE_TAKES_INSERT 0x1u /* handlers look at yang:insert; else a request with one is refused */
 
 /*
- * The table of a module. What stands behind containers is optional: a module that does not need it leaves it zero.
- *
- * A memory of its own. What a mapping wants to find again during a request hangs on ctx->mapping_data: a native list,
- * say, that is grouped by what handlers look for, so that none of them looks through the whole list again. The mapping
- * allocates it, in begin_request or where it is first needed; release_data releases it. In an edit the pointer is null
- * at the begin, and is released when the request ends. In a read it may be what an earlier read of the same native
- * data left, which has not changed since; the framework releases it before that data changes or goes.
+ * The table of a module. The fields behind containers are optional: a module leaves those that it does not need zero.
  *
  * begin_request is called once for each request that concerns the module, before the first of its handlers, with the
  * context that the handlers get. Another status than TVK_OK fails the request. end_request is called once for each
  * begin_request that returned TVK_OK, or that is null, when the request has ended, well or not. The request's trees
  * still exist then, and also when release_data is called.
+ *
+ * A mapping may keep data for the time of a request at ctx->mapping_data: a native list, say, grouped by the values
+ * that handlers look for, so that none of them looks through the whole list again. The mapping allocates the data, in
+ * begin_request or where it is first needed; release_data releases it. In an edit the pointer is null at the begin,
+ * and the data is released when the request ends. In a read the pointer may be that of an earlier read of the same
+ * native data, which has not changed since; the framework has it released before that data changes or goes.
  */
 struct tvk_map_module {
     uint32_t version; /* TVK_MAP_MODULE_VERSION */
@@ -69,9 +68,8 @@ struct tvk_map_module {
     uint32_t container_count;
     const struct tvk_map_module_container *containers;
 
-    qerrno (*begin_request)(
-        tvk_map_ctx ctx);                 /* before the first handler; another status than TVK_OK fails the request */
-    void (*end_request)(tvk_map_ctx ctx); /* when the request has ended */
+    qerrno (*begin_request)(tvk_map_ctx ctx); /* called before the first handler of a request */
+    void (*end_request)(tvk_map_ctx ctx);     /* called when the request has ended */
     void (*release_data)(void *mapping_data); /* not called with null */
     /*
      * The leaves of the request whose values are identities, by the tags from the top container down, as in
@@ -80,8 +78,9 @@ struct tvk_map_module {
      */
     const char *const *identities;
     /*
-     * The lists of the native model, for tools that apply what an edit makes; ended by an entry without a path. Of a
-     * top container that one of them stands in it names all; a list of values has no keys ("").
+     * The lists of the native model, for tools that apply the edit that a mapping makes; ended by an entry without a
+     * path. If it names a list of a top container it names all lists of that container. A list of values has no keys
+     * ("").
      */
     const struct tvk_map_module_list *native_lists;
     uint32_t flags; /* TVK_MAP_MODULE_* */
@@ -92,10 +91,7 @@ struct tvk_map_module {
 
 typedef const struct tvk_map_module *(*tvk_map_module_get_fp)(void);
 
-/*
- * What a mapping module exports to be loaded as one: returns its table, never null. It is called once, before any
- * handler of the table.
- */
+/* Returns the module's table, never null. A mapping module exports it; it is called once, before any handler. */
 #if defined(__GNUC__)
 __attribute__((visibility("default")))
 #endif

@@ -32,24 +32,42 @@ struct tvk_map_insert_info {
  * Prints node's descendants to standard output, one line a node, indented by 4 blanks for each unit of depth:
  *     tag : value (operation) (insert=...)(key) (name=value) attribute=value (verdict)
  * or, with namespace_mode non-zero, tag (namespace) : value.
- * Returns 0; TVK_ERR_INVALID for a null node; TVK_ERR_NO_MEMORY: what was printed until then stands.
+ *
+ * Returns
+ * - 0: all descendants are printed.
+ * - TVK_ERR_INVALID: node is null. Nothing is logged.
+ * - TVK_ERR_NO_MEMORY: the listing is broken off. The part printed until then stands.
  */
 TVK_MAP_API qerrno tvk_map_print_subtrees(const struct qidl_tvk_datatree *node, uint32_t depth, int namespace_mode);
 
-/* The same listing as TRC messages. TVK_ERR_INVALID for a null node, TVK_ERR_NOT_FOUND for a child without a tag. */
+/*
+ * Logs the listing of tvk_map_print_subtrees as TRC messages, one for each piece of a line.
+ *
+ * Returns
+ * - 0: all descendants are logged.
+ * - TVK_ERR_INVALID: node is null.
+ * - TVK_ERR_NOT_FOUND: a node without a tag breaks the listing off.
+ * - TVK_ERR_NO_MEMORY: the listing is broken off. The part logged until then stands.
+ */
 TVK_MAP_API qerrno tvk_map_trace_subtrees(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, uint32_t depth,
                                           int namespace_mode);
 
 /*
- * Fills info from node's insert record; info is untouched when node has none. At most five keys are taken; a text
- * of 100 characters and more is left empty. Always 0.
+ * Fills info from node's insert record. At most five keys are taken; a text of 100 characters or more is left empty.
+ *
+ * Returns
+ * - 0: always. info is untouched when node is null or has no insert record.
  */
 TVK_MAP_API qerrno tvk_datatree_get_insert_attribute_info(const struct qidl_tvk_datatree *node,
                                                           struct tvk_map_insert_info *info);
 
 /*
- * Hands tree to the framework's tree printer (tvk_gpb_datatree_trace_internal, which says what the other arguments
- * are) when ctx and tree are given and the context's print_enabled is set. Returns its status, else 0.
+ * Hands tree to the framework's tree printer, tvk_gpb_datatree_trace_internal (qidl_tvk_datatree.h), with the other
+ * arguments as they are.
+ *
+ * Returns
+ * - 0: ctx or tree is null, or the context's print_enabled is 0. Nothing is printed.
+ * - any other case: the status of the printer.
  */
 TVK_MAP_API qerrno tvk_map_print_datatree_internal(tvk_map_ctx ctx, const struct qidl_tvk_datatree *tree,
                                                    const char *title, uint32_t depth, uint32_t max_depth,

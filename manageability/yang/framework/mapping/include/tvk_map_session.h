@@ -1,4 +1,4 @@
-/* Who sent the request, and how to reach the system database on its behalf. Nothing here changes state. */
+/* The sender of the request, and the way to the system database on its behalf. Nothing here changes state. */
 #ifndef TVK_MAP_SESSION_H
 #define TVK_MAP_SESSION_H
 
@@ -33,29 +33,35 @@ enum tvk_with_defaults_mode {
 
 /*
  * Finds the backend session of a request through the framework's session table and stores it; it stays the
- * framework's. A null request context, or one without a framework context, is an assertion. Logs to the framework
- * context.
- * Returns 0; TVK_ERR_INVALID: no request, out pointer or session id, or no such session; TVK_ERR_NOT_FOUND: the
- * session has no backend sessions.
+ * framework's. A null request context, or one without a framework context, stops the process with an assertion.
+ * Messages go to the sinks of the framework context.
+ *
+ * Returns
+ * - 0: backend_session is the first backend session.
+ * - TVK_ERR_INVALID: there is no request, out pointer or session id, or no session of that id.
+ * - TVK_ERR_NOT_FOUND: the session has no backend sessions.
  */
 TVK_MAP_API qerrno tvk_map_get_backend_session(tvk_request_ctx *req_ctx, me_backend_session_ctx_t **backend_session);
 
 /*
- * A connection of a backend session, by kind and selectors (above). Null for a null session, one without backend
- * record or connection table, and any other kind. The handle stays the framework's.
+ * Returns a connection of a backend session, by kind (VARN_CONN_*) and selectors. Null for a null session, one without
+ * backend record or the kind's connection table, and any other kind. The handle stays the framework's.
  */
 TVK_MAP_API varn_conn_hdl varn_backend_get_varn_conn(const me_backend_session_ctx_t *backend_session, uint32_t kind,
                                                      int32_t alternate_b, int32_t alternate_a);
 
-/* The connection of the request's backend session, chosen as varn_backend_get_varn_conn does; null without one. */
+/*
+ * Returns the connection of the request's backend session, chosen as varn_backend_get_varn_conn does; null without one.
+ * The context's request context is as for tvk_map_get_backend_session.
+ */
 TVK_MAP_API varn_conn_hdl tvk_map_get_varn_conn_hdl(tvk_map_ctx ctx, uint32_t kind, int32_t alternate_b,
                                                     int32_t alternate_a);
 
-/* The agent that delivered the request; TVK_AGENT_OTHER when that is not known. */
+/* Returns the agent that delivered the request; TVK_AGENT_OTHER when there is no framework context to tell it. */
 TVK_MAP_API tvk_agent_type_e tvk_map_get_agent_type(tvk_map_ctx ctx);
 
 /*
- * The with-defaults mode that the client asked for, in the framework's numbering; 0 when with-defaults does not
+ * Returns the with-defaults mode that the client asked for, in the framework's numbering; 0 when with-defaults does not
  * apply: nothing was asked for, the agent is not NETCONF, or there is no request. A mode numbered 0 cannot be told
  * from none.
  */

@@ -1,18 +1,20 @@
 /*
- * What every operation of the library shares: the mapping context, the request state record, the limits.
+ * The mapping context, the request state record and the limits, which all operations of the library share.
  *
  * Conventions that hold for every call:
  *
- * - Ownership. Arguments are borrowed unless the operation says that it takes them over. A tree belongs to
- *   whoever holds its root. Strings and arrays of a node belong to the node. Strings handed in are copied.
+ * - Ownership. Arguments are borrowed unless the operation says that it takes them over. A tree belongs to the
+ *   holder of its root. Strings and arrays of a node belong to the node. Strings handed in are copied.
  * - Lifetime. A pointer to a node is valid until the child array that the node stands in is next grown or shrunk:
  *   adding a sibling may move it. Hold the parent and the position instead.
- * - Null. A null mapping context stops the process with an assertion, in the operations that log "Start" at once,
- *   in the others where they would log. Any other null argument that an operation does not allow is logged as
- *   ERR "NULL argument(s) passed!" and answered with TVK_ERR_INVALID, before any effect. A null request state
- *   record, or one without a request, counts as no flags set and no read, add or delete request.
+ * - Null. A null mapping context stops the process with an assertion, unless the operation names an answer to it.
+ *   An operation that logs "Start" asserts at once, any other one when it comes to a message. Any other null
+ *   argument that an operation does not allow is logged as ERR "NULL argument(s) passed!" and answered with
+ *   TVK_ERR_INVALID, before any effect, unless the operation says otherwise. A null request state record, or one
+ *   without a request, counts as no flags set and no read, add or delete request.
  * - Out arguments are written on success only, unless the operation says otherwise.
- * - Status. Zero is success. Messages go to the debug log and the trace; they never change the status.
+ * - Status. Zero is success. The comment of an operation lists each status with its condition. Messages go to the
+ *   debug log and the trace; they never change the status.
  * - Threads. A context and its trees are used by one thread at a time. The library has no threads, no locks and
  *   no main loop.
  */
@@ -31,7 +33,7 @@
 #define TVK_MAP_API
 #endif
 
-/* Default arguments for C++ callers; C callers pass the value. */
+/* C++ callers may leave such an argument out; C callers pass the value. */
 #ifdef __cplusplus
 #define TVK_MAP_DEFAULT(value) = value
 #else
@@ -63,6 +65,11 @@
 #define TVK_PATH_RECORD_CUT_LAST 1u
 #define TVK_PATH_RECORD_KEEP_LAST 2u
 
+/* Values of tvk_map_request_state::list_key_state. */
+#define TVK_LIST_KEY_NONE 0u
+#define TVK_LIST_KEY_PROPAGATING 1u /* an entry named by its keys alone is propagated */
+#define TVK_LIST_KEY_IN_HANDLER 2u  /* a list handler runs, for a delete of an entry by its keys */
+
 /* Kinds of a hierarchy level. */
 #define TVK_LEVEL_CONTAINER 1u
 #define TVK_LEVEL_LIST 2u
@@ -91,7 +98,7 @@ struct tvk_map_output_entry {
 struct tvk_map_itree_item {
     struct qidl_tvk_datatree *nodes; /* owned when the first one's tag is "LIST_INSTANCE_NODE", else borrowed */
     uint32_t node_count;
-    uint32_t borrowed; /* 1: borrowed whatever the tags are, as for the children of a request node */
+    uint32_t borrowed; /* 1: the nodes are borrowed, whatever their tags are */
     uintptr_t extra;   /* 0, or a tmap_instance_fp (tvk_map_walk.h) */
 };
 
@@ -132,14 +139,14 @@ struct tvk_map_request_state {
     uint32_t create_operation;
 
     char *error_xpath;    /* owned: set by the first failure of the request */
-    char *error_xpath_ns; /* owned: what the prefix "ns1:" in error_xpath stands for */
+    char *error_xpath_ns; /* owned: the namespace that the prefix "ns1:" in error_xpath stands for */
 
     uint32_t delete_walk_active; /* 1 while a delete or read is propagated below a node */
-    uint32_t list_key_state;     /* 1 or 2 while the keys of a list entry are worked on */
+    uint32_t list_key_state;     /* TVK_LIST_KEY_*: not 0 while the keys of a list entry are worked on */
     uint32_t walk_flags;         /* TVK_WALK_* */
 
     struct tvk_map_children_index *children_index; /* owned: made by lookups, see index_children_from */
-    struct qidl_tvk_datatree *xpath_attachment;    /* while tvk_map_tree_xpath_operations adds: where it is */
+    struct qidl_tvk_datatree *xpath_attachment;    /* the node that tvk_map_tree_xpath_operations is adding below */
 };
 
 /* The mapping context. The framework creates one per request. */
@@ -153,7 +160,7 @@ struct tvk_map_context {
     uint32_t trace_enabled;    /* non-zero: messages go to the trace as well */
     uint32_t list_operation;   /* operation of the list entry being parsed */
     uint32_t print_enabled;    /* non-zero: tvk_map_print_datatree_internal prints */
-    uint32_t intf_config_flag; /* 1: the next "interface-configuration" path is placed by intf_name */
+    uint32_t intf_config_flag; /* 1: intf_name places the next "interface-configuration" path */
     char *intf_name;
 
     uint32_t current_list_slot_count;
@@ -164,33 +171,34 @@ struct tvk_map_context {
     uint32_t dfs_trace; /* non-zero: the container filter phase traces its tables */
 
     /*
-     * From how many children on a node's children are indexed, so that finding one of them by name, or a list entry by
-     * its keys, takes the same time however many there are. 0: never; lookups scan, and read nothing but the tree.
-     * 16 is a good value. Statuses, results and messages are the same either way.
+     * The children of a node with so many children or more are indexed: finding one of them by name, or a list entry by
+     * its keys, then takes the same time however many there are. With 0 nothing is indexed: lookups scan, and read
+     * nothing but the tree. 16 is a good value. Statuses, results and messages are the same either way.
      *
-     * By setting it the framework promises, for as long as the request lasts, that tags, namespaces, instance numbers
-     * (subtree_index) and key values of children change through the library alone, also where children come, go or are
-     * released with their tree; or else that tvk_map_forget_children is called before they do. At the end of the
-     * request the framework calls tvk_map_forget_children for all of them.
+     * A framework that sets it promises, for as long as the request lasts, that only the library changes tags,
+     * namespaces, instance numbers (subtree_index) and key values of children, and only the library adds, removes and
+     * releases children. Other code that does so calls tvk_map_forget_children before. At the end of the request the
+     * framework calls tvk_map_forget_children for all trees.
      */
     uint32_t index_children_from;
 
     /*
-     * What mapping code and framework tell each other. The library neither reads nor writes these.
+     * Mapping code and framework talk to each other by the fields below. The library neither reads nor writes them.
      */
     void *mapping_data; /* the mapping's own, see tvk_map_module (tvk_map_module.h) */
     /*
-     * Why a handler fails the request: the node of the request at fault (borrowed), and the reason as a text that
-     * names the value and what would be right, as in "'banana' is no uint16" (a block of the named heap, which the
-     * framework releases with kel_named_free). Either may be null. Whoever sets them anew releases the reason before.
+     * A handler that fails the request may say why. failed_node is the node of the request at fault (borrowed).
+     * failure_reason is a text that names the value and what would be right, as in "'banana' is no uint16": a block of
+     * the named heap, which the framework releases with kel_named_free. Either may be null. A handler that sets them
+     * anew releases the former reason before.
      */
     const struct qidl_tvk_datatree *failed_node;
     char *failure_reason;
     /*
-     * Where it is not null a mapping calls it in an edit for each node of the request that it does not map, or that
-     * cannot be edited, and goes on with TVK_OK: the framework then fails the request, and names all of them at once.
-     * It takes the failure_reason over, if there is one. node must be a record of the request's tree. Where it is null
-     * the mapping refuses the first such node itself.
+     * In an edit a mapping calls this for each node of the request that it does not map, or that cannot be edited, and
+     * goes on with TVK_OK. The framework takes the failure_reason over, if there is one, fails the request at the end,
+     * and names all of these nodes at once. node must be a record of the request's tree. When the pointer is null the
+     * mapping refuses the first such node itself.
      */
     void (*note_unmapped)(struct tvk_map_context *ctx, const struct qidl_tvk_datatree *node);
     void *framework_data; /* the framework's own */

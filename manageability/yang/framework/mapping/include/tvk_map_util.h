@@ -1,4 +1,4 @@
-/* Small utilities. */
+/* Conversions of values, IPv4 addresses, and small helpers. */
 #ifndef TVK_MAP_UTIL_H
 #define TVK_MAP_UTIL_H
 
@@ -10,14 +10,14 @@
 extern "C" {
 #endif
 
-/* The schema node type of node (enum qidl_tvk_node_type); 0 when it carries none, or is null. */
+/* Returns the schema node type of node (enum qidl_tvk_node_type); 0 when it carries none, or is null. */
 TVK_MAP_API uint32_t tvk_map_get_node_type(const struct qidl_tvk_datatree *node);
 
 /* ---- Value conversions ------------------------------------------------------------------------------------
  *
  * A conversion reads the terminated text value, of length characters, and stores a text of its own in out, allocated
  * on the named heap under "TVK_CONV" (20 bytes): the caller releases it with kel_named_free. value and out must be
- * there. Returns 0, or TVK_ERR_NO_MEMORY with a null out. The two below do not look at length.
+ * there. The two conversions of the table do not look at length.
  */
 typedef qerrno (*tvk_map_data_conv_fp)(const char *value, uint32_t length, char **out);
 
@@ -32,50 +32,78 @@ struct tvk_map_data_conv_cb {
 TVK_MAP_API extern const struct tvk_map_data_conv_cb tvk_map_data_conv_cb_tab[TVK_MAP_DATA_CONVERSIONS];
 
 /*
- * Converts value by the conversion at index of the table, whatever its id. Returns what the conversion returned;
- * TVK_ERR_INVALID, with out unwritten, for an index beyond the table or a null argument.
+ * Converts value by the conversion at index of the table, whatever its id.
+ *
+ * Returns
+ * - 0: out is the converted text.
+ * - TVK_ERR_INVALID: index is outside the table, or value or out is null. out is unwritten, and nothing is logged.
+ * - TVK_ERR_NO_MEMORY: out is null.
  */
 TVK_MAP_API qerrno tvk_map_data_conv(int32_t index, const char *value, char **out);
 
 /*
- * A rate in kilobits per second (a decimal text; leading white space and a sign are read over, what follows the
- * digits is ignored) as bits per second. Both are 32 bits wide: above 4294967 kbit/s the result wraps.
+ * Converts a rate in kilobits per second to bits per second. value is a decimal text: leading white space and a sign
+ * are read, and anything behind the digits is ignored. Both rates are 32 bits wide: above 4294967 kbit/s the result
+ * wraps.
+ *
+ * Returns
+ * - 0: out is the converted text.
+ * - TVK_ERR_NO_MEMORY: out is null.
  */
 TVK_MAP_API qerrno tvk_map_data_kbs_uint32_yang_bps_uint64(const char *value, uint32_t length, char **out);
 
-/* Always the empty text: the table's slot for an interface time in seconds as a YANG date-and-time. */
+/*
+ * Gives the empty text, whatever value is: the table's slot for an interface time in seconds as a YANG date-and-time.
+ *
+ * Returns
+ * - 0: out is the empty text.
+ * - TVK_ERR_NO_MEMORY: out is null.
+ */
 TVK_MAP_API qerrno tvk_map_data_intf_secs_uint32_to_yang_date_and_time(const char *value, uint32_t length, char **out);
 
 /* ---- Addresses and texts ---------------------------------------------------------------------------------- */
 
 /*
- * 1 when addr is four dotted decimal numbers from 0 to 255 without leading zeros, with or without a zone ("%" and
- * letters or digits); else 0, also for null. The first calls of a process must not race.
+ * Asks whether addr is an IPv4 address: four dotted decimal numbers from 0 to 255 without leading zeros, with or
+ * without a zone ("%" and letters or digits). The first calls of a process must not race.
+ *
+ * Returns
+ * - 1: it is.
+ * - 0: it is not, addr is null, or there is no memory to tell.
  */
 TVK_MAP_API int tvk_map_is_valid_ipv4_addr(const char *addr);
 
 /*
- * The address of address/length, in place: passes over leading slashes and cuts prefix at the next. Null for null, or
- * when nothing is left.
+ * Returns the address of address/length, in place: passes over leading slashes and cuts prefix at the next. Null for
+ * null, or when nothing is left.
  */
 TVK_MAP_API char *tvk_map_get_ip_address_info(char *prefix);
 
 /*
- * The length of address/length, in place: what follows the first "/". Null for null, or without a "/". To be asked
- * before tvk_map_get_ip_address_info, which overwrites the slash.
+ * Returns the length of address/length, in place: the text behind the first "/". Null for null, or without a "/". Ask
+ * it before tvk_map_get_ip_address_info, which overwrites the slash.
  */
 TVK_MAP_API char *tvk_map_get_ip_address_len_info(char *prefix);
 
-/* bitmap with bit number bit, taken modulo 32, set. */
+/* Returns bitmap with bit number bit, taken modulo 32, set. */
 TVK_MAP_API uint32_t tvk_map_set_bitmap(uint32_t bitmap, int32_t bit);
 
-/* 1 when the name, which must not be null, contains "PRIVATE", else 0. */
+/*
+ * Asks whether the name, which must not be null, is that of a private model.
+ *
+ * Returns
+ * - 1: it contains "PRIVATE".
+ * - 0: it does not.
+ */
 TVK_MAP_API int tvk_map_is_private_model(char *model_name);
 
 /*
  * Cuts path in place at "/" and stores up to max_index + 1 tokens (a negative max_index counts as 0) in tokens from
- * position *count on, which it advances; there must be room. Returns 0 when that many were stored, the rest of the
- * path uncut; 1 when there were fewer, or an argument is null.
+ * position *count on, which it advances; there must be room.
+ *
+ * Returns
+ * - 0: that many were stored. The rest of the path is uncut.
+ * - 1: there were fewer, or an argument is null.
  */
 TVK_MAP_API int tvk_map_str_to_array(char *path, char **tokens, uint32_t max_index, uint32_t *count);
 

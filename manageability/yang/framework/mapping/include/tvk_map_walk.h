@@ -13,7 +13,7 @@
 extern "C" {
 #endif
 
-/* ---- What mapping code provides -------------------------------------------------------------------------- */
+/* ---- Tables and handlers of mapping code ----------------------------------------------------------------- */
 
 /*
  * Handles a node of the request; target is what the mapping builds. A non-zero status ends the walk. Any handler of
@@ -26,13 +26,15 @@ typedef qerrno (*tmap_node_process_fp)(tvk_map_ctx ctx, const struct qidl_tvk_da
 typedef qerrno (*tmap_cont_handler_fp)(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, uint32_t child_count,
                                        struct qidl_tvk_datatree *target);
 
-/* Called for each instance of an instance item before its children are walked; the status is ignored. */
+/* Handles an instance of an instance item, before its children are walked; the status is ignored. */
 typedef qerrno (*tmap_instance_fp)(tvk_map_ctx ctx, struct qidl_tvk_datatree *instance,
                                    struct qidl_tvk_datatree *target, int reserved);
 
 /* Bits of tmap_child_entry::flags. */
-#define TMAP_CHILD_PROPAGATE 0x1u /* called too when a delete or read is propagated below the parent */
-#define TMAP_CHILD_KEY 0x2u       /* a key leaf of a list */
+#define TMAP_CHILD_PROPAGATE                                                                                   \
+    0x1u                    /* the handler is also called when a delete or read is propagated below the parent \
+                             */
+#define TMAP_CHILD_KEY 0x2u /* the child is a key leaf of a list */
 
 /* A child of a container or list with a handler of its own. */
 struct tmap_child_entry {
@@ -84,13 +86,17 @@ typedef const struct tmap_node_list_info *tmap_node_list_info_p;
  * A delete or remove with children is refused. A replace is walked twice: as a remove without children, then as a
  * merge with them; the node stays a merge. A container without children in a delete or read (or one that only
  * compares values) is propagated: every entry with TMAP_CHILD_PROPAGATE (in a get-config every entry) and then
- * child_handler are called with the container itself; what they return is ignored. Outside a propagation the
- * container is a level of the node hierarchy meanwhile.
+ * child_handler are called with the container itself; the statuses of these calls are ignored. Outside a propagation
+ * the container is a level of the node hierarchy meanwhile.
  *
- * Returns 0, also when cont_handler answers TVK_SKIP_NODE; the first other status of a handler;
- * TVK_ERR_INVALID: node or target is null (error path recorded), or a delete has children;
- * TVK_ERR_NOT_FOUND: a child has no tag, or the children's array is missing;
- * TVK_ERR_NAMESPACE: a child is in unsupported_ns, outside a read (error_node_tag and error path recorded).
+ * Returns
+ * - 0: the container is handled, or cont_handler answered TVK_SKIP_NODE.
+ * - TVK_ERR_INVALID: node or target is null, with the error path recorded; or info is null; or a delete or remove has
+ *   children.
+ * - TVK_ERR_NOT_FOUND: a child has no tag, or the children's array is missing.
+ * - TVK_ERR_NAMESPACE: a child that no entry claims is in unsupported_ns, outside a read. error_node_tag and the error
+ *   path are recorded.
+ * - any other: the first status other than 0 of a handler. It ends the walk.
  */
 TVK_MAP_API qerrno tmap_high_container_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
                                              struct qidl_tvk_datatree *target, tmap_node_cont_info_p info);
@@ -98,37 +104,53 @@ TVK_MAP_API qerrno tmap_high_container_parse(tvk_map_ctx ctx, const struct qidl_
 /*
  * Walks a list entry: checks its keys, calls list_handler, then handles its children as a container's, or, when
  * list_handler pushed an instance item, the children of each instance. The item is popped at the end, unless it has
- * no nodes: then it stays until whoever pushed it pops it.
+ * no nodes: then it stays until mapping code pops it. A delete or remove with children is not refused.
  *
  * The check of the keys only counts: there must be as many leaves called like one of the keys as the list has keys
- * (modulo 256), or none; likewise with a value. One key given twice stands for the other one that is missing, then, so
- * every handler looks up each key by name, and checks that it is there with a value, before it uses it.
+ * (modulo 256), or none; likewise with a value. A key given twice makes up for one that is missing. So every handler
+ * looks up each key by name, and checks that it is there with a value, before it uses it.
  *
- * In a read that selects entries by other leaves than keys the key leaves are added to node.
+ * A delete or read of an entry that is named by its keys alone is propagated as a container's, with the keys on top of
+ * the instance-tree stack; of these calls the last entry's status counts. In a read that selects entries by other
+ * leaves than keys the key leaves are added to node, and the status of the last one counts.
  *
- * Returns as tmap_high_container_parse, and
- * TVK_ERR_NOT_FOUND: an add request names no children at all;
- * TVK_ERR_LIST_KEY: by that count keys are missing or, in an add request, without value (error_node_tag and error path
- * recorded);
- * TVK_ERR_KEY_OPERATION: a key leaf is to be deleted (error path recorded);
- * TVK_ERR_NO_MEMORY: an entry named by its keys alone is to be deleted or read whole, and there is no memory to keep
- * its keys at hand: none of its children's handlers was called for that;
- * the status of tvk_map_check_oc_leafref: node then stays a level of the hierarchy;
- * the status of tvk_map_update_current_list_node, when list_path cannot be kept: nothing was called.
+ * Returns
+ * - 0: the entry is handled, or list_handler answered TVK_SKIP_NODE.
+ * - TVK_ERR_INVALID: node or target is null, with the error path recorded; or info is null; or its list_path is null,
+ *   and no handler was called.
+ * - TVK_ERR_NOT_FOUND: an add request names no children at all, a child has no tag, or the children's array is missing.
+ * - TVK_ERR_LIST_KEY: by the count keys are missing or, in an add request, without value. error_node_tag and the error
+ *   path are recorded.
+ * - TVK_ERR_KEY_OPERATION: a key leaf is to be deleted. The error path is recorded.
+ * - TVK_ERR_NAMESPACE: a child that no entry claims is in unsupported_ns, outside a read; or tvk_map_check_oc_leafref
+ *   returned it, and node then stays a level of the hierarchy. error_node_tag and the error path are recorded.
+ * - TVK_ERR_NO_MEMORY: list_path could not be kept as the current list, and no handler was called; or an entry named by
+ *   its keys alone is to be deleted or read whole, its keys could not be kept at hand, and none of its children's
+ *   handlers was called for that; or a key leaf could not be added.
+ * - any other: the first status other than 0 of a handler, which ends the walk; or the status of the last call of a
+ *   propagation by keys, or of the last key leaf added.
  */
 TVK_MAP_API qerrno tmap_high_list_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
                                         struct qidl_tvk_datatree *target, tmap_node_list_info_p info);
 
 /*
  * Handles a leaf: calls process, then, outside propagation and key work, marks the leaf's node type for the get
- * filter. process must not add siblings to the leaf, which would move it. name and value are not used. Returns what
- * process returned; TVK_ERR_INVALID when leaf or target is null (error path recorded) or process is null.
+ * filter. process must not add siblings to the leaf, which would move it. name and value are not used.
+ *
+ * Returns
+ * - TVK_ERR_INVALID: leaf or target is null, with the error path recorded; or process is null.
+ * - any other: the status of process.
  */
 TVK_MAP_API qerrno tmap_high_leaf_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *leaf,
                                         struct qidl_tvk_datatree *target, const char *name, uint8_t value,
                                         tmap_node_process_fp process);
 
-/* Hooks that generated code calls at fixed points. They do nothing and return 0. */
+/*
+ * A hook that generated code calls at a fixed point. It does nothing, and uses no argument.
+ *
+ * Returns
+ * - 0: always.
+ */
 TVK_MAP_API qerrno tmap_high_augment_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
                                            struct qidl_tvk_datatree *target, tmap_node_cont_info_p info);
 TVK_MAP_API qerrno tvk_map_cont_handle_when_statement(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
@@ -136,32 +158,49 @@ TVK_MAP_API qerrno tvk_map_cont_handle_when_statement(tvk_map_ctx ctx, const str
 TVK_MAP_API qerrno tvk_map_list_handle_when_statement(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
                                                       struct qidl_tvk_datatree *target, tmap_node_list_info_p info);
 
-/* 1 when both are given and equal, else 0. */
+/*
+ * Asks whether two texts are the same.
+ *
+ * Returns
+ * - 1: both are given and equal.
+ * - 0: they differ, or either is null.
+ */
 TVK_MAP_API int tvk_map_do_these_match(const char *a, const char *b);
 
 /* ---- Node hierarchy and output list ----------------------------------------------------------------------- */
 
 /*
  * Pushes node (borrowed until it is popped) on the hierarchy as a level of kind TVK_LEVEL_*. A node with the
- * operation create becomes create_node, even when the push then fails.
- * Returns 0; TVK_ERR_INVALID for a null context, node or state record; TVK_ERR_NO_MEMORY when 50 levels are in use.
- * A path that does not fit 999 characters is logged and kept without what did not fit; running out of memory
- * leaves the level without its path or tag. Neither fails the push.
+ * operation create becomes create_node, even when the push then fails. A path that does not fit 999 characters is
+ * logged and kept without the part that did not fit. When memory runs out the level is without its path or tag.
+ *
+ * Returns
+ * - 0: the level is pushed, with or without its whole path.
+ * - TVK_ERR_INVALID: the context, node or the state record is null. Nothing is logged.
+ * - TVK_ERR_NO_MEMORY: 50 levels are in use.
  */
 TVK_MAP_API qerrno tvk_map_add_to_node_hierarchy(tvk_map_ctx ctx, struct qidl_tvk_datatree *node, uint32_t kind);
 
 /*
- * Pops the top level, whatever node is; node is compared with create_node only. An output entry on top of its list
- * that was made at this very container level goes with it.
- * Returns 0; TVK_ERR_INVALID when the hierarchy is empty, or for a null context or state record.
+ * Pops the top level, whatever node is; node is compared with create_node only, which it ends. An output entry on top
+ * of its list that was made at this very container level goes with it.
+ *
+ * Returns
+ * - 0: the level is popped.
+ * - TVK_ERR_INVALID: the hierarchy is empty, or the context or state record is null. Nothing is logged.
  */
 TVK_MAP_API qerrno tvk_map_remove_from_node_hierarchy(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node);
 
 /*
  * Makes path the current list. The slot arrays of the context are kept when path is the current list or lies below
  * it, and cleared otherwise.
- * Returns 0; TVK_ERR_NOT_FOUND for a null context; TVK_ERR_INVALID for a null path; TVK_ERR_NO_MEMORY: the former
- * list stays current.
+ *
+ * Returns
+ * - 0: path is the current list.
+ * - TVK_ERR_NOT_FOUND: the context is null.
+ * - TVK_ERR_INVALID: path is null.
+ * - TVK_ERR_NO_MEMORY: path could not be copied. The former list stays current; the slots are cleared, unless path lies
+ *   below it.
  */
 TVK_MAP_API qerrno tvk_map_update_current_list_node(tvk_map_ctx ctx, const char *path);
 
@@ -169,21 +208,49 @@ TVK_MAP_API qerrno tvk_map_update_current_list_node(tvk_map_ctx ctx, const char 
  * Moves the pending entry (pending_*) to the end of the output list, which takes its strings over. A pending hierarchy
  * path without a kind is not the state's (see stitching in tvk_map_xpath.h) and does not go with it: mapping code that
  * fills the entry itself sets pending_hierarchy_kind with the path.
- * Returns 0, also when there is no pending trim path or no context; TVK_ERR_NOT_FOUND when 50 entries are in use:
- * the entry stays pending.
+ *
+ * Returns
+ * - 0: the entry is moved; or there is no pending trim path, context or state record, and nothing changes.
+ * - TVK_ERR_NOT_FOUND: 50 entries are in use. The entry stays pending.
  */
 TVK_MAP_API qerrno tvk_add_to_output_list_ctx(tvk_map_ctx ctx);
 
 /*
- * Drops the last output entry with its strings. The two nodes are not used. A null context asserts.
- * Returns 0; TVK_ERR_INVALID when the list is empty or there is no state record.
+ * Drops the last output entry with its strings. The two nodes are not used. A null context stops the process.
+ *
+ * Returns
+ * - 0: the entry is dropped.
+ * - TVK_ERR_INVALID: the list is empty, or there is no state record (ERR "Invalid arguments passed!").
  */
 TVK_MAP_API qerrno tvk_remove_from_output_list_ctx(tvk_map_ctx ctx,
                                                    const struct qidl_tvk_datatree *ignored_1 TVK_MAP_DEFAULT(nullptr),
                                                    const struct qidl_tvk_datatree *ignored_2 TVK_MAP_DEFAULT(nullptr));
 
-/* Stores resp_tree_instance_root. Always 0; nothing is stored without a context, state record or out pointer. */
+/*
+ * Stores resp_tree_instance_root.
+ *
+ * Returns
+ * - 0: always. Nothing is stored without a context, state record or out pointer.
+ */
 TVK_MAP_API qerrno tvk_map_get_resp_tree_instance_root(tvk_map_ctx ctx, struct qidl_tvk_datatree **root);
+
+/*
+ * Releases the pending entry: its trim path, its hierarchy path, where it owns one, and the hold on its node.
+ * Returns 0; TVK_ERR_INVALID for a null context or state record.
+ */
+TVK_MAP_API qerrno tvk_map_release_pending_entry(tvk_map_ctx ctx);
+
+/*
+ * Releases what a request has left in its state and context: error path and error node tag, pending entry, output list,
+ * hierarchy, instance-tree stack with its items, request tree schema, children index and current list. The framework
+ * calls it when the request has ended, before it releases the state record and the trees, which stay its own. It writes
+ * no message, and needs no memory. A second call finds nothing to release.
+ *
+ * Returns:
+ * - 0;
+ * - TVK_ERR_INVALID for a null context or state record.
+ */
+TVK_MAP_API qerrno tvk_map_release_request_state(tvk_map_ctx ctx);
 
 /* ---- Request tree schema ----------------------------------------------------------------------------------
  *
@@ -199,15 +266,29 @@ TVK_MAP_API qerrno tvk_map_get_resp_tree_instance_root(tvk_map_ctx ctx, struct q
  * TVK_SCHEMA_LEAF. The first call of a request makes the root and descends whatever kind is. A child of the same
  * tag and namespace is descended into again; a child whose namespace equals node's tag counts as there already,
  * and nothing changes.
- * Returns 0; TVK_ERR_INVALID for a null context, state record or node; else what adding the node returned.
+ *
+ * Returns
+ * - 0: the node is in the schema; or it is an excluded node, and the request adds nothing.
+ * - TVK_ERR_INVALID: the context, the state record or node is null, with nothing logged; or node has no tag or
+ *   namespace.
+ * - TVK_ERR_NO_MEMORY: the schema is as it was; after the first call there is none, or its bare root.
+ * - TVK_ERR_UNSUPPORTED: as tvk_map_datatree_add_subtree_flagged.
  */
 TVK_MAP_API qerrno tvk_map_add_node_to_req_tree_schema(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
                                                        uint32_t kind);
 
-/* Ascends to the parent; the root is its own. Always 0. Ascending before anything was added is an assertion. */
+/*
+ * Ascends to the parent; the root is its own. Ascending before anything was added stops the process with an assertion.
+ *
+ * Returns
+ * - 0: always. Without a context or state record nothing changes.
+ */
 TVK_MAP_API qerrno tvk_map_update_req_tree_schema(tvk_map_ctx ctx);
 
-/* Releases the schema. The next node that is added starts a new one; do not ascend before. */
+/*
+ * Releases the schema. The next node that is added starts a new one; do not ascend before. Without a context, state
+ * record or schema nothing happens.
+ */
 TVK_MAP_API void tvk_map_free_req_tree_schema(tvk_map_ctx ctx);
 
 /* ---- Instance-tree stack ---------------------------------------------------------------------------------- */
@@ -216,55 +297,93 @@ TVK_MAP_API void tvk_map_free_req_tree_schema(tvk_map_ctx ctx);
 
 /*
  * Pushes an item. When the first node's tag is "LIST_INSTANCE_NODE" the item owns the array (of the named heap)
- * and its records from then on; otherwise it borrows it. Always 0. When memory runs out nothing is pushed, which
- * tvk_map_util_itree_stack_size tells, and the array stays the caller's. A 51st item is an assertion.
+ * and its records from then on; otherwise it borrows it. A 51st item stops the process with an assertion.
+ *
+ * Returns
+ * - 0: always. When memory runs out, or there is no context or state record, nothing is pushed, which
+ *   tvk_map_util_itree_stack_size tells, and the array stays the caller's.
  */
 TVK_MAP_API qerrno tvk_map_util_itree_stack_push(tvk_map_ctx ctx, struct qidl_tvk_datatree *nodes, uint32_t node_count,
                                                  uintptr_t extra);
 
 /*
- * Pops the top item, releases it with what it owns, and forgets all recorded paths (also when the stack is empty).
- * An item without nodes is only taken off the stack; who needs its record back peeks it first and releases it with
- * kel_named_free. Always 0.
+ * Pops the top item, releases it with all that it owns, and forgets all recorded paths (also when the stack is empty).
+ * An item without nodes is only taken off the stack; mapping code that needs its record back peeks it first and
+ * releases it with kel_named_free.
+ *
+ * Returns
+ * - 0: always.
  */
 TVK_MAP_API qerrno tvk_map_util_itree_stack_pop(tvk_map_ctx ctx);
 
-/* Stores the top item (owned by the stack); item stays as it was when the stack is empty. Always 0. */
+/*
+ * Stores the top item, which the stack owns.
+ *
+ * Returns
+ * - 0: always. item stays as it was when the stack is empty.
+ */
 TVK_MAP_API qerrno tvk_map_util_itree_stack_peak(tvk_map_ctx ctx, struct tvk_map_itree_item **item);
 
 /*
  * Stores the item of a level, counted from 1 at the bottom over the items that have nodes and are not list
- * instances. Level 0 is an item without nodes below all those. item stays as it was when there is none. Always 0.
+ * instances. Level 0 is an item without nodes below all those. The stack owns the item.
+ *
+ * Returns
+ * - 0: always. item stays as it was when there is none of that level.
  */
 TVK_MAP_API qerrno tvk_map_util_itree_stack_peak_level(tvk_map_ctx ctx, uint32_t level,
                                                        struct tvk_map_itree_item **item);
 
-/* The number of items; 0 without a context. */
+/* Returns the number of items; 0 without a context. */
 TVK_MAP_API uint32_t tvk_map_util_itree_stack_size(tvk_map_ctx ctx);
 
 /* ---- Values of nodes that the walk is inside --------------------------------------------------------------
  *
  * path is the path of a hierarchy level, such as "/interfaces/interface"; the tags lead down from its node. The
- * first match counts; values and nodes stay the request's. A null path or tag matches nothing. Each returns 0 with
- * its out values written, or TVK_ERR_INVALID with them as they were.
+ * first match counts; values and nodes stay the request's. A null path or tag matches nothing. Any out argument may be
+ * null. Nothing is logged.
  */
 
-/* The value of a child. During propagation and key work, also of a node of the top instance item. */
+/*
+ * Stores the value of a child. During propagation and key work a node of the top instance item counts as well.
+ *
+ * Returns
+ * - 0: value is the child's, null when it has none.
+ * - TVK_ERR_INVALID: there is no such child. value is unwritten.
+ */
 TVK_MAP_API qerrno tvk_map_get_node_info(tvk_map_ctx ctx, const char *path, const char *tag, char **value);
 
-/* A child, or null. */
+/* Returns a child, or null. */
 TVK_MAP_API struct qidl_tvk_datatree *tvk_map_get_node(tvk_map_ctx ctx, const char *path, const char *tag);
 
-/* The value of a grandchild, and the grandchild. */
+/*
+ * Stores the value of a grandchild, and the grandchild.
+ *
+ * Returns
+ * - 0: node is the grandchild, value its value, null when it has none.
+ * - TVK_ERR_INVALID: there is no such grandchild. value and node are unwritten.
+ */
 TVK_MAP_API qerrno tvk_map_dfs_get_child_match(tvk_map_ctx ctx, const char *path, const char *child_tag,
                                                const char *grandchild_tag, char **value,
                                                struct qidl_tvk_datatree **node);
 
-/* The value of a grandchild. */
+/*
+ * Stores the value of a grandchild.
+ *
+ * Returns
+ * - 0: value is the grandchild's, null when it has none.
+ * - TVK_ERR_INVALID: there is no such grandchild. value is unwritten.
+ */
 TVK_MAP_API qerrno tvk_map_get_node_info_mpls_static(tvk_map_ctx ctx, const char *path, const char *child_tag,
                                                      const char *grandchild_tag, char **value);
 
-/* The value of a great-grandchild. */
+/*
+ * Stores the value of a great-grandchild.
+ *
+ * Returns
+ * - 0: value is the great-grandchild's, null when it has none.
+ * - TVK_ERR_INVALID: there is no such great-grandchild. value is unwritten.
+ */
 TVK_MAP_API qerrno tvk_map_get_node_info_inv_thresh_static(tvk_map_ctx ctx, const char *path, const char *child_tag,
                                                            const char *grandchild_tag, const char *great_grandchild_tag,
                                                            char **value);
@@ -272,8 +391,13 @@ TVK_MAP_API qerrno tvk_map_get_node_info_inv_thresh_static(tvk_map_ctx ctx, cons
 /*
  * Checks that the key key_tag of an OpenConfig list entry has the value of its copy below leafref_target. A node
  * whose namespace does not contain "openconfig" passes, as does every request that is not an add request, and an
- * entry without the copy or the key. A copy that is to be deleted does not pass.
- * Returns 0; TVK_ERR_NAMESPACE on a mismatch, with the copy's value in error_node_tag and the error path recorded.
+ * entry without the copy or the key. A copy with the operation delete does not pass.
+ *
+ * Returns
+ * - 0: the entry passes.
+ * - TVK_ERR_INVALID: list_node is null.
+ * - TVK_ERR_NAMESPACE: it does not pass. The copy's value is recorded in error_node_tag, and the error path is
+ *   recorded.
  */
 TVK_MAP_API qerrno tvk_map_check_oc_leafref(tvk_map_ctx ctx, const char *leafref_path, const char *leafref_target,
                                             const char *key_tag, const struct qidl_tvk_datatree *list_node);

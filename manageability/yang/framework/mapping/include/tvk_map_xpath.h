@@ -11,7 +11,7 @@
 extern "C" {
 #endif
 
-/* Bytes, with the terminator. */
+/* Sizes of texts in bytes, with the terminator. */
 #define TVK_MAP_XPATH_MAX_VALUE 300
 #define TVK_MAP_XPATH_MAX_NS 250
 #define TVK_MAP_XPATH_MAX_KEY_NAME 50
@@ -33,11 +33,11 @@ extern "C" {
 /* One operation on a tree. The caller fills it, zeroed before, and owns what it points to. */
 struct tvk_map_node_operation {
     struct qidl_tvk_datatree *root;      /* the path starts at its children */
-    struct qidl_tvk_datatree *result;    /* out: see tvk_map_tree_xpath_operations */
+    struct qidl_tvk_datatree *result;    /* out, see tvk_map_tree_xpath_operations */
     uint32_t op;                         /* TVK_XPATH_ADD .. TVK_XPATH_READ */
     uint32_t kind;                       /* TVK_XPATH_CONTAINER .. TVK_XPATH_LEAF_INSTANCE */
-    char value[TVK_MAP_XPATH_MAX_VALUE]; /* to be stored, or out: the value read */
-    char ns[TVK_MAP_XPATH_MAX_NS];       /* of all nodes added; never empty */
+    char value[TVK_MAP_XPATH_MAX_VALUE]; /* the value to be stored, or out: the value read */
+    char ns[TVK_MAP_XPATH_MAX_NS];       /* the namespace of all nodes added; never empty */
     char xpath[TVK_MAP_MAX_PATH];        /* never empty */
     char trim_path[TVK_MAP_MAX_PATH];    /* for stitching only */
 };
@@ -61,48 +61,49 @@ TVK_STATIC_ASSERT(offsetof(struct tvk_map_node_operation, trim_path) ==
  */
 
 /*
- * Carries out record->op.
+ * Carries out record->op. record and root are borrowed.
  *
- * TVK_XPATH_ADD makes what is missing of the path; while it searches, list entries marked delete or remove are not
- * there. Plain steps before a keyed one become containers, a keyed step a new numbered entry with its key leaves, and
- * the last plain steps the node of record->kind. Paths go through tvk_map_datatree_add_path_flagged with
+ * TVK_XPATH_ADD adds the part of the path that is missing; while it searches, list entries marked delete or remove are
+ * not there. Plain steps before a keyed one become containers, a keyed step a new numbered entry with its key leaves,
+ * and the last plain steps the node of record->kind. Paths go through tvk_map_datatree_add_path_flagged with
  * TVK_ADD_RELATIVE and TVK_ADD_UNFILTERED, so a pending trim path that one of them holds sends it elsewhere. A key leaf
- * that cannot be added counts only when it is the last of its step.
- * A path without the leading "/" loses one more character where the adding starts: begin the path with "/".
- *   result: the node that the addition was made below, or the last list entry added; not the last node.
- *   TVK_ERR_PRESENT: the path is there (ERR "Node already present in the path %s\n"); result is the node. Also when
- *   the search met a child without a tag: result is then the deepest node reached; or the path has no step: result is
- *   then null.
- *   Any other failure of adding leaves result null, and the nodes added so far in the tree.
+ * that cannot be added counts only when it is the last of its step. A path without the leading "/" loses one more
+ * character where the adding starts: begin the path with "/".
  *
- * TVK_XPATH_MODIFY gives the node a copy of record->value. Its former value is not released: that is the caller's,
- * who takes hold of it before. TVK_XPATH_READ copies the node's value to record->value, cut to what fits, empty when
- * it has none. For both:
- *   result: the node; null on failure.
- *   TVK_ERR_NOT_PRESENT, TVK_ERR_NOT_FOUND, TVK_ERR_INVALID as below (ERR "Node not present in the path %s\n").
+ * TVK_XPATH_MODIFY gives the node a copy of record->value. Its former value is not released: it is the caller's, who
+ * takes hold of it before. TVK_XPATH_READ copies the node's value to record->value, cut to the size of that field,
+ * empty when the node has none. TVK_XPATH_NO_ACTION does nothing.
  *
- * TVK_XPATH_NO_ACTION does nothing, and leaves result as it was.
+ * record->result afterwards; it holds until its parent next gets a child:
+ * - add, 0: the node that the addition was made below, or the last list entry added; not the last node.
+ * - add, TVK_ERR_PRESENT: the node; the deepest node reached when a child without a tag ended the search; null when
+ *   the path has no step.
+ * - modify and read, 0: the node.
+ * - no action, or the record is refused before anything is searched: result is as it was.
+ * - any other failure: null. The nodes added so far stay in the tree.
  *
- * record and root are borrowed; result holds until its parent next gets a child.
- *
- * Returns 0; or
- * TVK_ERR_INVALID      record or its root is null. Or, without a message and before anything is searched: op or kind is
- *                      out of range, a text is not terminated, ns or xpath is empty, a keyed step ends the path or has
- *                      more than five keys, a key name has more than 49 characters or a key value more than 299.
- *                      result is as it was. Or the path has no step (modify, read), nothing is left to be added, or a
- *                      list entry could not be added;
- * TVK_ERR_PRESENT      add: the node is there;
- * TVK_ERR_NOT_PRESENT  modify, read: the node is not there;
- * TVK_ERR_NOT_FOUND    modify, read: a node on the way has no tag;
- * TVK_ERR_NO_MEMORY    modify: the value could not be copied, the node is unchanged;
- * or what tvk_map_datatree_add_path_flagged returned.
+ * Returns
+ * - 0: the operation is carried out.
+ * - TVK_ERR_INVALID: record or its root is null. Or the record is refused before anything is searched, and nothing is
+ *   logged: op or kind is out of range, a text is not terminated, ns or xpath is empty, a keyed step ends the path or
+ *   has more than five keys, a key name has more than 49 characters or a key value more than 299. Or, modify and read:
+ *   the path has no step. Or, add: nothing is left to be added, a list entry could not be added, or adding a path
+ *   returned it.
+ * - TVK_ERR_PRESENT: add: the node is there, the path has no step, or a keyed step meets a child without a tag
+ *   (ERR "Node already present in the path %s\n").
+ * - TVK_ERR_NOT_PRESENT: modify and read: the node is not there (ERR "Node not present in the path %s\n").
+ * - TVK_ERR_NOT_FOUND: modify and read: a keyed step meets a child without a tag (logged in the same way). Or, add: as
+ *   tvk_map_datatree_add_path_flagged.
+ * - TVK_ERR_NO_MEMORY: modify: the value could not be copied, and the node is unchanged. Or, add: as
+ *   tvk_map_datatree_add_path_flagged.
+ * - TVK_ERR_UNSUPPORTED: add: as tvk_map_datatree_add_path_flagged.
  */
 TVK_MAP_API qerrno tvk_map_tree_xpath_operations(tvk_map_ctx ctx, struct tvk_map_node_operation *record);
 
 /* ---- From path tokens to an xpath -------------------------------------------------------------------------
  *
  * A token is one level of a path with its leading "/", such as "/interface". Tokens are borrowed; a null one counts as
- * empty. Buffers have TVK_MAP_MAX_PATH bytes and hold a terminated text, which is appended to. What does not fit
+ * empty. Buffers have TVK_MAP_MAX_PATH bytes and hold a terminated text, which is appended to. A text that does not fit
  * empties the buffer.
  */
 
@@ -110,7 +111,11 @@ TVK_MAP_API qerrno tvk_map_tree_xpath_operations(tvk_map_ctx ctx, struct tvk_map
  * Appends token (may be null) and the keys of list_entry: its children marked as keys, as [name=value][name=value].
  * While a delete or read is propagated, or keys are worked on, an entry without children takes the nodes on top of
  * the instance-tree stack instead; all of them are marked as keys.
- * Returns 0; TVK_ERR_NO_MEMORY when it does not fit; TVK_ERR_INVALID when xpath or list_entry is null.
+ *
+ * Returns
+ * - 0: token and keys are appended.
+ * - TVK_ERR_NO_MEMORY: they do not fit. xpath is empty.
+ * - TVK_ERR_INVALID: xpath or list_entry is null.
  */
 TVK_MAP_API qerrno tvk_map_xpath_list_append(tvk_map_ctx ctx, char *xpath, struct qidl_tvk_datatree *list_entry,
                                              const char *token);
@@ -118,20 +123,28 @@ TVK_MAP_API qerrno tvk_map_xpath_list_append(tvk_map_ctx ctx, char *xpath, struc
 /*
  * Appends token_count tokens to xpath, and to trim_path (may be null) without keys. Token i stands for level
  * level_offset + i of the node hierarchy: where that is a list level other than the outermost, the token gets the keys
- * of the level's node.
- * Returns 0; TVK_ERR_NO_MEMORY when a token that has no keys does not fit xpath. A list step that does not fit xpath,
- * or a token that does not fit trim_path, ends the building with 0, that buffer empty. TVK_ERR_INVALID when xpath is
- * null. Null tokens are none.
+ * of the level's node. A null tokens array counts as empty.
+ *
+ * Returns
+ * - 0: the tokens are appended; or a list step did not fit xpath, or a token did not fit trim_path, which ends the
+ *   building with that buffer empty.
+ * - TVK_ERR_NO_MEMORY: a token that has no keys does not fit xpath. xpath is empty.
+ * - TVK_ERR_INVALID: xpath is null.
  */
 TVK_MAP_API qerrno tvk_map_build_xpath_from_tokens(tvk_map_ctx ctx, const char *const *tokens, uint32_t token_count,
                                                    int32_t level_offset, char *xpath, char *trim_path);
 
 /*
  * In a get or get-config, adds a leaf with the value of leaf below root, at the xpath that the tokens give with level
- * offset -1; in other requests nothing. A value is cut to what the record holds. The fourth argument is ignored.
- * Returns 0, also when there is a node at the xpath (TRC "xpath already added", its value stays);
- * TVK_ERR_INVALID when leaf, root, ns or tokens is null, or ns or a list step does not fit; TVK_ERR_NO_MEMORY as
- * tvk_map_build_xpath_from_tokens; else what tvk_map_tree_xpath_operations returned.
+ * offset -1; in other requests nothing. A value is cut to 299 characters. The fourth argument is ignored.
+ *
+ * Returns
+ * - 0: the leaf is added; or there is a node at the xpath, and its value stays (TRC "xpath already added"); or the
+ *   request is no read.
+ * - TVK_ERR_INVALID: leaf, root, ns or tokens is null; ns or a list step does not fit; or tvk_map_tree_xpath_operations
+ *   returned it.
+ * - TVK_ERR_NO_MEMORY: another token does not fit, or tvk_map_tree_xpath_operations returned it.
+ * - TVK_ERR_NOT_FOUND, TVK_ERR_UNSUPPORTED: as tvk_map_tree_xpath_operations.
  */
 TVK_MAP_API qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qidl_tvk_datatree *leaf,
                                                struct qidl_tvk_datatree *root, const void *ignored, const char *ns,
@@ -141,14 +154,14 @@ TVK_MAP_API qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qid
  *
  * Stitching adds a node at an xpath and makes it the place where the nodes built next go: the pending entry of the
  * request state, with record->trim_path as the path that theirs are trimmed by. The node is borrowed while it is
- * installed. Where an operation of this library moves it with its siblings, the request state follows it; whoever moves
- * or releases it otherwise takes it out before.
+ * installed. Where an operation of this library moves it with its siblings, the request state follows it. Other code
+ * that moves or releases it takes it out of the request state before.
  *
  * The four pending fields go together. pending_trim_path belongs to the state, and the first one stays until it is
  * cleared (tvk_map_copy_trim_path_list_ctx). pending_hierarchy_path belongs to the state as long as
- * pending_hierarchy_kind is not 0; without a kind it points to nothing that may be read or released. Whoever takes
- * an owned path out of the state (tvk_map_datatree_reset_trim_path_ctx forgets it, too) releases it with
- * kel_named_free before.
+ * pending_hierarchy_kind is not 0; without a kind it points to nothing that may be read or released. Code that takes
+ * an owned path out of the state releases it with kel_named_free before; tvk_map_datatree_reset_trim_path_ctx takes it
+ * out, too.
  */
 
 /*
@@ -159,25 +172,39 @@ TVK_MAP_API qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qid
  *
  * record is borrowed; its op is set to TVK_XPATH_ADD, its result as tvk_map_tree_xpath_operations does.
  *
- * Returns 0;
- * TVK_ERR_INVALID   record or the state record is null (ERR "NULL arguments passed"), or trim_path is not terminated:
- *                   nothing is changed. Or any failure of the addition: the pending entry is unchanged;
- * TVK_ERR_NOT_FOUND the trim path could not be copied, or 50 output entries are open;
- * TVK_ERR_NO_MEMORY the hierarchy path could not be copied.
- * After the last two the node is in the tree and the pending entry is released, with pending_hierarchy_path left
- * pointing to what it held.
+ * Returns
+ * - 0: the node is stitched.
+ * - TVK_ERR_INVALID: record or the state record is null (ERR "NULL arguments passed"), or trim_path is not terminated:
+ *   nothing is changed. Or the addition failed, whatever its status: the pending entry is unchanged.
+ * - TVK_ERR_NOT_FOUND: the trim path could not be copied, or 50 output entries are open.
+ * - TVK_ERR_NO_MEMORY: the hierarchy path could not be copied.
+ *
+ * After TVK_ERR_NOT_FOUND and TVK_ERR_NO_MEMORY the node is in the tree and the pending entry is released;
+ * pending_hierarchy_path still points to where the released path was.
  */
 TVK_MAP_API qerrno tvk_map_stitch_container_to_list(tvk_map_ctx ctx, struct tvk_map_node_operation *record);
 
-/* The same for a list entry below a list entry: the pending entry stays pending, and no output entry is needed. */
+/*
+ * Stitches a list entry below a list entry, as tvk_map_stitch_container_to_list does, but the pending entry stays
+ * pending.
+ *
+ * Returns
+ * - 0, TVK_ERR_INVALID, TVK_ERR_NO_MEMORY: as tvk_map_stitch_container_to_list.
+ * - TVK_ERR_NOT_FOUND: the trim path could not be copied. No output entry is needed.
+ */
 TVK_MAP_API qerrno tvk_map_stitch_list_to_list(tvk_map_ctx ctx, struct tvk_map_node_operation *record);
 
 /*
  * In a get or get-config, stitches a list to a list at the xpath that the tokens give with level offset 1, below root;
  * their plain path is the trim path. In other requests does nothing. The second argument is ignored.
- * Returns 0; TVK_ERR_INVALID when root, ns or tokens is null, there is no token, or ns or a list step does not fit;
- * TVK_ERR_NO_MEMORY when any other token, or the "/" behind the last, does not fit the xpath; else what
- * tvk_map_stitch_list_to_list returned.
+ *
+ * Returns
+ * - 0: the list is stitched, or the request is no read.
+ * - TVK_ERR_INVALID: root, ns or tokens is null, there is no token, ns or a list step does not fit, or
+ *   tvk_map_stitch_list_to_list returned it.
+ * - TVK_ERR_NO_MEMORY: any other token, or the "/" behind the last, does not fit the xpath; or
+ *   tvk_map_stitch_list_to_list returned it.
+ * - TVK_ERR_NOT_FOUND: as tvk_map_stitch_list_to_list.
  */
 TVK_MAP_API qerrno tvk_map_auto_stitch_list_to_list(tvk_map_ctx ctx, const void *ignored,
                                                     struct qidl_tvk_datatree *root, const char *ns,

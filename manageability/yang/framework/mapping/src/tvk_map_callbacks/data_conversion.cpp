@@ -8,6 +8,8 @@
 #include "kel_memory.h"
 #include "tvk_map_util.h"
 
+namespace tvk {
+
 namespace {
 
 // Large enough for any unsigned 32-bit number, and for the 20 digits of a 64-bit one without its terminator.
@@ -18,6 +20,10 @@ char *allocate_output() {
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 const struct tvk_map_data_conv_cb tvk_map_data_conv_cb_tab[TVK_MAP_DATA_CONVERSIONS] = {
     {0, tvk_map_data_kbs_uint32_yang_bps_uint64},

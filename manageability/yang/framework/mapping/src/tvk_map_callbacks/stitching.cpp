@@ -4,9 +4,12 @@
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/request.h"
+#include "tvk_map_common/state/pending_entry.h"
 #include "tvk_map_lists.h"
 #include "tvk_map_walk.h"
 #include "tvk_map_xpath.h"
+
+namespace tvk {
 
 namespace {
 
@@ -33,54 +36,27 @@ bool add_stitch_node(tvk_map_ctx ctx, tvk_map_node_operation &record) {
     return true;
 }
 
-// The pending path is the state's as long as it has a kind. After a failed stitching it has none: the pointer stays,
-// what it points to is gone.
-void release_hierarchy_path(tvk_map_request_state &state) {
-    if (state.pending_hierarchy_kind != 0) {
-        kel_named_free(state.pending_hierarchy_path);
-    }
-    state.pending_hierarchy_kind = 0;
-}
-
-// An output entry without its level's path could not be dropped with that level, so a path that cannot be copied is
-// a failure.
-qerrno take_hierarchy_path(tvk_map_request_state &state) {
-    if (state.hierarchy_depth == 0) {
-        return TVK_OK;
-    }
-    const tvk_map_hierarchy_level &level = state.hierarchy[state.hierarchy_depth - 1];
-    tvk::NamedString path = tvk::copy_text(level.path, "xpath cont");
-    if (path == nullptr) {
-        return TVK_ERR_NO_MEMORY;
-    }
-    release_hierarchy_path(state);
-    // A level of no kind drops no entry, and its path would have no owner.
-    state.pending_hierarchy_path = level.kind != 0 ? path.release() : nullptr;
-    state.pending_hierarchy_kind = level.kind;
-    return TVK_OK;
-}
-
 qerrno install_stitch_node(tvk_map_ctx ctx, const tvk_map_node_operation &record) {
-    tvk_map_request_state &state = *ctx->state;
-    state.pending_list_node = record.result;
+    set_pending_node(*ctx->state, record.result);
     const qerrno status = tvk_map_copy_trim_path_list_ctx(ctx, record.trim_path);
-    TVK_TRC(ctx, "Set trim path to: %s", tvk::shown(state.pending_trim_path));
-    return status == TVK_OK ? take_hierarchy_path(state) : status;
+    TVK_TRC(ctx, "Set trim path to: %s", shown(pending_trim_path(ctx)));
+    return status == TVK_OK ? tie_pending_entry_to_level(*ctx->state) : status;
 }
 
 qerrno give_up_stitching(tvk_map_ctx ctx, qerrno status) {
     TVK_ERR(ctx, "error %d.", static_cast<int>(status));
-    tvk_map_request_state &state = *ctx->state;
-    tvk::release(state.pending_trim_path);
-    release_hierarchy_path(state);
-    state.pending_list_node = nullptr;
+    release_pending_entry(*ctx->state);
     return status;
 }
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_stitch_container_to_list(tvk_map_ctx ctx, struct tvk_map_node_operation *record) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
+    TVK_ASSERT_CONTEXT(ctx, kCallbacksSource,
                        "qerrno tvk_map_stitch_container_to_list(tvk_map_ctx, struct tvk_map_node_operation *)");
     if (!check_stitching_record(ctx, record) || !add_stitch_node(ctx, *record)) {
         return TVK_ERR_INVALID;
@@ -93,7 +69,7 @@ qerrno tvk_map_stitch_container_to_list(tvk_map_ctx ctx, struct tvk_map_node_ope
 }
 
 qerrno tvk_map_stitch_list_to_list(tvk_map_ctx ctx, struct tvk_map_node_operation *record) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
+    TVK_ASSERT_CONTEXT(ctx, kCallbacksSource,
                        "qerrno tvk_map_stitch_list_to_list(tvk_map_ctx, struct tvk_map_node_operation *)");
     if (!check_stitching_record(ctx, record) || !add_stitch_node(ctx, *record)) {
         return TVK_ERR_INVALID;
@@ -105,10 +81,10 @@ qerrno tvk_map_stitch_list_to_list(tvk_map_ctx ctx, struct tvk_map_node_operatio
 qerrno tvk_map_auto_stitch_list_to_list(tvk_map_ctx ctx, const void *, struct qidl_tvk_datatree *root, const char *ns,
                                         const char *const *tokens, uint32_t token_count) {
     constexpr std::int32_t kLevelOffset = 1;
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCallbacksSource,
+    TVK_ASSERT_CONTEXT(ctx, kCallbacksSource,
                        "qerrno tvk_map_auto_stitch_list_to_list(tvk_map_ctx, const void *, struct qidl_tvk_datatree *, "
                        "const char *, const char *const *, uint32_t)");
-    if (!tvk::is_read_request(ctx)) {
+    if (!is_read_request(ctx)) {
         return TVK_OK;
     }
     if (root == nullptr || ns == nullptr || tokens == nullptr) {

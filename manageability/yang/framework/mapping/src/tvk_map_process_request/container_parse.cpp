@@ -1,11 +1,12 @@
+// The parse of a container: one pass, or two for a replace, and what is propagated below it.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_lists.h"
 #include "tvk_map_process_request/request_walk.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 constexpr char kOperation[] = "tmap_high_container_parse";
 
@@ -17,7 +18,7 @@ public:
     qerrno run() {
         enter();
         const bool skipped = container_.operation == TVK_OPERATION_REPLACE ? replace() : walk_once();
-        if (!tvk::is_propagating(ctx_)) {
+        if (!is_propagating(ctx_)) {
             tvk_map_remove_from_node_hierarchy(ctx_, &container_);
         }
         if (skipped) {
@@ -28,34 +29,34 @@ public:
     }
 
 private:
-    std::size_t child_count() const { return tvk::children(container_).size(); }
+    std::size_t child_count() const { return children(container_).size(); }
     bool reads_all_children() const {
         return ctx_->state != nullptr && (ctx_->state->walk_flags & TVK_WALK_ALL_CHILDREN) != 0;
     }
 
     void enter() {
-        const bool propagating = tvk::is_propagating(ctx_);
+        const bool propagating = is_propagating(ctx_);
         passed_count_ = propagating && reads_all_children() ? 0 : child_count();
         if (propagating) {
             return;
         }
         tvk_map_add_to_node_hierarchy(ctx_, &container_, TVK_LEVEL_CONTAINER);
-        tvk::set_node_type(container_, TVK_NODE_TYPE_CONTAINER);
-        if (tvk::is_read_request(ctx_)) {
-            tvk::clear_walk_flags(ctx_);
+        set_node_type(container_, TVK_NODE_TYPE_CONTAINER);
+        if (is_read_request(ctx_)) {
+            clear_walk_flags(ctx_);
         }
     }
 
     // First the container alone, as a removal of what the target has; then its children, as a merge. True when
     // the second pass was skipped: the marks of a replace then stay set, as its handlers have seen them.
     bool replace() {
-        tvk::set_operation(container_, TVK_OPERATION_REMOVE);
-        tvk::begin_replace(ctx_);
+        set_operation(container_, TVK_OPERATION_REMOVE);
+        begin_replace(ctx_);
         const std::size_t count = child_count();
-        const tvk::DetachedChildren children = tvk::detach_children(container_);
+        const DetachedChildren children = detach_children(container_);
         passed_count_ = 0;
         walk_once();
-        tvk::give_back_children(ctx_, container_, children);
+        give_back_children(ctx_, container_, children);
         become_merge();
         passed_count_ = count;
         if (walk_once()) {
@@ -63,13 +64,13 @@ private:
         }
         // The children were not taken away this time, so there is nothing to give back.
         become_merge();
-        tvk::end_replace(ctx_);
+        end_replace(ctx_);
         return false;
     }
 
     void become_merge() {
-        tvk::set_operation(container_, TVK_OPERATION_MERGE);
-        tvk::set_build_flags(ctx_, TVK_BUILD_REPLACE_MERGING, TVK_BUILD_REPLACE_REMOVING);
+        set_operation(container_, TVK_OPERATION_MERGE);
+        set_build_flags(ctx_, TVK_BUILD_REPLACE_MERGING, TVK_BUILD_REPLACE_REMOVING);
     }
 
     // True when the container's handler wants it left out.
@@ -91,7 +92,7 @@ private:
     // By position, since a handler may make the array grow.
     void walk_children() {
         for (std::size_t i = 0; status_ == TVK_OK && i < passed_count_ && i < child_count(); ++i) {
-            status_ = handle_child(tvk::children(container_)[i]);
+            status_ = handle_child(children(container_)[i]);
         }
     }
 
@@ -100,13 +101,10 @@ private:
             TVK_ERR_AS(kOperation, ctx_, "Tag name is not available!");
             return TVK_ERR_NOT_FOUND;
         }
-        if (const tmap_child_entry *entry = tvk::find_child_handler(ctx_, entries(), child); entry != nullptr) {
-            return tvk::call(entry->handler, ctx_, child, target_);
+        if (const tmap_child_entry *entry = find_child_handler(ctx_, child_entries(), child); entry != nullptr) {
+            return call(entry->handler, ctx_, child, target_);
         }
-        if (tvk::same_text(child.ns, info_.unsupported_ns)) {
-            return tvk::refuse_unsupported_child(ctx_, child);
-        }
-        return tvk::call(info_.child_handler, ctx_, child, target_);
+        return handle_unclaimed_child(ctx_, child, target_, info_.unsupported_ns, info_.child_handler);
     }
 
     // A container that is deleted or read whole is so with all that the model has below it: its child containers
@@ -114,26 +112,26 @@ private:
     void propagate() {
         promote_content_match();
         const bool whole = passed_count_ == 0 || reads_all_children();
-        if (!whole || !(tvk::is_read_request(ctx_) || tvk::is_delete(container_))) {
+        if (!whole || !(is_read_request(ctx_) || is_delete(container_))) {
             return;
         }
         {
-            const tvk::PropagationScope scope{ctx_};
+            const PropagationScope scope{ctx_};
             const bool is_delete = container_.operation == TVK_OPERATION_DELETE;
             if (is_delete) {
                 container_.operation = TVK_OPERATION_REMOVE;
             }
-            for (const tmap_child_entry &entry : entries()) {
-                if (tvk::takes_part_in_propagation(ctx_, entry)) {
-                    tvk::call(entry.handler, ctx_, container_, target_);
+            for (const tmap_child_entry &entry : child_entries()) {
+                if (takes_part_in_propagation(ctx_, entry)) {
+                    call(entry.handler, ctx_, container_, target_);
                 }
             }
             if (is_delete) {
                 container_.operation = TVK_OPERATION_DELETE;
             }
-            tvk::call(info_.child_handler, ctx_, container_, target_);
+            call(info_.child_handler, ctx_, container_, target_);
         }
-        tvk::clear_walk_flags(ctx_);
+        clear_walk_flags(ctx_);
         if (ctx_->state != nullptr) {
             ctx_->state->walk_flags &= ~(TVK_WALK_CONTENT_MATCH_SEEN | TVK_WALK_SELECTION_SEEN);
         }
@@ -151,8 +149,8 @@ private:
         }
     }
 
-    std::span<const tmap_child_entry> entries() const {
-        return tvk::entries(info_.child_conts, info_.child_cont_count);
+    std::span<const tmap_child_entry> child_entries() const {
+        return entries(info_.child_conts, info_.child_cont_count);
     }
 
     tvk_map_ctx ctx_;
@@ -165,29 +163,24 @@ private:
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tmap_high_container_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
                                  struct qidl_tvk_datatree *target, tmap_node_cont_info_p info) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kProcessRequestSource,
+    TVK_ASSERT_CONTEXT(ctx, kProcessRequestSource,
                        "qerrno tmap_high_container_parse(tvk_map_ctx, const struct qidl_tvk_datatree *, struct "
                        "qidl_tvk_datatree *, tmap_node_cont_info_p)");
     TVK_TRC(ctx, "Start");
-    if (node == nullptr || target == nullptr) {
-        TVK_ERR(ctx, "Invalid arguments passed!");
-        tvk_oc_error_path(ctx);
-        return TVK_ERR_INVALID;
+    if (const qerrno status = check_arguments(kOperation, ctx, node, target, info); status != TVK_OK) {
+        return status;
     }
-    if (info == nullptr) {
-        TVK_ERR(ctx, "NULL argument(s) passed!");
-        return TVK_ERR_INVALID;
+    if (const qerrno status = check_children(kOperation, ctx, *node); status != TVK_OK) {
+        return status;
     }
     auto &container = const_cast<Node &>(*node);
-    if (tvk::lost_children(container)) {
-        TVK_ERR(ctx, "Failed to get subtrees!");
-        TVK_TRC(ctx, "End");
-        return TVK_ERR_NOT_FOUND;
-    }
-    if (!tvk::is_propagating(ctx) && !tvk::is_working_on_keys(ctx) && !tvk::children(container).empty() &&
-        tvk::is_delete(container)) {
+    if (!is_propagating(ctx) && !is_working_on_keys(ctx) && !children(container).empty() && is_delete(container)) {
         TVK_TRC(ctx, "Delete request with subtree present");
         TVK_TRC(ctx, "End");
         return TVK_ERR_INVALID;

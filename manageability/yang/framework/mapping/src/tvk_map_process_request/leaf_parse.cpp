@@ -1,23 +1,23 @@
+// The parse of a leaf.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
-#include "tvk_map_common/internal/node.h"
-#include "tvk_map_common/internal/request.h"
-#include "tvk_map_lists.h"
-#include "tvk_map_walk.h"
+#include "tvk_map_process_request/request_walk.h"
+
+namespace tvk {
 
 namespace {
 
 // Tells the get filter what the leaf is for, and the container around it what its leaves were like.
-void mark(tvk_map_ctx ctx, tvk::Node &leaf) {
-    if (tvk::is_propagating(ctx) || tvk::is_working_on_keys(ctx)) {
+void mark(tvk_map_ctx ctx, Node &leaf) {
+    if (is_propagating(ctx) || is_working_on_keys(ctx)) {
         return;
     }
-    tvk::set_node_type(leaf, TVK_NODE_TYPE_SELECTION);
-    if (!tvk::is_read_request(ctx)) {
+    set_node_type(leaf, TVK_NODE_TYPE_SELECTION);
+    if (!is_read_request(ctx)) {
         return;
     }
-    if (tvk::has(leaf, TVK_HAS_DATA)) {
-        tvk::set_node_type(leaf, TVK_NODE_TYPE_CONTENT_MATCH);
+    if (has(leaf, TVK_HAS_DATA)) {
+        set_node_type(leaf, TVK_NODE_TYPE_CONTENT_MATCH);
         ctx->state->walk_flags |= TVK_WALK_CONTENT_MATCH_SEEN | TVK_WALK_CONTENT_MATCH_IN_REQUEST;
     } else {
         ctx->state->walk_flags |= TVK_WALK_SELECTION_SEEN;
@@ -26,22 +26,21 @@ void mark(tvk_map_ctx ctx, tvk::Node &leaf) {
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tmap_high_leaf_parse(tvk_map_ctx ctx, const struct qidl_tvk_datatree *leaf, struct qidl_tvk_datatree *target,
                             const char *, uint8_t, tmap_node_process_fp process) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kProcessRequestSource,
+    TVK_ASSERT_CONTEXT(ctx, kProcessRequestSource,
                        "qerrno tmap_high_leaf_parse(tvk_map_ctx, const struct qidl_tvk_datatree *, struct "
                        "qidl_tvk_datatree *, const char *, uint8_t, tmap_node_process_fp)");
     TVK_TRC(ctx, "Start");
-    if (leaf == nullptr || target == nullptr) {
-        TVK_ERR(ctx, "Invalid arguments passed!");
-        tvk_oc_error_path(ctx);
-        return TVK_ERR_INVALID;
+    if (const qerrno status = check_arguments(__func__, ctx, leaf, target, reinterpret_cast<const void *>(process));
+        status != TVK_OK) {
+        return status;
     }
-    if (process == nullptr) {
-        TVK_ERR(ctx, "NULL argument(s) passed!");
-        return TVK_ERR_INVALID;
-    }
-    auto &request_leaf = const_cast<tvk::Node &>(*leaf);
+    auto &request_leaf = const_cast<Node &>(*leaf);
     const qerrno status = process(ctx, &request_leaf, target);
     mark(ctx, request_leaf);
     TVK_TRC(ctx, "End");

@@ -4,7 +4,7 @@
 
 #include <span>
 
-#include "tvk_map_common/index/children_index.h"
+#include "tvk_map_common/datatree/children.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/request.h"
 #include "tvk_map_walk.h"
@@ -15,8 +15,16 @@ namespace tvk {
 const tmap_child_entry *find_child_handler(tvk_map_ctx ctx, std::span<const tmap_child_entry> entries,
                                            const Node &child);
 
-// A child in a namespace that its parent does not support: left out of a read, the end of any other request.
-qerrno refuse_unsupported_child(tvk_map_ctx ctx, const Node &child);
+// The checks that every parse begins with: node and target (the error path is recorded where one is missing), then the
+// table or handler that goes with them. operation is the parse's name for messages.
+qerrno check_arguments(const char *operation, tvk_map_ctx ctx, const Node *node, const Node *target,
+                       const void *instruction);
+// TVK_ERR_NOT_FOUND when node says that it has children and shows none.
+qerrno check_children(const char *operation, tvk_map_ctx ctx, const Node &node);
+
+// Handles a child that no entry claims. One in unsupported_ns is left out of a read, and ends any other request.
+qerrno handle_unclaimed_child(tvk_map_ctx ctx, const Node &child, Node &target, const char *unsupported_ns,
+                              tmap_node_process_fp child_handler);
 
 // A handler that mapping code left out does nothing.
 inline qerrno call(tmap_node_process_fp handler, tvk_map_ctx ctx, const Node &node, Node &target) {
@@ -59,17 +67,6 @@ inline void end_replace(tvk_map_ctx ctx) {
     if (ctx->state != nullptr) {
         ctx->state->replace_converted = 0;
     }
-}
-
-// Gives a node its children back. What handlers added to it meanwhile goes, since nobody would own it.
-inline void give_back_children(tvk_map_ctx ctx, Node &node, const DetachedChildren &detached) {
-    forget_children(ctx, children(node));
-    entry_gains(ctx, node, nullptr);
-    for (Node &arrived : children(node)) {
-        free_contents(arrived);
-    }
-    kel_named_free(node.subtrees);
-    attach_children(node, detached);
 }
 
 // While it lives, what is walked is walked on behalf of a node above. Only the one that started it ends it.

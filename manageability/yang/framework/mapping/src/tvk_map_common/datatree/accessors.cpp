@@ -1,7 +1,9 @@
+// Single facts about nodes and the request.
 #include "tvk_map_common/internal/node.h"
-#include "tvk_map_common/internal/path.h"
 #include "tvk_map_common/internal/request.h"
 #include "tvk_map_datatree.h"
+
+using namespace tvk;
 
 struct qidl_tvk_datatree *tvk_map_datatree_get_datatree(tvk_map_ctx ctx) {
     return ctx->state->datatree;
@@ -9,37 +11,27 @@ struct qidl_tvk_datatree *tvk_map_datatree_get_datatree(tvk_map_ctx ctx) {
 
 qerrno tvk_map_get_tree_from_key_data(tvk_map_ctx, const struct qidl_tvk_datatree *node, const char *key_name,
                                       const char *key_value) {
-    const bool is_it = node != nullptr && tvk::same_text(node->tag, key_name) && tvk::has(*node, TVK_HAS_DATA) &&
-                       tvk::same_text(node->data, key_value);
+    const bool is_it = node != nullptr && same_text(node->tag, key_name) && has(*node, TVK_HAS_DATA) &&
+                       same_text(node->data, key_value);
     return is_it ? TVK_OK : TVK_ERR_NOT_FOUND;
-}
-
-qerrno tvk_map_get_last_token_from_path(tvk_map_ctx, char *path, char **token) {
-    if (path == nullptr || token == nullptr) {
-        return TVK_OK;
-    }
-    for (tvk::Components components{path}; components.current() != nullptr; components.advance()) {
-        *token = components.current();
-    }
-    return TVK_OK;
 }
 
 void tvk_map_datatree_set_operation(struct qidl_tvk_datatree *node, uint32_t operation) {
     if (node != nullptr) {
-        tvk::set_operation(*node, operation);
+        set_operation(*node, operation);
     }
 }
 
 int tvk_map_is_request_add(tvk_map_ctx ctx) {
-    return ctx != nullptr && tvk::is_add_request(ctx) ? 1 : 0;
+    return ctx != nullptr && is_add_request(ctx) ? 1 : 0;
 }
 
 int tvk_map_is_request_delete(const struct qidl_tvk_datatree *node) {
-    return node != nullptr && tvk::is_delete(*node) ? 1 : 0;
+    return node != nullptr && is_delete(*node) ? 1 : 0;
 }
 
 int tvk_map_is_request_replace(const struct qidl_tvk_datatree *node) {
-    return node != nullptr && tvk::has(*node, TVK_HAS_OPERATION) && node->operation == TVK_OPERATION_REPLACE ? 1 : 0;
+    return node != nullptr && has(*node, TVK_HAS_OPERATION) && node->operation == TVK_OPERATION_REPLACE ? 1 : 0;
 }
 
 qerrno tvk_map_get_subtrees(tvk_map_ctx, const struct qidl_tvk_datatree *node, struct qidl_tvk_datatree **subtrees,
@@ -47,7 +39,7 @@ qerrno tvk_map_get_subtrees(tvk_map_ctx, const struct qidl_tvk_datatree *node, s
     if (subtrees == nullptr) {
         return TVK_OK;
     }
-    const bool has_children = node != nullptr && tvk::has(*node, TVK_HAS_SUBTREES);
+    const bool has_children = node != nullptr && has(*node, TVK_HAS_SUBTREES);
     *subtrees = has_children ? node->subtrees : nullptr;
     if (count != nullptr) {
         *count = has_children ? node->subtree_count : 0;

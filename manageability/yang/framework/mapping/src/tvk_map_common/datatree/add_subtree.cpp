@@ -1,19 +1,19 @@
-// The one place where a node comes to stand in a tree.
+// Adding a child to a node, or finding the one that is there.
 #include <functional>
+#include <utility>
 
-#include "tvk_map_common/datatree/left_out.h"
-#include "tvk_map_common/index/children_index.h"
+#include "tvk_map_common/datatree/children.h"
+#include "tvk_map_common/datatree/platform_exclusions.h"
 #include "tvk_map_common/internal/assertion.h"
-#include "tvk_map_common/internal/installed.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/request.h"
 #include "tvk_map_datatree.h"
 #include "tvk_map_lists.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 constexpr char kPrototype[] =
     "qerrno tvk_map_datatree_add_subtree_flagged(tvk_map_ctx, struct qidl_tvk_datatree *, const char *, const char *, "
@@ -42,9 +42,9 @@ struct Addition {
 
 qerrno leave_out(tvk_map_ctx ctx, const char *tag) {
     qerrno status = TVK_OK;
-    if (tvk::is_add_request(ctx)) {
+    if (is_add_request(ctx)) {
         TVK_ERR_AS(kOperation, ctx, "vrrp not supported on this platform");
-        tvk::set_error_node_tag(ctx, tag);
+        set_error_node_tag(ctx, tag);
         tvk_oc_error_path(ctx);
         status = TVK_ERR_UNSUPPORTED;
     }
@@ -53,14 +53,14 @@ qerrno leave_out(tvk_map_ctx ctx, const char *tag) {
 }
 
 bool is_candidate(const Addition &add, const Node &child) {
-    if (!tvk::has(child, TVK_HAS_TAG) || !tvk::has(child, TVK_HAS_NS) || !tvk::same_text(child.tag, add.tag)) {
+    if (!has(child, TVK_HAS_TAG) || !has(child, TVK_HAS_NS) || !same_text(child.tag, add.tag)) {
         return false;
     }
     // Removed by the first pass of a replace: the presence bit of the operation does not matter here.
     if (add.flagged(TVK_ADD_TEMPLATE_ON_PATH) && child.operation == TVK_OPERATION_REMOVE) {
         return false;
     }
-    return add.flagged(TVK_ADD_MATCH_TAG_ONLY) || tvk::same_text(child.ns, add.ns);
+    return add.flagged(TVK_ADD_MATCH_TAG_ONLY) || same_text(child.ns, add.ns);
 }
 
 enum class Match { kNone, kPassedOver, kStopped };
@@ -68,8 +68,8 @@ enum class Match { kNone, kPassedOver, kStopped };
 // The one child of the parent that a search through all of them would end with, where an index can tell; null where the
 // search has to be made. There may be none: known is then true.
 Node *find_by_index(const Addition &add, std::span<Node> siblings, bool keep_looking, bool &known) {
-    tvk::TagPlaces places;
-    known = tvk::find_places(add.ctx, siblings, add.tag, places);
+    TagPlaces places;
+    known = find_places(add.ctx, siblings, add.tag, places);
     if (!known || places.first < 0) {
         return nullptr;
     }
@@ -87,7 +87,7 @@ Node *find_by_index(const Addition &add, std::span<Node> siblings, bool keep_loo
 // further one, so that the last instance is found; the search stops at any other child.
 Match find_existing(const Addition &add, Node *&found) {
     const bool keep_looking = add.template_node == nullptr || add.flagged(TVK_ADD_TEMPLATE_ON_PATH);
-    const std::span<Node> siblings = tvk::children(add.parent);
+    const std::span<Node> siblings = children(add.parent);
     bool known = false;
     if (Node *child = find_by_index(add, siblings, keep_looking, known); known) {
         if (child == nullptr) {
@@ -119,45 +119,26 @@ qerrno give_data(const Addition &add, Node &node) {
     if (add.data == nullptr) {
         return TVK_OK;
     }
-    tvk::entry_gains(add.ctx, add.parent, add.tag);
     // The new value may be part of the old one, so it is copied before that goes.
-    tvk::NamedString copy = tvk::copy_text(add.data, "TVK MAP add subtree data");
-    if (tvk::has(node, TVK_HAS_DATA)) {
-        tvk::release(node.data);
-    }
-    tvk::set_absent(node, TVK_HAS_DATA);
-    if (copy == nullptr) {
+    NamedString copy = copy_text(add.data, "TVK MAP add subtree data");
+    const bool is_copied = copy != nullptr;
+    replace_value(add.ctx, add.parent, node, std::move(copy));
+    if (!is_copied) {
         TVK_ERR_AS(kOperation, add.ctx, "Failed to duplicate data!");
         return TVK_ERR_NO_MEMORY;
     }
-    node.data = copy.release();
-    tvk::set_present(node, TVK_HAS_DATA);
     return TVK_OK;
 }
 
-// Makes room for one more child and returns the array with it; null when there is no memory, the parent then
-// unchanged. On success the parent already owns the array, since it may have moved; its count does not show the new
-// record yet.
-Node *make_room(const Addition &add, std::int32_t count) {
-    Node *array = nullptr;
-    if (!tvk::has(add.parent, TVK_HAS_SUBTREES)) {
+void announce_room(const Addition &add) {
+    if (!has(add.parent, TVK_HAS_SUBTREES)) {
         TVK_TRC_AS(kOperation, add.ctx, "Allocating a new subtree array.");
-        array = static_cast<Node *>(kel_named_calloc_(1, sizeof(Node), "TVK MAP add subtree flg", 0));
-    } else {
-        if ((tvk::build_flags(add.ctx) & TVK_BUILD_FILTERED) != 0) {
-            ++add.ctx->state->added_node_count;
-        }
-        TVK_TRC_AS(kOperation, add.ctx, "Expanding subtree array.");
-        const auto records = static_cast<std::size_t>(count) + 1;
-        array = static_cast<Node *>(kel_named_realloc(add.parent.subtrees, records * sizeof(Node)));
-        if (array != nullptr) {
-            add.parent.subtrees = array;
-        }
+        return;
     }
-    if (array == nullptr) {
-        TVK_ERR_AS(kOperation, add.ctx, "Failed to allocate subtrees!");
+    if ((build_flags(add.ctx) & TVK_BUILD_FILTERED) != 0) {
+        ++add.ctx->state->added_node_count;
     }
-    return array;
+    TVK_TRC_AS(kOperation, add.ctx, "Expanding subtree array.");
 }
 
 // Gives the record its texts; false at the first that cannot be copied.
@@ -167,12 +148,12 @@ bool name(const Addition &add, Node &node) {
         return false;
     }
     TVK_TRC_AS(kOperation, add.ctx, "Setting tag name '%s'.", node.tag);
-    tvk::set_present(node, TVK_HAS_TAG);
+    set_present(node, TVK_HAS_TAG);
     node.ns = tvk_strdup(add.ns, "TVK MAP ns");
     if (node.ns == nullptr) {
         return false;
     }
-    tvk::set_present(node, TVK_HAS_NS);
+    set_present(node, TVK_HAS_NS);
     if (add.data == nullptr) {
         return true;
     }
@@ -181,24 +162,24 @@ bool name(const Addition &add, Node &node) {
         return false;
     }
     TVK_TRC_AS(kOperation, add.ctx, "Setting node data '%s'.", node.data);
-    tvk::set_present(node, TVK_HAS_DATA);
+    set_present(node, TVK_HAS_DATA);
     return true;
 }
 
 void apply_template(tvk_map_ctx ctx, const Node &template_node, Node &node) {
-    if (tvk::has(template_node, TVK_HAS_OPERATION)) {
+    if (has(template_node, TVK_HAS_OPERATION)) {
         TVK_TRC_AS(kOperation, ctx, "Setting operation '%d'.", static_cast<int>(template_node.operation));
-        tvk::set_operation(node, template_node.operation);
+        set_operation(node, template_node.operation);
     }
-    if (tvk::carries_insert(template_node)) {
+    if (carries_insert(template_node)) {
         TVK_TRC_AS(kOperation, ctx, "Setting insert");
-        tvk::set_present(node, TVK_HAS_EDIT_INSERT);
+        set_present(node, TVK_HAS_EDIT_INSERT);
         qidl_tvk_edit_ins_duplicate(&node.edit_insert, &template_node.edit_insert, tvk_gpb_alloc, nullptr);
     }
-    if (tvk::has(template_node, TVK_HAS_NODE_KIND)) {
+    if (has(template_node, TVK_HAS_NODE_KIND)) {
         TVK_TRC_AS(kOperation, ctx, "Setting operation '%d'.", static_cast<int>(template_node.node_kind));
         node.node_kind = template_node.node_kind;
-        tvk::set_present(node, TVK_HAS_NODE_KIND);
+        set_present(node, TVK_HAS_NODE_KIND);
     }
 }
 
@@ -206,12 +187,12 @@ void apply_marks(const Addition &add, Node &node, std::int32_t new_count) {
     if (add.flagged(TVK_ADD_MARK_TREE_TRAVERSE)) {
         TVK_TRC_AS(kOperation, add.ctx, "Setting tree tarverse '%d'.", static_cast<int>(TVK_NODE_KIND_TREE_TRAVERSE));
         node.node_kind = TVK_NODE_KIND_TREE_TRAVERSE;
-        tvk::set_present(node, TVK_HAS_NODE_KIND);
+        set_present(node, TVK_HAS_NODE_KIND);
     }
     if (add.append) {
         TVK_TRC_AS(kOperation, add.ctx, "Setting subtree_index '%d'.", static_cast<int>(new_count));
         node.subtree_index = new_count;
-        tvk::set_present(node, TVK_HAS_SUBTREE_INDEX);
+        set_present(node, TVK_HAS_SUBTREE_INDEX);
     }
 }
 
@@ -234,60 +215,42 @@ private:
 };
 
 qerrno add_new(const Addition &add) {
-    const std::span<Node> siblings = tvk::children(add.parent);
-    const TemplateReference template_reference{add.template_node, siblings};
-    const auto count = static_cast<std::int32_t>(siblings.size());
-    if (count == INT32_MAX) {
+    const TemplateReference template_reference{add.template_node, children(add.parent)};
+    announce_room(add);
+    NewChild child{add.ctx, add.parent};
+    if (!child) {
         TVK_ERR_AS(kOperation, add.ctx, "Failed to allocate subtrees!");
         return TVK_ERR_NO_MEMORY;
     }
-    const Node *former_array = siblings.data();
-    const tvk::WatchedArray watched{siblings};
-    Node *array = make_room(add, count);
-    if (array == nullptr) {
+    if (!name(add, *child)) {
         return TVK_ERR_NO_MEMORY;
     }
-    if (!watched.is_at(array) && add.ctx->state != nullptr) {
-        watched.moved(*add.ctx->state, array);
+    if (const Node *template_node = template_reference.in(child.array()); template_node != nullptr) {
+        apply_template(add.ctx, *template_node, *child);
     }
-    if (tvk::keeps_index(add.ctx)) {
-        tvk::children_grown(add.ctx, former_array, {array, static_cast<std::size_t>(count) + 1});
-        if (add.data != nullptr) {
-            tvk::entry_gains(add.ctx, add.parent, add.tag);
-        }
-    }
-    Node &node = array[count];
-    node = Node{};
-    if (!name(add, node)) {
-        // Siblings stay with their parent; only what was made here goes.
-        tvk::free_contents(node);
-        if (!tvk::has(add.parent, TVK_HAS_SUBTREES)) {
-            kel_named_free(array);
-        }
-        return TVK_ERR_NO_MEMORY;
-    }
-    if (const Node *template_node = template_reference.in(array); template_node != nullptr) {
-        apply_template(add.ctx, *template_node, node);
-    }
-    apply_marks(add, node, count + 1);
-    TVK_TRC_AS(kOperation, add.ctx, "Setting updated subtree array (%p).", static_cast<void *>(array));
-    tvk::attach_children(add.parent, {array, count + 1});
-    add.found(node);
+    apply_marks(add, *child, child.new_count());
+    TVK_TRC_AS(kOperation, add.ctx, "Setting updated subtree array (%p).", static_cast<const void *>(child.array()));
+    child.commit();
+    add.found(*child);
     return TVK_OK;
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 qerrno tvk_map_datatree_add_subtree_flagged(tvk_map_ctx ctx, struct qidl_tvk_datatree *parent, const char *tag,
                                             const char *ns, const char *data,
                                             const struct qidl_tvk_datatree *template_node,
                                             struct qidl_tvk_datatree **out, int append, int flags) {
     if (ctx == nullptr || parent == nullptr || tag == nullptr || ns == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    if (tvk::platform_excludes(tag)) {
+    if (platform_excludes(tag)) {
         return leave_out(ctx, tag);
     }
     const Addition add{ctx, *parent, tag, ns, data, template_node, out, append != 0, flags};

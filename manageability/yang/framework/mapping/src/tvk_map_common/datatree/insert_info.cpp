@@ -6,6 +6,8 @@
 #include "tvk_map_print.h"
 #include "tvk_string.h"
 
+namespace tvk {
+
 namespace {
 
 // A text that does not fit leaves an empty one.
@@ -25,8 +27,12 @@ void copy_keys(const struct qidl_tvk_edit_insert &insert, struct tvk_map_insert_
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_datatree_get_insert_attribute_info(const struct qidl_tvk_datatree *node, struct tvk_map_insert_info *info) {
-    if (node == nullptr || info == nullptr || !tvk::carries_insert(*node)) {
+    if (node == nullptr || info == nullptr || !carries_insert(*node)) {
         return TVK_OK;
     }
     const struct qidl_tvk_edit_insert &insert = node->edit_insert;

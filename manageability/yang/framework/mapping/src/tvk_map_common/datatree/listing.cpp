@@ -2,6 +2,8 @@
 
 #include <array>
 
+namespace tvk {
+
 namespace {
 
 // Operations, insert positions and verdicts, in this order. Two positions end in a blank and the others do not.
@@ -14,20 +16,20 @@ constexpr char kNoLabel[] = " (-)";
 
 }  // namespace
 
-const char *tvk::operation_label(std::uint32_t operation) {
+const char *operation_label(std::uint32_t operation) {
     return operation < kFirstPosition ? kLabels[operation] : kNoLabel;
 }
 
-const char *tvk::position_label(std::uint32_t position) {
+const char *position_label(std::uint32_t position) {
     return position < kFirstNodeKind - kFirstPosition ? kLabels[kFirstPosition + position] : kNoLabel;
 }
 
-const char *tvk::node_kind_label(std::uint32_t node_kind) {
+const char *node_kind_label(std::uint32_t node_kind) {
     return node_kind >= TVK_NODE_KIND_DN && node_kind <= TVK_NODE_KIND_DA ? kLabels[kFirstNodeKind + node_kind - 1]
                                                                           : nullptr;
 }
 
-bool tvk::ListingStack::push(const Node *array, std::int32_t count) {
+bool ListingStack::push(const Node *array, std::int32_t count) {
     if (array == nullptr || count < 1) {
         return true;
     }
@@ -45,7 +47,7 @@ bool tvk::ListingStack::push(const Node *array, std::int32_t count) {
     return true;
 }
 
-const tvk::Node *tvk::ListingStack::take() {
+const Node *ListingStack::take() {
     ListingLevel &level = levels_[depth_ - 1];
     if (level.next == level.end) {
         --depth_;
@@ -53,3 +55,5 @@ const tvk::Node *tvk::ListingStack::take() {
     }
     return level.next++;
 }
+
+}  // namespace tvk

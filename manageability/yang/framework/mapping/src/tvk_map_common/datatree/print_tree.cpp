@@ -4,10 +4,9 @@
 #include "tvk_map_common/datatree/listing.h"
 #include "tvk_map_common/internal/log.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
-using tvk::shown;
+namespace {
 
 class Printer {
 public:
@@ -38,10 +37,14 @@ public:
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_print_subtrees(const struct qidl_tvk_datatree *node, uint32_t depth, int namespace_mode) {
     if (node == nullptr) {
         return TVK_ERR_INVALID;
     }
     Printer printer;
-    return tvk::list_descendants(*node, depth, namespace_mode != 0, printer);
+    return list_descendants(*node, depth, namespace_mode != 0, printer);
 }

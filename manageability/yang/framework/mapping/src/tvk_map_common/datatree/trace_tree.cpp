@@ -3,10 +3,9 @@
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
-using tvk::shown;
+namespace {
 
 constexpr char kOperation[] = "tvk_map_trace_subtrees";
 
@@ -58,9 +57,13 @@ private:
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_trace_subtrees(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, uint32_t depth,
                               int namespace_mode) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_trace_subtrees(tvk_map_ctx, const struct qidl_tvk_datatree *, uint32_t, int)");
     if (node == nullptr) {
         TVK_ERR(ctx, "NULL argument(s) passed!");
@@ -68,7 +71,7 @@ qerrno tvk_map_trace_subtrees(tvk_map_ctx ctx, const struct qidl_tvk_datatree *n
     }
     TVK_TRC(ctx, "HN: %s", shown(node->tag));
     Tracer tracer{ctx};
-    const qerrno status = tvk::list_descendants(*node, depth, namespace_mode != 0, tracer);
+    const qerrno status = list_descendants(*node, depth, namespace_mode != 0, tracer);
     if (status == TVK_ERR_NO_MEMORY) {
         TVK_ERR(ctx, "Failed to copy path string!");
     }

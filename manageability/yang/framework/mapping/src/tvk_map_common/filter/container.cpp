@@ -6,10 +6,7 @@
 #include "tvk_map_common/filter/work_stack.h"
 #include "tvk_map_common/internal/log.h"
 
-using tvk::Check;
-using tvk::ContainerElement;
-using tvk::Node;
-using tvk::text_or_null;
+namespace tvk {
 
 namespace {
 
@@ -20,7 +17,7 @@ void tvk_map_dfs_process_con(tvk_map_ctx ctx, kel_queue *stack, const tvk_map_df
     }
     ContainerElement step{ctx, element, levels};
     for (const Node &child : step.source_children()) {
-        const tvk::CheckedChild checked = step.check(child);
+        const CheckedChild checked = step.check(child);
         if (checked.key != nullptr && (checked.result == Check::kKeyFailed || ctx->dfs_trace != 0)) {
             TVK_TRC(ctx, "\n src_key: %s, tgt_key:%s", text_or_null(child.data), text_or_null(checked.key->data));
         }
@@ -42,7 +39,7 @@ void tvk_map_dfs_process_con(tvk_map_ctx ctx, kel_queue *stack, const tvk_map_df
     step.keep_for_matched_keys();
     step.store_key_counts();
     if (ctx->dfs_trace != 0) {
-        const tvk::ChildCounts &counts = step.counts();
+        const ChildCounts &counts = step.counts();
         TVK_TRC(ctx,
                 "\n Child stats: %s, lvl: %d, src_tot:%d, cont:%d,sel:%d, mat:%d,key:%d, key_sel:%d key_match:%d\n",
                 text_or_null(step.source().tag), static_cast<int>(element.level), counts.total, counts.containment,
@@ -52,30 +49,34 @@ void tvk_map_dfs_process_con(tvk_map_ctx ctx, kel_queue *stack, const tvk_map_df
         return;
     }
     if (step.is_all_dropped()) {
-        tvk::set_verdict(step.target(), TVK_NODE_KIND_NONE);
+        set_verdict(step.target(), TVK_NODE_KIND_NONE);
         TVK_TRC(ctx, "\n delete trigger all nodes dropped");
         step.drop_upwards();
     } else {
-        tvk::keep_node(step.target());
+        keep_node(step.target());
     }
     if (ctx->dfs_trace != 0) {
         TVK_TRC(ctx, "\n              : drp:%d, tgt_cont:%d\n", step.dropped(), step.target_children());
     }
 }
 
-tvk::NamedBlock<tvk_map_cnt_hier_stack_t> make_level_table() {
+NamedBlock<tvk_map_cnt_hier_stack_t> make_level_table() {
     void *table =
         kel_named_calloc_(TVK_MAP_MAX_FILTER_LEVELS, sizeof(tvk_map_cnt_hier_stack_t), "TVK DFS Mark ELEM", 0);
-    return tvk::NamedBlock<tvk_map_cnt_hier_stack_t>{static_cast<tvk_map_cnt_hier_stack_t *>(table)};
+    return NamedBlock<tvk_map_cnt_hier_stack_t>{static_cast<tvk_map_cnt_hier_stack_t *>(table)};
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 uint32_t tvk_map_dfs_filter_con(tvk_map_ctx ctx, struct qidl_tvk_datatree *source, struct qidl_tvk_datatree *target) {
     if (ctx == nullptr || source == nullptr || target == nullptr) {
         return 0;
     }
-    tvk::WorkStack stack;
+    WorkStack stack;
     if (tvk_map_dfs_con_stack_push(ctx, stack.get(), source, target, 1, 0, 1) == 0) {
         return 0;
     }

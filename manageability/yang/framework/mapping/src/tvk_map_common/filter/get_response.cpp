@@ -6,7 +6,7 @@
 #include "tvk_map_common/internal/path.h"
 #include "tvk_map_filter.h"
 
-using tvk::Node;
+namespace tvk {
 
 namespace {
 
@@ -17,36 +17,36 @@ constexpr char kOperation[] = "tvk_map_datatree_filter_get_response";
 
 // The child that component names; null when there is none, or a child without a tag comes first.
 Node *find_child(tvk_map_ctx ctx, Node &node, const char *component) {
-    for (Node &child : tvk::children(node)) {
+    for (Node &child : children(node)) {
         if (child.tag == nullptr) {
-            TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+            TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
             TVK_ERR_AS(kOperation, ctx, "Tag name is not available!");
             return nullptr;
         }
-        if (tvk::same_text(child.tag, component)) {
+        if (same_text(child.tag, component)) {
             return &child;
         }
     }
     return nullptr;
 }
 
-qerrno walk(tvk_map_ctx ctx, Node *node, tvk::Components components, bool partial_ok, int mark_leaf) {
+qerrno walk(tvk_map_ctx ctx, Node *node, Components components, bool partial_ok, int mark_leaf) {
     while (components.current() != nullptr) {
         // Only the root can be without children here: the walk ends at any other leaf. It uses the path up.
-        if (tvk::has(*node, TVK_HAS_SUBTREES)) {
+        if (has(*node, TVK_HAS_SUBTREES)) {
             if (node->subtree_count == 0) {
                 return TVK_ERR_NO_MEMORY;
             }
-            if (mark_leaf == 0 && tvk::is_entry_by_keys(tvk::children(*node))) {
+            if (mark_leaf == 0 && is_entry_by_keys(children(*node))) {
                 return TVK_OK;
             }
             node = find_child(ctx, *node, components.current());
             if (node == nullptr) {
                 return TVK_ERR_NOT_FOUND;
             }
-            if (!tvk::has(*node, TVK_HAS_SUBTREES)) {
+            if (!has(*node, TVK_HAS_SUBTREES)) {
                 if (mark_leaf == 1) {
-                    tvk::mark_key(*node);
+                    mark_key(*node);
                 }
                 return TVK_OK;
             }
@@ -61,16 +61,20 @@ qerrno walk(tvk_map_ctx ctx, Node *node, tvk::Components components, bool partia
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_datatree_filter_get_response(tvk_map_ctx ctx, struct qidl_tvk_datatree *tree, const char *path,
                                             int partial_ok, int mark_leaf) {
-    const tvk::NamedString copy = tvk::copy_text(path, "TVK MAP fltr get resp");
+    const NamedString copy = copy_text(path, "TVK MAP fltr get resp");
     if (copy == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
         TVK_ERR(ctx, "Failed to copy path string!");
         return TVK_ERR_NO_MEMORY;
     }
     if (tree == nullptr) {
         return TVK_ERR_NOT_FOUND;
     }
-    return walk(ctx, tree, tvk::Components{copy.get()}, partial_ok == 1, mark_leaf);
+    return walk(ctx, tree, Components{copy.get()}, partial_ok == 1, mark_leaf);
 }

@@ -6,6 +6,8 @@
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_filter.h"
 
+namespace tvk {
+
 namespace {
 
 // The entries 0 to level of the table, or to its last one.
@@ -28,8 +30,12 @@ bool is_left(const tvk_map_cnt_hier &level) {
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 uint32_t tvk_map_mark_visit_parent(tvk_map_ctx ctx, tvk_map_cnt_hier_stack_t *levels, uint32_t level) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "uint32_t tvk_map_mark_visit_parent(tvk_map_ctx, tvk_map_cnt_hier_stack_t *, uint32_t)");
     if (ctx->dfs_trace != 0) {
         print_stack(ctx, levels, level, "mark_start");
@@ -38,7 +44,7 @@ uint32_t tvk_map_mark_visit_parent(tvk_map_ctx ctx, tvk_map_cnt_hier_stack_t *le
     for (std::size_t i = table.size(); i > 1 && !is_left(table[i - 1]); --i) {
         ++table[i - 2].dch;
         if (table[i - 1].node != nullptr) {
-            tvk::set_verdict(*table[i - 1].node, TVK_NODE_KIND_NONE);
+            set_verdict(*table[i - 1].node, TVK_NODE_KIND_NONE);
         }
     }
     if (ctx->dfs_trace != 0) {
@@ -48,7 +54,7 @@ uint32_t tvk_map_mark_visit_parent(tvk_map_ctx ctx, tvk_map_cnt_hier_stack_t *le
 }
 
 uint32_t tvk_map_mark_visit_parent_mark_kc(tvk_map_ctx ctx, tvk_map_cnt_hier_stack_t *levels, uint32_t level) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "uint32_t tvk_map_mark_visit_parent_mark_kc(tvk_map_ctx, tvk_map_cnt_hier_stack_t *, uint32_t)");
     if (ctx->dfs_trace != 0) {
         print_stack(ctx, levels, level, "kc_start");
@@ -57,7 +63,7 @@ uint32_t tvk_map_mark_visit_parent_mark_kc(tvk_map_ctx ctx, tvk_map_cnt_hier_sta
     for (std::size_t i = table.size(); i > 1; --i) {
         ++table[i - 2].kch;
         if (table[i - 1].node != nullptr) {
-            tvk::keep_node(*table[i - 1].node);
+            keep_node(*table[i - 1].node);
         }
     }
     if (ctx->dfs_trace != 0) {
@@ -67,13 +73,13 @@ uint32_t tvk_map_mark_visit_parent_mark_kc(tvk_map_ctx ctx, tvk_map_cnt_hier_sta
 }
 
 void print_stack(tvk_map_ctx ctx, const tvk_map_cnt_hier_stack_t *levels, uint32_t level, const char *label) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "void print_stack(tvk_map_ctx, const tvk_map_cnt_hier_stack_t *, uint32_t, const char *)");
-    TVK_TRC(ctx, "\n stack-%s\n", tvk::text_or_null(label));
+    TVK_TRC(ctx, "\n stack-%s\n", text_or_null(label));
     for (const tvk_map_cnt_hier &e : levels_to(levels, level)) {
         TVK_TRC(ctx, "\n ----stack:lvl- %d/%s, ch:%d, kch:%d, dch:%d, tp:%d, kn:%d,ksn:%d,kmn=%d, tra_st:%d", e.lvl,
-                tvk::text_or_null(e.node != nullptr ? e.node->tag : nullptr), e.ch, e.kch, e.dch, e.tp, e.kn, e.ksn,
-                e.kmn, static_cast<int>(e.node != nullptr ? tvk::verdict(*e.node) : 0));
+                text_or_null(e.node != nullptr ? e.node->tag : nullptr), e.ch, e.kch, e.dch, e.tp, e.kn, e.ksn, e.kmn,
+                static_cast<int>(e.node != nullptr ? verdict(*e.node) : 0));
     }
     TVK_TRC(ctx, "\n");
 }

@@ -4,7 +4,7 @@
 #include "tvk_map_common/index/candidates.h"
 #include "tvk_map_filter.h"
 
-using tvk::Node;
+namespace tvk {
 
 namespace {
 
@@ -26,31 +26,31 @@ struct Keys {
 
 // Whether the filter node asks for all below it. One whose array is missing asks for nothing.
 bool asks_for_all(tvk_map_ctx ctx, const Node &filter) {
-    if (!tvk::has(filter, TVK_HAS_SUBTREES)) {
+    if (!has(filter, TVK_HAS_SUBTREES)) {
         return true;
     }
-    if (!tvk::content_match_in_request(ctx)) {
+    if (!content_match_in_request(ctx)) {
         return false;
     }
-    const std::span<const Node> children = tvk::children(filter);
-    return children.empty() ? filter.subtree_count == 0 : tvk::all_match_content(children);
+    const std::span<const Node> nodes = children(filter);
+    return nodes.empty() ? filter.subtree_count == 0 : all_match_content(nodes);
 }
 
 void descend(const Pair &pair, Node &child, Node &candidate) {
-    tvk::set_verdict(pair.response, TVK_NODE_KIND_KN);
+    set_verdict(pair.response, TVK_NODE_KIND_KN);
     tvk_map_dfs_mark_stack_push(pair.ctx, pair.stack, &child, &candidate, pair.level + 1, 0);
 }
 
 // The keys that a response entry is compared by, the leading leaves of the filter's entry. None when one of them takes
 // any value.
-std::span<const tvk::KeyText> valued_keys(const Node &entry, const Keys &keys, std::span<tvk::KeyText> texts) {
-    const std::span<const Node> leading = tvk::children(entry);
+std::span<const KeyText> valued_keys(const Node &entry, const Keys &keys, std::span<KeyText> texts) {
+    const std::span<const Node> leading = children(entry);
     std::size_t count = 0;
     for (std::size_t i = 0; i < keys.info.key_count && i < leading.size(); ++i) {
         if (keys.info.key_has_value[i] != 1) {
             continue;
         }
-        if (!tvk::has(leading[i], TVK_HAS_DATA)) {
+        if (!has(leading[i], TVK_HAS_DATA)) {
             return {};
         }
         texts[count++] = {leading[i].tag, leading[i].data};
@@ -61,10 +61,10 @@ std::span<const tvk::KeyText> valued_keys(const Node &entry, const Keys &keys, s
 // The filter's entry names keys: only response entries that have them count, and one when it names all its keys.
 void mark_keyed(const Pair &pair, Node &entry, const Keys &keys) {
     const bool only_one = keys.valued == keys.info.key_count;
-    tvk::KeyText texts[TVK_MAP_MAX_FILTER_KEYS];
-    tvk::EntryCandidates<Node> candidates{pair.ctx, pair.response, entry.tag, valued_keys(entry, keys, texts)};
+    KeyText texts[TVK_MAP_MAX_FILTER_KEYS];
+    EntryCandidates<Node> candidates{pair.ctx, pair.response, entry.tag, valued_keys(entry, keys, texts)};
     while (Node *candidate = candidates.next()) {
-        if (!tvk::same_text(candidate->tag, entry.tag) ||
+        if (!same_text(candidate->tag, entry.tag) ||
             tvk_map_datatree_compare_keys(&entry, &keys.info, candidate) != 1) {
             continue;
         }
@@ -77,29 +77,29 @@ void mark_keyed(const Pair &pair, Node &entry, const Keys &keys) {
 
 // A list entry with nothing but keys, one of them with a value, stands for the whole entry.
 bool is_keys_only(const Node &filter) {
-    if (!tvk::is_of_type(filter, TVK_NODE_TYPE_LIST)) {
+    if (!is_of_type(filter, TVK_NODE_TYPE_LIST)) {
         return false;
     }
     const Keys keys{filter};
-    return keys.valued >= 1 && keys.info.key_count == tvk::children(filter).size();
+    return keys.valued >= 1 && keys.info.key_count == children(filter).size();
 }
 
 void mark_named(const Pair &pair, Node &child) {
     const bool whole_entry = is_keys_only(pair.filter);
-    for (Node &candidate : tvk::children(pair.response)) {
-        if (!tvk::same_text(candidate.tag, child.tag)) {
+    for (Node &candidate : children(pair.response)) {
+        if (!same_text(candidate.tag, child.tag)) {
             continue;
         }
         descend(pair, child, candidate);
         if (whole_entry) {
-            tvk::set_verdict(pair.response, TVK_NODE_KIND_KA);
+            set_verdict(pair.response, TVK_NODE_KIND_KA);
             return;
         }
     }
 }
 
 void mark_child(const Pair &pair, Node &child) {
-    if (tvk::is_of_type(child, TVK_NODE_TYPE_LIST)) {
+    if (is_of_type(child, TVK_NODE_TYPE_LIST)) {
         if (const Keys keys{child}; keys.valued >= 1) {
             mark_keyed(pair, child, keys);
             return;
@@ -110,16 +110,20 @@ void mark_child(const Pair &pair, Node &child) {
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 uint32_t tvk_map_dfs_process_mark(tvk_map_ctx ctx, struct kel_queue *stack, const struct tvk_map_dfs_elem *element) {
     if (element == nullptr || element->node == nullptr || element->pair.node == nullptr) {
         return 0;
     }
     const Pair pair{ctx, stack, *element->node, *element->pair.node, element->level};
     if (asks_for_all(ctx, pair.filter)) {
-        tvk::set_verdict(pair.response, TVK_NODE_KIND_KA);
+        set_verdict(pair.response, TVK_NODE_KIND_KA);
         return 1;
     }
-    for (Node &child : tvk::children(pair.filter)) {
+    for (Node &child : children(pair.filter)) {
         if (child.tag == nullptr) {
             return 0;
         }
@@ -133,7 +137,7 @@ uint32_t tvk_map_dfs_filter_mark(tvk_map_ctx ctx, struct qidl_tvk_datatree *filt
     if (ctx == nullptr || filter == nullptr || response == nullptr) {
         return 0;
     }
-    tvk::WorkStack stack;
+    WorkStack stack;
     tvk_map_dfs_mark_stack_push(ctx, stack.get(), filter, response, 1, 1);
     return stack.work_off([&](const tvk_map_dfs_elem &element) {
         tvk_map_dfs_process_mark(ctx, stack.get(), &element);

@@ -6,7 +6,7 @@
 #include "tvk_map_common/internal/path.h"
 #include "tvk_map_filter.h"
 
-using tvk::Node;
+namespace tvk {
 
 namespace {
 
@@ -15,7 +15,7 @@ class Tokens {
 public:
     Tokens(const Node &root, char *path) {
         append(root.tag);
-        for (tvk::Components components{path}; components.current() != nullptr && !is_full(); components.advance()) {
+        for (Components components{path}; components.current() != nullptr && !is_full(); components.advance()) {
             append(components.current());
         }
     }
@@ -33,12 +33,15 @@ private:
 
 // Whether the filter node stands for all below it. One without children does.
 bool selects_all(tvk_map_ctx ctx, const Node &node) {
-    const std::span<const Node> children = tvk::children(node);
-    return children.empty() || tvk::is_entry_by_keys(children) ||
-           (tvk::content_match_in_request(ctx) && tvk::all_match_content(children));
+    const std::span<const Node> nodes = children(node);
+    return nodes.empty() || is_entry_by_keys(nodes) || (content_match_in_request(ctx) && all_match_content(nodes));
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 uint32_t tvk_map_dfs_process_node(tvk_map_ctx ctx, struct kel_queue *stack, const struct tvk_map_dfs_elem *element,
                                   char *const *tokens, int32_t token_count, int accept_last) {
@@ -46,7 +49,7 @@ uint32_t tvk_map_dfs_process_node(tvk_map_ctx ctx, struct kel_queue *stack, cons
         return 0;
     }
     const std::int32_t index = element->pair.index;
-    if (index < 0 || index >= token_count || tvk::lost_children(*element->node)) {
+    if (index < 0 || index >= token_count || lost_children(*element->node)) {
         return 0;
     }
     if (selects_all(ctx, *element->node)) {
@@ -55,7 +58,7 @@ uint32_t tvk_map_dfs_process_node(tvk_map_ctx ctx, struct kel_queue *stack, cons
     if (index + 1 == token_count) {
         return accept_last == 1 ? 1 : 0;
     }
-    for (Node &child : tvk::children(*element->node)) {
+    for (Node &child : children(*element->node)) {
         if (child.tag == nullptr) {
             return 0;
         }
@@ -69,12 +72,12 @@ uint32_t tvk_map_dfs_filter_schema(tvk_map_ctx ctx, const struct qidl_tvk_datatr
     if (ctx == nullptr || filter == nullptr || path == nullptr) {
         return 0;
     }
-    const tvk::NamedString copy = tvk::copy_text(path, "TVK MAP DFS");
+    const NamedString copy = copy_text(path, "TVK MAP DFS");
     if (copy == nullptr) {
         return 0;
     }
     const Tokens tokens{*filter, copy.get()};
-    tvk::WorkStack stack;
+    WorkStack stack;
     // This walk only reads, but its elements are those of the phases that write.
     tvk_map_dfs_stack_push(ctx, stack.get(), const_cast<Node *>(filter), tokens.array(), 0, 1);
     return stack.work_off([&](const tvk_map_dfs_elem &element) {

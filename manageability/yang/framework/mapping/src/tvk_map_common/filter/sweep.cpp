@@ -1,45 +1,43 @@
 // The sweep: what the marking phases did not keep goes.
 #include <algorithm>
 
-#include "tvk_map_common/filter/compact.h"
+#include "tvk_map_common/datatree/children.h"
 #include "tvk_map_common/filter/filter_node.h"
 #include "tvk_map_common/filter/work_stack.h"
 #include "tvk_map_filter.h"
 
-using tvk::Node;
+namespace tvk {
 
 namespace {
 
 // What cannot be swept for want of memory goes whole: an answer may lack something, it may not show too much. Children
 // that the node does not claim to have show nothing; they stay its own.
 void drop_children(tvk_map_ctx ctx, Node &node) {
-    if (!tvk::has(node, TVK_HAS_SUBTREES)) {
-        return;
+    if (has(node, TVK_HAS_SUBTREES)) {
+        drop_all_children(ctx, node);
     }
-    tvk::forget_index(ctx);
-    for (Node &child : tvk::children(node)) {
-        tvk::free_contents(child);
-        tvk::reset(child);
-    }
-    node.subtree_count = 0;
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 uint32_t tvk_map_dfs_process_sweep(tvk_map_ctx ctx, struct kel_queue *stack, const struct tvk_map_dfs_elem *element) {
     if (element == nullptr || element->node == nullptr) {
         return 0;
     }
     Node &node = *element->node;
-    if (tvk::keeps_all(node)) {
+    if (keeps_all(node)) {
         return 1;
     }
     // A child without a tag is as good as none, but only where there are gaps to be closed.
-    if (!std::ranges::all_of(tvk::children(node), tvk::is_kept)) {
-        tvk::compact(ctx, node, [](const Node &child) { return tvk::is_kept(child) && tvk::has(child, TVK_HAS_TAG); });
+    if (!std::ranges::all_of(children(node), is_kept)) {
+        drop_children_unless(ctx, node, [](const Node &child) { return is_kept(child) && has(child, TVK_HAS_TAG); });
     }
-    for (Node &child : tvk::children(node)) {
-        if (tvk::verdict(child) == TVK_NODE_KIND_KN &&
+    for (Node &child : children(node)) {
+        if (verdict(child) == TVK_NODE_KIND_KN &&
             tvk_map_dfs_sweep_stack_push(ctx, stack, &child, element->level + 1) == 0) {
             drop_children(ctx, child);
         }
@@ -51,8 +49,8 @@ uint32_t tvk_map_dfs_filter_sweep(tvk_map_ctx ctx, struct qidl_tvk_datatree *roo
     if (ctx == nullptr || root == nullptr) {
         return 0;
     }
-    tvk::WorkStack stack;
-    if (tvk::keeps_all(*root)) {
+    WorkStack stack;
+    if (keeps_all(*root)) {
         return 0;  // with all below it, memory or not
     }
     if (tvk_map_dfs_sweep_stack_push(ctx, stack.get(), root, 1) == 0) {

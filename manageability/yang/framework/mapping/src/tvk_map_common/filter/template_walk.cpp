@@ -3,14 +3,14 @@
 #include "tvk_map_common/filter/work_stack.h"
 #include "tvk_map_filter.h"
 
-using tvk::Node;
+using namespace tvk;
 
 uint32_t tvk_map_dfs_template(tvk_map_ctx ctx, struct qidl_tvk_datatree *root, tvk_map_dfs_push_fp push,
                               tvk_map_dfs_process_fp process) {
     if (ctx == nullptr || root == nullptr || push == nullptr || process == nullptr) {
         return 0;
     }
-    tvk::WorkStack stack;
+    WorkStack stack;
     if (push(ctx, stack.get(), root, 1) == 0) {
         return 0;
     }
@@ -22,10 +22,10 @@ uint32_t tvk_map_dfs_process_con_node(tvk_map_ctx ctx, struct kel_queue *stack,
     if (element == nullptr || element->node == nullptr) {
         return 0;
     }
-    if (tvk::is_of_type(*element->node, TVK_NODE_TYPE_CONTENT_MATCH)) {
+    if (is_of_type(*element->node, TVK_NODE_TYPE_CONTENT_MATCH)) {
         return 1;
     }
-    for (Node &child : tvk::children(*element->node)) {
+    for (Node &child : children(*element->node)) {
         tvk_map_dfs_sweep_stack_push(ctx, stack, &child, element->level + 1);
     }
     return 0;

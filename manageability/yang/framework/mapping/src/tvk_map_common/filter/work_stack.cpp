@@ -3,8 +3,7 @@
 
 #include "tvk_map_common/internal/node.h"
 
-using tvk::Node;
-using tvk::same_text;
+namespace tvk {
 
 namespace {
 
@@ -29,6 +28,10 @@ bool may_pair(const Node *source, const Node *target, int force) {
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 uint32_t tvk_map_dfs_stack_init(struct kel_queue *stack) {
     return kel_queue_init(stack, TVK_MAP_DFS_STACK_CAPACITY);

@@ -5,12 +5,9 @@
 
 #include "tvk_map_datatree.h"
 
-namespace {
+namespace tvk {
 
-using tvk::EntryTable;
-using tvk::KeyText;
-using tvk::Node;
-using tvk::TagGroups;
+namespace {
 
 // A record on the named heap.
 template <typename T>
@@ -73,6 +70,10 @@ struct IndexedChildren {
 };
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 // Parents in the order of their arrays' addresses, so that the list in which an entry stands is found from the entry.
 struct tvk_map_children_index {
@@ -170,10 +171,12 @@ private:
     std::size_t recent;  // most often the next one that is looked for, too
 };
 
+namespace tvk {
+
 namespace {
 
 tvk_map_children_index *index_of(tvk_map_ctx ctx) {
-    return tvk::keeps_index(ctx) ? ctx->state->children_index : nullptr;
+    return keeps_index(ctx) ? ctx->state->children_index : nullptr;
 }
 
 // Null when these children are not to be indexed, or cannot be.
@@ -235,13 +238,13 @@ bool forget_array(tvk_map_children_index &index, std::span<const Node> nodes, in
     }
     return std::ranges::all_of(nodes, [&](const Node &node) {
         return node.subtrees == nullptr ||
-               forget_array(index, tvk::child_array(node.subtrees, node.subtree_count), depth + 1);
+               forget_array(index, child_array(node.subtrees, node.subtree_count), depth + 1);
     });
 }
 
 }  // namespace
 
-bool tvk::find_places(tvk_map_ctx ctx, std::span<const Node> children, const char *tag, TagPlaces &places) {
+bool find_places(tvk_map_ctx ctx, std::span<const Node> children, const char *tag, TagPlaces &places) {
     IndexedChildren *known = indexed(ctx, children);
     if (known == nullptr || (known->tags == nullptr && (known->tags = make<TagGroups>()) == nullptr) ||
         !known->tags->take_in(children)) {
@@ -251,8 +254,8 @@ bool tvk::find_places(tvk_map_ctx ctx, std::span<const Node> children, const cha
     return true;
 }
 
-const tvk::EntryTable *tvk::find_entry_table(tvk_map_ctx ctx, std::span<const Node> children, const char *tag,
-                                             std::span<const KeyText> keys) {
+const EntryTable *find_entry_table(tvk_map_ctx ctx, std::span<const Node> children, const char *tag,
+                                   std::span<const KeyText> keys) {
     IndexedChildren *known = has_texts(keys) ? indexed(ctx, children) : nullptr;
     EntryTable *table = known != nullptr ? table_for(*known, tag, keys, children.size()) : nullptr;
     if (table != nullptr) {
@@ -261,7 +264,7 @@ const tvk::EntryTable *tvk::find_entry_table(tvk_map_ctx ctx, std::span<const No
     return table;
 }
 
-void tvk::children_grown(tvk_map_ctx ctx, const Node *from, std::span<const Node> to) {
+void children_grown(tvk_map_ctx ctx, const Node *from, std::span<const Node> to) {
     tvk_map_children_index *index = index_of(ctx);
     if (index == nullptr) {
         return;
@@ -278,13 +281,13 @@ void tvk::children_grown(tvk_map_ctx ctx, const Node *from, std::span<const Node
     }
 }
 
-void tvk::forget_children(tvk_map_ctx ctx, std::span<const Node> nodes) {
+void forget_children(tvk_map_ctx ctx, std::span<const Node> nodes) {
     if (tvk_map_children_index *index = index_of(ctx); index != nullptr && !forget_array(*index, nodes, 0)) {
         forget_index(ctx);
     }
 }
 
-void tvk::forget_last_child(tvk_map_ctx ctx, std::span<const Node> children) {
+void forget_last_child(tvk_map_ctx ctx, std::span<const Node> children) {
     forget_children(ctx, child_array(children.back().subtrees, children.back().subtree_count));
     tvk_map_children_index *index = index_of(ctx);
     if (auto *known = index != nullptr ? index->find(children.data()) : nullptr; known != nullptr) {
@@ -292,13 +295,20 @@ void tvk::forget_last_child(tvk_map_ctx ctx, std::span<const Node> children) {
     }
 }
 
-void tvk::forget_index(tvk_map_ctx ctx) {
+void forget_index(tvk_map_ctx ctx) {
     if (keeps_index(ctx)) {
         destroy(ctx->state->children_index);
     }
 }
 
-void tvk::entry_gains(tvk_map_ctx ctx, const Node &entry, const char *tag) {
+void release_nodes(tvk_map_ctx ctx, std::span<Node> nodes) {
+    forget_children(ctx, nodes);
+    for (Node &node : nodes) {
+        free_contents(node);
+    }
+}
+
+void entry_gains(tvk_map_ctx ctx, const Node &entry, const char *tag) {
     tvk_map_children_index *index = index_of(ctx);
     std::size_t position = 0;
     IndexedChildren *list = index != nullptr ? index->list_of(entry, position) : nullptr;
@@ -312,15 +322,17 @@ void tvk::entry_gains(tvk_map_ctx ctx, const Node &entry, const char *tag) {
     }
 }
 
+}  // namespace tvk
+
 qerrno tvk_map_forget_children(tvk_map_ctx ctx, const struct qidl_tvk_datatree *parent) {
     if (ctx == nullptr || ctx->state == nullptr) {
         return TVK_ERR_INVALID;
     }
     if (parent == nullptr) {
-        tvk::forget_index(ctx);
+        forget_index(ctx);
     } else {
-        tvk::forget_children(ctx, tvk::child_array(parent->subtrees, parent->subtree_count));
-        tvk::entry_gains(ctx, *parent, nullptr);
+        forget_children(ctx, child_array(parent->subtrees, parent->subtree_count));
+        entry_gains(ctx, *parent, nullptr);
     }
     return TVK_OK;
 }

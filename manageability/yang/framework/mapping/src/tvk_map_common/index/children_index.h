@@ -31,6 +31,8 @@ void forget_children(tvk_map_ctx ctx, std::span<const Node> nodes);
 // The last one of these children is about to go, which may then move the array.
 void forget_last_child(tvk_map_ctx ctx, std::span<const Node> children);
 void forget_index(tvk_map_ctx ctx);
+// Releases what nodes own, with all below them, and forgets it first. The array of the nodes stays.
+void release_nodes(tvk_map_ctx ctx, std::span<Node> nodes);
 
 // A node that may be a list entry gets a child of that tag, or a child of it another value; any one when it is null.
 void entry_gains(tvk_map_ctx ctx, const Node &entry, const char *tag);

@@ -2,9 +2,9 @@
 
 #include "tvk_map_common/index/text_hash.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 // The one child of that tag, when it is a leaf with a value.
 struct KeyLeaf {
@@ -14,7 +14,7 @@ struct KeyLeaf {
 
 KeyLeaf find_key_leaf(const Node &entry, const char *tag) {
     const Node *leaf = nullptr;
-    for (const Node &child : tvk::children(entry)) {
+    for (const Node &child : children(entry)) {
         if (child.tag == nullptr) {
             return {};
         }
@@ -27,7 +27,7 @@ KeyLeaf find_key_leaf(const Node &entry, const char *tag) {
         leaf = &child;
     }
     const bool has_value =
-        leaf != nullptr && tvk::has(*leaf, TVK_HAS_TAG) && tvk::has(*leaf, TVK_HAS_DATA) && leaf->data != nullptr;
+        leaf != nullptr && has(*leaf, TVK_HAS_TAG) && has(*leaf, TVK_HAS_DATA) && leaf->data != nullptr;
     return {has_value ? leaf : nullptr, leaf == nullptr};
 }
 
@@ -37,7 +37,7 @@ const char *behind(const char *text) {
 
 }  // namespace
 
-bool tvk::EntryTable::set_up(const char *tag, std::span<const KeyText> keys) {
+bool EntryTable::set_up(const char *tag, std::span<const KeyText> keys) {
     any_tag_ = tag == nullptr;
     std::size_t size = (any_tag_ ? 0 : std::strlen(tag)) + 1;
     for (const KeyText &key : keys) {
@@ -61,7 +61,7 @@ bool tvk::EntryTable::set_up(const char *tag, std::span<const KeyText> keys) {
     return true;
 }
 
-bool tvk::EntryTable::is_for(const char *tag, std::span<const KeyText> keys) const {
+bool EntryTable::is_for(const char *tag, std::span<const KeyText> keys) const {
     if (keys.size() != key_count_ || any_tag_ != (tag == nullptr) ||
         (!any_tag_ && std::strcmp(names_.get(), tag) != 0)) {
         return false;
@@ -76,7 +76,7 @@ bool tvk::EntryTable::is_for(const char *tag, std::span<const KeyText> keys) con
     return true;
 }
 
-void tvk::EntryTable::take_in(std::span<const Node> children) {
+void EntryTable::take_in(std::span<const Node> children) {
     if (!read_forgotten(children)) {
         clear();
     }
@@ -85,7 +85,7 @@ void tvk::EntryTable::take_in(std::span<const Node> children) {
     }
 }
 
-bool tvk::EntryTable::take_in(const Node &child) {
+bool EntryTable::take_in(const Node &child) {
     std::uint32_t hash = 0;
     const Keys keys = read(child, hash);
     if (keys == Keys::kUntold || !links_.append({0, kGone, 0})) {
@@ -98,7 +98,7 @@ bool tvk::EntryTable::take_in(const Node &child) {
     return true;
 }
 
-tvk::EntryTable::Keys tvk::EntryTable::read(const Node &child, std::uint32_t &hash) {
+EntryTable::Keys EntryTable::read(const Node &child, std::uint32_t &hash) {
     // A child without a tag ends some searches.
     if (child.tag == nullptr) {
         return Keys::kUntold;
@@ -123,7 +123,7 @@ tvk::EntryTable::Keys tvk::EntryTable::read(const Node &child, std::uint32_t &ha
     return keys;
 }
 
-bool tvk::EntryTable::read_forgotten(std::span<const Node> children) {
+bool EntryTable::read_forgotten(std::span<const Node> children) {
     for (const std::int32_t place : forgotten_.all()) {
         const auto position = static_cast<std::size_t>(place) - 1;
         if (position < frontier_ && !read_again(children[position], place)) {
@@ -134,7 +134,7 @@ bool tvk::EntryTable::read_forgotten(std::span<const Node> children) {
     return true;
 }
 
-bool tvk::EntryTable::read_again(const Node &child, std::int32_t place) {
+bool EntryTable::read_again(const Node &child, std::int32_t place) {
     std::uint32_t hash = 0;
     const Keys keys = read(child, hash);
     if (keys == Keys::kUntold) {
@@ -148,7 +148,7 @@ bool tvk::EntryTable::read_again(const Node &child, std::int32_t place) {
 }
 
 // Most often behind all others of the hash.
-bool tvk::EntryTable::put_in(std::int32_t place, std::uint32_t hash) {
+bool EntryTable::put_in(std::int32_t place, std::uint32_t hash) {
     Chain *chain = chains_.first(hash);
     if (chain == nullptr || chain->first == kGone) {
         if (chain == nullptr && !chains_.insert({hash, place, place})) {
@@ -171,7 +171,7 @@ bool tvk::EntryTable::put_in(std::int32_t place, std::uint32_t hash) {
     return true;
 }
 
-void tvk::EntryTable::take_out(std::int32_t place) {
+void EntryTable::take_out(std::int32_t place) {
     const Link taken = link(place);
     if (taken.previous == kGone) {
         return;
@@ -186,7 +186,7 @@ void tvk::EntryTable::take_out(std::int32_t place) {
     (taken.next != 0 ? link(taken.next).previous : chain.last) = taken.previous;
 }
 
-std::int32_t tvk::EntryTable::first(std::span<const KeyText> keys) const {
+std::int32_t EntryTable::first(std::span<const KeyText> keys) const {
     std::uint32_t hash = 0;
     for (const KeyText &key : keys) {
         hash = hash_text(key.value, hash);
@@ -195,7 +195,7 @@ std::int32_t tvk::EntryTable::first(std::span<const KeyText> keys) const {
     return chain != nullptr && chain->first != kGone ? chain->first : 0;
 }
 
-bool tvk::EntryTable::reads(const char *tag) const {
+bool EntryTable::reads(const char *tag) const {
     const char *name = names_.get();
     for (std::size_t i = 0; i < key_count_; ++i) {
         name = behind(name);
@@ -207,7 +207,7 @@ bool tvk::EntryTable::reads(const char *tag) const {
 }
 
 // Reading more than half of the entries one by one is no better than starting anew.
-void tvk::EntryTable::forget(std::size_t position) {
+void EntryTable::forget(std::size_t position) {
     if (position >= frontier_) {
         return;
     }
@@ -221,16 +221,18 @@ void tvk::EntryTable::forget(std::size_t position) {
     }
 }
 
-void tvk::EntryTable::drop_last() {
+void EntryTable::drop_last() {
     take_out(static_cast<std::int32_t>(frontier_));
     links_.drop_last();
     --frontier_;
 }
 
-void tvk::EntryTable::clear() {
+void EntryTable::clear() {
     chains_.clear();
     links_.clear();
     forgotten_.clear();
     frontier_ = 0;
     all_numbered_ = true;
 }
+
+}  // namespace tvk

@@ -2,7 +2,9 @@
 
 #include "tvk_map_common/index/text_hash.h"
 
-bool tvk::TagGroups::take_in(std::span<const Node> children) {
+namespace tvk {
+
+bool TagGroups::take_in(std::span<const Node> children) {
     while (known_ < children.size()) {
         if (children[known_].tag == nullptr || !add(children, static_cast<std::int32_t>(known_))) {
             return false;
@@ -12,13 +14,13 @@ bool tvk::TagGroups::take_in(std::span<const Node> children) {
     return true;
 }
 
-tvk::TagPlaces tvk::TagGroups::find(std::span<const Node> children, const char *tag) {
+TagPlaces TagGroups::find(std::span<const Node> children, const char *tag) {
     const Group *group = group_of(children, tag, nullptr);
     return group != nullptr ? group->places : TagPlaces{};
 }
 
 // The group that was asked for last is most often the next one, too.
-tvk::TagGroups::Group *tvk::TagGroups::group_of(std::span<const Node> children, const char *tag, std::uint32_t *hash) {
+TagGroups::Group *TagGroups::group_of(std::span<const Node> children, const char *tag, std::uint32_t *hash) {
     const auto is_of_tag = [&](const Group &group) {
         return same_text(children[static_cast<std::size_t>(group.places.last)].tag, tag);
     };
@@ -37,7 +39,7 @@ tvk::TagGroups::Group *tvk::TagGroups::group_of(std::span<const Node> children, 
     return nullptr;
 }
 
-bool tvk::TagGroups::add(std::span<const Node> children, std::int32_t position) {
+bool TagGroups::add(std::span<const Node> children, std::int32_t position) {
     const Node &child = children[static_cast<std::size_t>(position)];
     const bool unnumbered = child.subtree_index == 0;
     std::uint32_t hash = 0;
@@ -52,7 +54,7 @@ bool tvk::TagGroups::add(std::span<const Node> children, std::int32_t position) 
     return groups_.insert({hash, true, {position, position, unnumbered ? position : -1}});
 }
 
-bool tvk::TagGroups::drop_last(std::span<const Node> children) {
+bool TagGroups::drop_last(std::span<const Node> children) {
     const std::size_t last = children.size() - 1;
     if (known_ <= last) {
         return true;
@@ -69,3 +71,5 @@ bool tvk::TagGroups::drop_last(std::span<const Node> children) {
     known_ = last;
     return true;
 }
+
+}  // namespace tvk

@@ -6,29 +6,29 @@
 #include "tvk_map_common/internal/path.h"
 #include "tvk_map_lists.h"
 
-using tvk::Node;
+using namespace tvk;
 
 qerrno tvk_map_datatree_get_subtree(const struct qidl_tvk_datatree *parent, const struct qidl_tvk_datatree **found,
                                     const char *tag, const char *data, const char *ns) {
     if (parent == nullptr || found == nullptr) {
         return TVK_ERR_INVALID;
     }
-    if (tvk::lost_children(*parent)) {
+    if (lost_children(*parent)) {
         return TVK_ERR_NOT_FOUND;
     }
-    for (const Node &child : tvk::children(*parent)) {
+    for (const Node &child : children(*parent)) {
         if (child.tag == nullptr) {
             return TVK_ERR_INVALID;
         }
         // Values tell apart more children than tags do, and not all children have one.
-        if (data != nullptr && !(tvk::has(child, TVK_HAS_DATA) && tvk::same_text(child.data, data))) {
+        if (data != nullptr && !(has(child, TVK_HAS_DATA) && same_text(child.data, data))) {
             continue;
         }
-        if (!tvk::same_text(child.tag, tag)) {
+        if (!same_text(child.tag, tag)) {
             continue;
         }
         // By tag alone the first child decides, and it must be of the namespace.
-        if (data == nullptr && ns != nullptr && !tvk::same_text(child.ns, ns)) {
+        if (data == nullptr && ns != nullptr && !same_text(child.ns, ns)) {
             return TVK_ERR_INVALID;
         }
         *found = &child;
@@ -37,10 +37,12 @@ qerrno tvk_map_datatree_get_subtree(const struct qidl_tvk_datatree *parent, cons
     return TVK_ERR_INVALID;
 }
 
+namespace tvk {
+
 namespace {
 
 bool carries_value(const Node &node, const char *value) {
-    return tvk::has(node, TVK_HAS_DATA) && tvk::same_text(node.data, value);
+    return has(node, TVK_HAS_DATA) && same_text(node.data, value);
 }
 
 enum class Step { kValueMet, kGoOn, kNoTag };
@@ -48,11 +50,11 @@ enum class Step { kValueMet, kGoOn, kNoTag };
 // Looks at all children of the tag: the last one is descended to, the first one with the value ends the search.
 Step step_down(const Node *&node, const char *tag, const char *value) {
     const Node *next = node;
-    for (const Node &child : tvk::children(*node)) {
+    for (const Node &child : children(*node)) {
         if (child.tag == nullptr) {
             return Step::kNoTag;
         }
-        if (!tvk::same_text(child.tag, tag)) {
+        if (!same_text(child.tag, tag)) {
             continue;
         }
         next = &child;
@@ -66,35 +68,37 @@ Step step_down(const Node *&node, const char *tag, const char *value) {
 
 }  // namespace
 
+}  // namespace tvk
+
 qerrno tvk_map_get_subtree_from_key(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, const char *path,
                                     const char *key_value, const struct qidl_tvk_datatree *) {
     constexpr char kPrototype[] =
         "qerrno tvk_map_get_subtree_from_key(tvk_map_ctx, const struct qidl_tvk_datatree *, const char *, const char "
         "*, const struct qidl_tvk_datatree *)";
     if (node == nullptr || path == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    const tvk::NamedString copy = tvk::copy_text(path, "TVK MAP sub key");
+    const NamedString copy = copy_text(path, "TVK MAP sub key");
     if (copy == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
         TVK_ERR(ctx, "Failed to copy path string!");
         return TVK_ERR_NO_MEMORY;
     }
-    tvk::Components components{copy.get()};
-    if (tvk::same_text(node->tag, components.current()) && carries_value(*node, key_value)) {
+    Components components{copy.get()};
+    if (same_text(node->tag, components.current()) && carries_value(*node, key_value)) {
         return TVK_OK;
     }
     for (; components.current() != nullptr; components.advance()) {
-        if (tvk::children(*node).empty()) {
+        if (children(*node).empty()) {
             return TVK_ERR_NOT_FOUND;
         }
         switch (step_down(node, components.current(), key_value)) {
             case Step::kValueMet:
                 return TVK_OK;
             case Step::kNoTag:
-                TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+                TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
                 TVK_ERR(ctx, "Tag name is not available!");
                 return TVK_ERR_NOT_FOUND;
             case Step::kGoOn:

@@ -1,32 +1,22 @@
 #include "tvk_map_common/lists/list_search.h"
 
-#include "tvk_map_common/datatree/left_out.h"
+#include "tvk_map_common/datatree/platform_exclusions.h"
 #include "tvk_map_common/index/candidates.h"
-#include "tvk_map_common/internal/log.h"
-#include "tvk_map_common/internal/request.h"
+#include "tvk_map_common/paths/placement.h"
 #include "tvk_map_lists.h"
+
+namespace tvk {
 
 namespace {
 
-using tvk::Node;
-
 // Adding a path goes on below the last numbered child where a search takes the first.
 bool is_entered_by_additions(const Node &child) {
-    return child.subtree_index == 0 && tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_NS);
-}
-
-// Whether a path that is added now goes where it says, without being filtered, trimmed, recorded or logged.
-bool adds_what_it_says(tvk_map_ctx ctx) {
-    constexpr std::uint32_t kElsewhere = TVK_BUILD_FILTERED | TVK_BUILD_REPLACE_MERGING | TVK_BUILD_ERROR_NODE;
-    const tvk_map_request_state &state = *ctx->state;
-    return (state.build_flags & kElsewhere) == 0 && state.pending_trim_path == nullptr &&
-           state.output_list_count == 0 && state.path_record_mode == TVK_PATH_RECORD_OFF &&
-           ctx->intf_config_flag != 1 && !tvk::is_tracing(ctx);
+    return child.subtree_index == 0 && has(child, TVK_HAS_TAG) && has(child, TVK_HAS_NS);
 }
 
 }  // namespace
 
-bool tvk::walk_to_list(tvk_map_ctx ctx, const Node *&node, Components &components, const char *ns, bool &is_plain) {
+bool walk_to_list(tvk_map_ctx ctx, const Node *&node, Components &components, const char *ns, bool &is_plain) {
     is_plain = ns != nullptr;
     for (; components.current() != nullptr; components.advance()) {
         const Node *child = first_of_tag(ctx, *node, components.current());
@@ -43,7 +33,7 @@ bool tvk::walk_to_list(tvk_map_ctx ctx, const Node *&node, Components &component
     return false;
 }
 
-tvk::ListSearch::ListSearch(tvk_map_ctx ctx, const Node *root, const ListKey &key)
+ListSearch::ListSearch(tvk_map_ctx ctx, const Node *root, const ListKey &key)
     : ctx_(ctx), key_(key), path_(copy_text(key.list_path, "TVK_MAP")), parent_(root) {
     if (path_ == nullptr) {
         return;
@@ -59,8 +49,8 @@ tvk::ListSearch::ListSearch(tvk_map_ctx ctx, const Node *root, const ListKey &ke
     }
 }
 
-tvk::Node *tvk::ListSearch::place_for_entry() const {
-    if (!is_plain_ || !keeps_index(ctx_) || !adds_what_it_says(ctx_) || std::strchr(key_.name, '/') != nullptr ||
+Node *ListSearch::place_for_entry() const {
+    if (!is_plain_ || !keeps_index(ctx_) || !goes_where_it_says(ctx_) || std::strchr(key_.name, '/') != nullptr ||
         key_.name[0] == '\0') {
         return nullptr;
     }
@@ -70,3 +60,5 @@ tvk::Node *tvk::ListSearch::place_for_entry() const {
     const bool gets_the_key = entries != nullptr && entries->frontier() == siblings.size() && entries->all_numbered();
     return gets_the_key ? const_cast<Node *>(parent_) : nullptr;
 }
+
+}  // namespace tvk

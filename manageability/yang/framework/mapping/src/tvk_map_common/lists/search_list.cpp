@@ -9,22 +9,21 @@
 #include "tvk_map_datatree.h"
 #include "tvk_map_lists.h"
 
-using tvk::Node;
-using tvk::same_text;
+using namespace tvk;
 
 qerrno tvk_map_get_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **node, char *path, char *ns) {
     if (path == nullptr) {
         return TVK_ERR_INVALID;
     }
     if (node == nullptr || *node == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                            "qerrno tvk_map_get_list(tvk_map_ctx, const struct qidl_tvk_datatree **, char *, char *)");
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    tvk::Components components{path};
+    Components components{path};
     bool is_plain = false;
-    if (!tvk::walk_to_list(ctx, *node, components, ns, is_plain)) {
+    if (!walk_to_list(ctx, *node, components, ns, is_plain)) {
         tvk_oc_error_path(ctx);
         return TVK_ERR_INVALID;
     }
@@ -36,7 +35,7 @@ qerrno tvk_map_iterate_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **no
     constexpr char kPrototype[] =
         "qerrno tvk_map_iterate_list(tvk_map_ctx, const struct qidl_tvk_datatree **, char *, char *, char *, char *)";
     if (node == nullptr || *node == nullptr || list_path == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
@@ -48,18 +47,18 @@ qerrno tvk_map_iterate_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **no
             return TVK_ERR_NOT_FOUND;
         }
     }
-    const char *const entry_name = tvk::last_component(copy != nullptr ? copy.get() : list_path);
-    if (tvk::lost_children(**node)) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+    const char *const entry_name = last_component(copy != nullptr ? copy.get() : list_path);
+    if (lost_children(**node)) {
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
         TVK_ERR(ctx, "Failed to get subtrees!");
         return TVK_ERR_NOT_FOUND;
     }
-    const tvk::KeyText wanted{key_name, key_value};
-    tvk::EntryCandidates<const Node> entries{ctx, **node, entry_name, {&wanted, entry_name != nullptr ? 1u : 0u}};
+    const KeyText wanted{key_name, key_value};
+    EntryCandidates<const Node> entries{ctx, **node, entry_name, {&wanted, entry_name != nullptr ? 1u : 0u}};
     while (const Node *entry = entries.next()) {
         const Node *key = nullptr;
-        if (tvk_map_datatree_get_subtree(entry, &key, key_name, key_value, ns) == TVK_OK &&
-            tvk::has(*entry, TVK_HAS_TAG) && same_text(entry->tag, entry_name)) {
+        if (tvk_map_datatree_get_subtree(entry, &key, key_name, key_value, ns) == TVK_OK && has(*entry, TVK_HAS_TAG) &&
+            same_text(entry->tag, entry_name)) {
             *node = entry;
             return TVK_OK;
         }
@@ -67,10 +66,12 @@ qerrno tvk_map_iterate_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **no
     return TVK_ERR_INVALID;
 }
 
+namespace tvk {
+
 namespace {
 
 // The entry and its key by one path each. key_path has room for the path of the key leaf.
-qerrno add_paths(tvk_map_ctx ctx, Node *root, const Node **entry, const tvk::ListKey &key, char *key_path,
+qerrno add_paths(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey &key, char *key_path,
                  std::size_t size) {
     Node *added = nullptr;
     const qerrno entry_status =
@@ -91,7 +92,7 @@ qerrno add_paths(tvk_map_ctx ctx, Node *root, const Node **entry, const tvk::Lis
 }
 
 // The same, where the search has shown that the paths lead there.
-qerrno add_directly(tvk_map_ctx ctx, Node &parent, const char *name, const Node **entry, const tvk::ListKey &key) {
+qerrno add_directly(tvk_map_ctx ctx, Node &parent, const char *name, const Node **entry, const ListKey &key) {
     Node *added = nullptr;
     const qerrno status =
         tvk_map_datatree_add_subtree_flagged(ctx, &parent, name, key.ns, nullptr, nullptr, &added, 1, 0);
@@ -104,18 +105,20 @@ qerrno add_directly(tvk_map_ctx ctx, Node &parent, const char *name, const Node 
 
 }  // namespace
 
+}  // namespace tvk
+
 qerrno tvk_map_search_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root,
                            const struct qidl_tvk_datatree **entry, char *list_path, char *key_value, char *key_name,
                            char *ns) {
     if (root == nullptr || entry == nullptr || list_path == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                            "qerrno tvk_map_search_list(tvk_map_ctx, const struct qidl_tvk_datatree *, const struct "
                            "qidl_tvk_datatree **, char *, char *, char *, char *)");
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    const tvk::ListKey key{list_path, key_value, key_name, ns};
-    const tvk::ListSearch search{ctx, root, key};
+    const ListKey key{list_path, key_value, key_name, ns};
+    const ListSearch search{ctx, root, key};
     if (search.entry() == nullptr) {
         return search.was_made() ? TVK_ERR_INVALID : TVK_ERR_NOT_FOUND;
     }
@@ -126,7 +129,7 @@ qerrno tvk_map_search_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root
 qerrno tvk_map_search_or_add_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root,
                                   const struct qidl_tvk_datatree **entry, char *list_path, char *key_value,
                                   char *key_name, char *ns) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_search_or_add_list(tvk_map_ctx, const struct qidl_tvk_datatree *, const struct "
                        "qidl_tvk_datatree **, char *, char *, char *, char *)");
     TVK_TRC(ctx, "Start");
@@ -134,8 +137,8 @@ qerrno tvk_map_search_or_add_list(tvk_map_ctx ctx, const struct qidl_tvk_datatre
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    const tvk::ListKey key{list_path, key_value, key_name, ns};
-    const tvk::ListSearch search{ctx, root, key};
+    const ListKey key{list_path, key_value, key_name, ns};
+    const ListSearch search{ctx, root, key};
     qerrno status = TVK_OK;
     if (const Node *found = search.entry(); found != nullptr && (ns == nullptr || same_text(found->ns, ns))) {
         *entry = found;
@@ -143,7 +146,7 @@ qerrno tvk_map_search_or_add_list(tvk_map_ctx ctx, const struct qidl_tvk_datatre
         status = add_directly(ctx, *parent, search.entry_name(), entry, key);
     } else {
         const std::size_t size = std::strlen(list_path) + std::strlen(key_name) + 2;
-        const tvk::NamedString key_path = tvk::allocate_text(size, "TVK MAP search list");
+        const NamedString key_path = allocate_text(size, "TVK MAP search list");
         if (key_path == nullptr) {
             TVK_ERR(ctx, "Failed to allocate for key path!");
             return TVK_ERR_NO_MEMORY;

@@ -3,8 +3,10 @@
 #include "tvk_map_common/internal/request.h"
 #include "tvk_map_session.h"
 
+using namespace tvk;
+
 tvk_agent_type_e tvk_map_get_agent_type(tvk_map_ctx ctx) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, "tvk_agent_type_e tvk_map_get_agent_type(tvk_map_ctx)");
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource, "tvk_agent_type_e tvk_map_get_agent_type(tvk_map_ctx)");
     if (ctx->req_ctx == nullptr || ctx->req_ctx->tvk_ctx == nullptr) {
         TVK_ERR(ctx, "Invalid arguments passed for agent type check");
         return TVK_AGENT_OTHER;
@@ -13,8 +15,8 @@ tvk_agent_type_e tvk_map_get_agent_type(tvk_map_ctx ctx) {
 }
 
 int tvk_map_is_with_defaults_enabled(tvk_map_ctx ctx) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, "int tvk_map_is_with_defaults_enabled(tvk_map_ctx)");
-    if (!tvk::has_request(ctx)) {
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource, "int tvk_map_is_with_defaults_enabled(tvk_map_ctx)");
+    if (!has_request(ctx)) {
         TVK_ERR(ctx, "Invalid arguments passed for with-defaults check");
         return 0;
     }

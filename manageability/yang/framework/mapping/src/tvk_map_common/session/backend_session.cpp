@@ -2,6 +2,8 @@
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_session.h"
 
+namespace tvk {
+
 namespace {
 
 constexpr char kPrototype[] = "qerrno tvk_map_get_backend_session(tvk_request_ctx *, me_backend_session_ctx_t **)";
@@ -35,8 +37,12 @@ qerrno find_backend_session(const tvk_request_ctx &req_ctx, me_backend_session_c
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_get_backend_session(tvk_request_ctx *req_ctx, me_backend_session_ctx_t **backend_session) {
-    TVK_ASSERT(req_ctx != nullptr && req_ctx->tvk_ctx != nullptr, "NULL != req_ctx->tvk_ctx", tvk::kCommonSource,
+    TVK_ASSERT(req_ctx != nullptr && req_ctx->tvk_ctx != nullptr, "NULL != req_ctx->tvk_ctx", kCommonSource,
                kPrototype);
     TVK_TRC(req_ctx->tvk_ctx, "Entering %s", __func__);
     const qerrno status = find_backend_session(*req_ctx, backend_session);
@@ -65,7 +71,7 @@ varn_conn_hdl varn_backend_get_varn_conn(const me_backend_session_ctx_t *backend
 }
 
 varn_conn_hdl tvk_map_get_varn_conn_hdl(tvk_map_ctx ctx, uint32_t kind, int32_t alternate_b, int32_t alternate_a) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "varn_conn_hdl tvk_map_get_varn_conn_hdl(tvk_map_ctx, uint32_t, int32_t, int32_t)");
     me_backend_session_ctx_t *backend_session = nullptr;
     if (tvk_map_get_backend_session(ctx->req_ctx, &backend_session) != TVK_OK) {

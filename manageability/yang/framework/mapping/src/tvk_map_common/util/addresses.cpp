@@ -5,6 +5,8 @@
 
 #include "tvk_map_util.h"
 
+namespace tvk {
+
 namespace {
 
 #define OCTET "([0-9]|[1-9][0-9]|1([0-9][0-9])|2([0-4][0-9])|25[0-5])"
@@ -16,6 +18,10 @@ regex_t ipv4_expression;
 bool ipv4_compiled = false;
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 int tvk_map_is_valid_ipv4_addr(const char *addr) {
     if (addr == nullptr) {

@@ -6,10 +6,9 @@
 #include "tvk_map_common/internal/request.h"
 #include "tvk_map_walk.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
-using tvk::same_text;
+namespace {
 
 // Calls visit with the node of each hierarchy slot of that path until it answers true. All slots are looked at, the
 // popped ones are without a path.
@@ -25,13 +24,13 @@ bool any_level(tvk_map_ctx ctx, const char *path, Visit visit) {
 }
 
 bool is_named(const Node &node, const char *tag) {
-    return tvk::has(node, TVK_HAS_TAG) && same_text(node.tag, tag);
+    return has(node, TVK_HAS_TAG) && same_text(node.tag, tag);
 }
 
 // The first descendant whose tags, level by level, are those given; every branch of those tags is tried.
 template <std::size_t kDepth>
 Node *find_descendant(Node &node, const std::array<const char *, kDepth> &tags, std::size_t depth = 0) {
-    for (Node &child : tvk::children(node)) {
+    for (Node &child : children(node)) {
         if (!is_named(child, tags[depth])) {
             continue;
         }
@@ -66,7 +65,7 @@ qerrno give_value(const Node *node, char **value) {
 // Below a key-only entry the children are not at their node but on the instance-tree stack.
 Node *find_instance(tvk_map_ctx ctx, const char *tag) {
     tvk_map_itree_item *item = nullptr;
-    if (tvk::is_propagating(ctx) || tvk::is_working_on_keys(ctx)) {
+    if (is_propagating(ctx) || is_working_on_keys(ctx)) {
         tvk_map_util_itree_stack_peak(ctx, &item);
     }
     if (item == nullptr || item->nodes == nullptr) {
@@ -79,6 +78,10 @@ Node *find_instance(tvk_map_ctx ctx, const char *tag) {
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 qerrno tvk_map_get_node_info(tvk_map_ctx ctx, const char *path, const char *tag, char **value) {
     const Node *found = nullptr;

@@ -2,22 +2,21 @@
 //
 // A node that was descended into keeps its parent where other nodes keep attributes, with attribute_count 0, so that
 // nobody follows it as attributes.
-#include "tvk_map_common/index/children_index.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/owned.h"
+#include "tvk_map_common/state/request_state.h"
 #include "tvk_map_datatree.h"
 #include "tvk_map_walk.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
-using tvk::same_text;
+namespace {
 
 void link_to_parent(Node &node, Node *parent) {
     node.attributes = reinterpret_cast<struct qidl_tvk_name_value *>(parent);
     node.attribute_count = 0;
-    tvk::set_present(node, TVK_HAS_ATTRIBUTES);
+    set_present(node, TVK_HAS_ATTRIBUTES);
 }
 
 Node *parent_of(const Node &node) {
@@ -25,7 +24,7 @@ Node *parent_of(const Node &node) {
 }
 
 Node *make_root() {
-    tvk::NamedBlock<Node> root{static_cast<Node *>(kel_named_calloc_(1, sizeof(Node), "TVK_MAP", 0))};
+    NamedBlock<Node> root{static_cast<Node *>(kel_named_calloc_(1, sizeof(Node), "TVK_MAP", 0))};
     if (root == nullptr) {
         return nullptr;
     }
@@ -33,7 +32,7 @@ Node *make_root() {
     if (root->tag == nullptr) {
         return nullptr;
     }
-    tvk::set_present(*root, TVK_HAS_TAG);
+    set_present(*root, TVK_HAS_TAG);
     link_to_parent(*root, nullptr);
     return root.release();
 }
@@ -64,8 +63,8 @@ qerrno start_schema(tvk_map_ctx ctx, const Node &node) {
 
 // The child's namespace is compared with the node's tag.
 bool is_there_already(const Node &parent, const Node &node) {
-    for (const Node &child : tvk::children(parent)) {
-        if (tvk::has(child, TVK_HAS_TAG) && tvk::has(child, TVK_HAS_NS) && same_text(child.tag, node.tag) &&
+    for (const Node &child : children(parent)) {
+        if (has(child, TVK_HAS_TAG) && has(child, TVK_HAS_NS) && same_text(child.tag, node.tag) &&
             same_text(child.ns, node.tag)) {
             return true;
         }
@@ -74,6 +73,10 @@ bool is_there_already(const Node &parent, const Node &node) {
 }
 
 }  // namespace
+
+}  // namespace tvk
+
+using namespace tvk;
 
 qerrno tvk_map_add_node_to_req_tree_schema(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node, uint32_t kind) {
     if (ctx == nullptr || ctx->state == nullptr || node == nullptr) {
@@ -105,19 +108,15 @@ qerrno tvk_map_update_req_tree_schema(tvk_map_ctx ctx) {
         return TVK_OK;
     }
     tvk_map_request_state &state = *ctx->state;
-    TVK_ASSERT(state.req_tree_schema_parent != nullptr, "NULL != ctx->state->req_tree_schema_parent",
-               tvk::kCommonSource, "qerrno tvk_map_update_req_tree_schema(tvk_map_ctx)");
+    TVK_ASSERT(state.req_tree_schema_parent != nullptr, "NULL != ctx->state->req_tree_schema_parent", kCommonSource,
+               "qerrno tvk_map_update_req_tree_schema(tvk_map_ctx)");
     state.req_tree_schema_last = state.req_tree_schema_parent;
     state.req_tree_schema_parent = parent_of(*state.req_tree_schema_parent);
     return TVK_OK;
 }
 
 void tvk_map_free_req_tree_schema(tvk_map_ctx ctx) {
-    if (ctx == nullptr || ctx->state == nullptr || ctx->state->req_tree_schema == nullptr) {
-        return;
+    if (ctx != nullptr && ctx->state != nullptr) {
+        release_request_schema(ctx);
     }
-    tvk::forget_children(ctx, {ctx->state->req_tree_schema, 1});
-    tvk::free_contents(*ctx->state->req_tree_schema);
-    kel_named_free(ctx->state->req_tree_schema);
-    ctx->state->req_tree_schema = nullptr;
 }

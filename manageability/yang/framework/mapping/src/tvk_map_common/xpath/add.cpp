@@ -6,9 +6,9 @@
 #include "tvk_map_common/xpath/key_groups.h"
 #include "tvk_map_datatree.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 constexpr int kWhereItStands = TVK_ADD_RELATIVE | TVK_ADD_UNFILTERED;
 
@@ -43,7 +43,7 @@ public:
     AddWalk &operator=(const AddWalk &) = delete;
 
     qerrno run(const char *remaining) {
-        for (tvk::Steps steps{remaining}; !steps.at_end(); steps.advance()) {
+        for (Steps steps{remaining}; !steps.at_end(); steps.advance()) {
             if (!steps.is_keyed()) {
                 pending_ << (pending_.is_empty() ? "" : "/") << steps.text();
                 has_plain_step_ = true;
@@ -78,12 +78,12 @@ private:
     }
 
     qerrno add_entry(std::string_view step) {
-        tvk::KeyGroups keys;
-        if (!tvk::tvk_map_get_key_value_info(step, keys)) {
+        KeyGroups keys;
+        if (!tvk_map_get_key_value_info(step, keys)) {
             return TVK_ERR_INVALID;
         }
         PathText name;
-        name << tvk::list_name(step);
+        name << list_name(step);
         Node *entry = nullptr;
         tvk_map_datatree_add_path_common_flagged(ctx_, attachment_, name.get(), record_.ns, nullptr, nullptr, &entry, 1,
                                                  0);
@@ -92,7 +92,7 @@ private:
         }
         attachment_ = entry;
         qerrno status = TVK_OK;
-        for (const tvk::KeyGroup &key : keys.all()) {
+        for (const KeyGroup &key : keys.all()) {
             status = add_below_attachment(key.name, key.value, 0, nullptr);
         }
         return status;
@@ -120,9 +120,11 @@ private:
 
 }  // namespace
 
-qerrno tvk::add_remaining_path(tvk_map_ctx ctx, tvk_map_node_operation &record, const char *remaining) {
+qerrno add_remaining_path(tvk_map_ctx ctx, tvk_map_node_operation &record, const char *remaining) {
     AddWalk walk{ctx, record};
     const qerrno status = walk.run(remaining);
     record.result = status == TVK_OK ? walk.attachment() : nullptr;
     return status;
 }
+
+}  // namespace tvk

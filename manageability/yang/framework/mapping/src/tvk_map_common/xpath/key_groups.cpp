@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace tvk {
+
 namespace {
 
 bool is_separator(char c) {
@@ -21,17 +23,17 @@ void copy(char *destination, std::string_view text) {
 
 }  // namespace
 
-bool tvk::Steps::is_last() const {
+bool Steps::is_last() const {
     const char *rest = at_ + length_;
     return rest[std::strspn(rest, "/")] == '\0';
 }
 
-void tvk::Steps::advance() {
+void Steps::advance() {
     at_ += length_;
     cut();
 }
 
-void tvk::Steps::cut() {
+void Steps::cut() {
     while (*at_ == '/') {
         ++at_;
     }
@@ -45,7 +47,7 @@ void tvk::Steps::cut() {
     length_ = static_cast<std::size_t>(end - at_);
 }
 
-std::string_view tvk::list_name(std::string_view keyed_step) {
+std::string_view list_name(std::string_view keyed_step) {
     return {keyed_step.data(), keyed_step.find('[')};
 }
 
@@ -81,9 +83,7 @@ public:
 
     std::string_view name() const { return name_; }
     std::string_view value() const { return value_; }
-    bool fits() const {
-        return name_.size() < sizeof tvk::KeyGroup::name && value_.size() < sizeof tvk::KeyGroup::value;
-    }
+    bool fits() const { return name_.size() < sizeof KeyGroup::name && value_.size() < sizeof KeyGroup::value; }
 
 private:
     const char *value_end(const char *value) const {
@@ -110,7 +110,7 @@ std::size_t count_keys(std::string_view keyed_step) {
 
 }  // namespace
 
-bool tvk::tvk_map_get_key_value_info(std::string_view keyed_step, KeyGroups &keys) {
+bool tvk_map_get_key_value_info(std::string_view keyed_step, KeyGroups &keys) {
     keys.count = 0;
     for (KeyCursor key{keyed_step}; key.advance(); ++keys.count) {
         if (keys.count == TVK_MAP_XPATH_MAX_KEYS || !key.fits()) {
@@ -123,7 +123,7 @@ bool tvk::tvk_map_get_key_value_info(std::string_view keyed_step, KeyGroups &key
 }
 
 // Only keyed steps can be unusable, so the search is for their brackets: most of a path is never cut.
-bool tvk::has_usable_steps(const char *path) {
+bool has_usable_steps(const char *path) {
     const char *open = std::strchr(path, '[');
     while (open != nullptr) {
         const char *close = find_close(strchrnul(open, '/'));
@@ -134,3 +134,5 @@ bool tvk::has_usable_steps(const char *path) {
     }
     return true;
 }
+
+}  // namespace tvk

@@ -1,7 +1,8 @@
 // One operation on the node at an xpath.
 #include <cstring>
+#include <utility>
 
-#include "tvk_map_common/index/children_index.h"
+#include "tvk_map_common/datatree/children.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -10,9 +11,9 @@
 #include "tvk_map_common/xpath/key_groups.h"
 #include "tvk_map_common/xpath/search.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 constexpr char kPrototype[] = "qerrno tvk_map_tree_xpath_operations(tvk_map_ctx, struct tvk_map_node_operation *)";
 
@@ -32,36 +33,33 @@ bool is_valid(const tvk_map_node_operation &record) {
     return record.op >= TVK_XPATH_ADD && record.op <= TVK_XPATH_READ && record.kind >= TVK_XPATH_CONTAINER &&
            record.kind <= TVK_XPATH_LEAF_INSTANCE && is_filled(record.ns) && is_filled(record.xpath) &&
            (!stores_value(record) || std::memchr(record.value, '\0', sizeof record.value) != nullptr) &&
-           tvk::has_usable_steps(record.xpath);
+           has_usable_steps(record.xpath);
 }
 
 qerrno add(tvk_map_ctx ctx, tvk_map_node_operation &record) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
-    tvk::XpathSearch search{&record, 0, ctx};
-    if (tvk::tvk_map_search_subtree_node(search) != TVK_ERR_NOT_PRESENT) {
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
+    XpathSearch search{&record, 0, ctx};
+    if (tvk_map_search_subtree_node(search) != TVK_ERR_NOT_PRESENT) {
         TVK_ERR_AS(kOperation, ctx, "Node already present in the path %s\n", record.xpath);
         return TVK_ERR_PRESENT;
     }
     // The leading "/" is counted whether the path has one or not: without one, what is left is another path.
     const char *remaining = record.xpath + search.stop_offset + 1;
-    const bool is_usable = record.xpath[0] == '/' || tvk::has_usable_steps(remaining);
-    if (!is_usable || tvk::Steps{remaining}.at_end()) {
+    const bool is_usable = record.xpath[0] == '/' || has_usable_steps(remaining);
+    if (!is_usable || Steps{remaining}.at_end()) {
         record.result = nullptr;
         return TVK_ERR_INVALID;
     }
-    return tvk::add_remaining_path(ctx, record, remaining);
+    return add_remaining_path(ctx, record, remaining);
 }
 
 qerrno modify(tvk_map_ctx ctx, tvk_map_node_operation &record, const Node &parent) {
-    char *copy = tvk_strdup(record.value, "TVK MAP MODIFY DATA");
+    NamedString copy = copy_text(record.value, "TVK MAP MODIFY DATA");
     if (copy == nullptr) {
         record.result = nullptr;
         return TVK_ERR_NO_MEMORY;
     }
-    tvk::entry_gains(ctx, parent, record.result->tag);
-    // The former value stays with whoever else holds it.
-    record.result->data = copy;
-    tvk::set_present(*record.result, TVK_HAS_DATA);
+    set_value(ctx, parent, *record.result, std::move(copy));
     return TVK_OK;
 }
 
@@ -72,11 +70,11 @@ void read(tvk_map_node_operation &record) {
 }
 
 qerrno find(tvk_map_ctx ctx, tvk_map_node_operation &record, const Node *&parent) {
-    tvk::XpathSearch search{&record, 0, ctx};
-    const qerrno status = tvk::tvk_map_search_subtree_node(search);
+    XpathSearch search{&record, 0, ctx};
+    const qerrno status = tvk_map_search_subtree_node(search);
     parent = search.parent;
     if (status != TVK_OK) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
         TVK_ERR_AS(kOperation, ctx, "Node not present in the path %s\n", record.xpath);
     }
     return status;
@@ -84,9 +82,13 @@ qerrno find(tvk_map_ctx ctx, tvk_map_node_operation &record, const Node *&parent
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_tree_xpath_operations(tvk_map_ctx ctx, struct tvk_map_node_operation *record) {
     if (record == nullptr || record->root == nullptr) {
-        TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource, kPrototype);
+        TVK_ASSERT_CONTEXT(ctx, kCommonSource, kPrototype);
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }

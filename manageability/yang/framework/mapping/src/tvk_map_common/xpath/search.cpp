@@ -7,9 +7,9 @@
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/xpath/key_groups.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 // A name cut from a path, with a terminator of its own.
 class Name {
@@ -27,7 +27,7 @@ private:
 
 // The first child of that name; TVK_ERR_NOT_FOUND when a child without a tag comes first.
 qerrno find_child(tvk_map_ctx ctx, Node &node, const char *name, Node *&found) {
-    Node *child = tvk::first_of_tag(ctx, node, name);
+    Node *child = first_of_tag(ctx, node, name);
     if (child == nullptr) {
         return TVK_ERR_NOT_PRESENT;
     }
@@ -39,14 +39,14 @@ qerrno find_child(tvk_map_ctx ctx, Node &node, const char *name, Node *&found) {
 }
 
 // The entry's children are looked through without an index: making one could push out that of the list.
-qerrno compare_keys(Node &entry, const tvk::KeyGroups &keys) {
-    for (const tvk::KeyGroup &key : keys.all()) {
+qerrno compare_keys(Node &entry, const KeyGroups &keys) {
+    for (const KeyGroup &key : keys.all()) {
         Node *leaf = nullptr;
         if (const qerrno status = find_child(nullptr, entry, key.name, leaf); status != TVK_OK) {
             return status;
         }
         // The value as it stands, whatever its presence bit says.
-        if (!tvk::same_text(leaf->data, key.value)) {
+        if (!same_text(leaf->data, key.value)) {
             return TVK_ERR_NOT_PRESENT;
         }
     }
@@ -59,16 +59,14 @@ bool is_going(const Node &entry) {
 }
 
 qerrno find_entry(tvk_map_ctx ctx, Node &node, std::string_view step, bool adding, Node *&found) {
-    tvk::KeyGroups keys;
-    if (!tvk::tvk_map_get_key_value_info(step, keys)) {
+    KeyGroups keys;
+    if (!tvk_map_get_key_value_info(step, keys)) {
         return TVK_ERR_INVALID;
     }
-    tvk::KeyText texts[TVK_MAP_XPATH_MAX_KEYS];
-    std::ranges::transform(keys.all(), texts, [](const tvk::KeyGroup &key) {
-        return tvk::KeyText{key.name, key.value};
-    });
-    const Name name{tvk::list_name(step)};
-    tvk::EntryCandidates<Node> entries{ctx, node, name.get(), {texts, keys.count}};
+    KeyText texts[TVK_MAP_XPATH_MAX_KEYS];
+    std::ranges::transform(keys.all(), texts, [](const KeyGroup &key) { return KeyText{key.name, key.value}; });
+    const Name name{list_name(step)};
+    EntryCandidates<Node> entries{ctx, node, name.get(), {texts, keys.count}};
     while (Node *entry = entries.next()) {
         if (entry->tag == nullptr) {
             return TVK_ERR_NOT_FOUND;
@@ -84,8 +82,7 @@ qerrno find_entry(tvk_map_ctx ctx, Node &node, std::string_view step, bool addin
     return TVK_ERR_NOT_PRESENT;
 }
 
-qerrno find_step(tvk_map_ctx ctx, Node &node, const tvk::Steps &steps, const tvk_map_node_operation &record,
-                 Node *&found) {
+qerrno find_step(tvk_map_ctx ctx, Node &node, const Steps &steps, const tvk_map_node_operation &record, Node *&found) {
     const bool adding = record.op == TVK_XPATH_ADD;
     if (steps.is_keyed()) {
         return find_entry(ctx, node, steps.text(), adding, found);
@@ -98,11 +95,11 @@ qerrno find_step(tvk_map_ctx ctx, Node &node, const tvk::Steps &steps, const tvk
 
 }  // namespace
 
-qerrno tvk::tvk_map_search_subtree_node(XpathSearch &search) {
+qerrno tvk_map_search_subtree_node(XpathSearch &search) {
     tvk_map_node_operation &record = *search.record;
     const char *path = record.xpath[0] == '/' ? record.xpath + 1 : record.xpath;
     Node *node = record.root;
-    tvk::Steps steps{path};
+    Steps steps{path};
     if (steps.at_end()) {
         record.result = nullptr;  // root is not what such a path means, and no place to add to
         return TVK_ERR_INVALID;
@@ -120,3 +117,5 @@ qerrno tvk::tvk_map_search_subtree_node(XpathSearch &search) {
     record.result = status == TVK_OK || record.op == TVK_XPATH_ADD ? node : nullptr;
     return status;
 }
+
+}  // namespace tvk

@@ -6,9 +6,9 @@
 #include "tvk_map_walk.h"
 #include "tvk_map_xpath.h"
 
-namespace {
+namespace tvk {
 
-using tvk::Node;
+namespace {
 
 // Appends stop at the first that does not fit; the buffer is empty then.
 class XpathText {
@@ -29,9 +29,9 @@ private:
 // While keys or a propagation are worked on, the node of a list entry may stand for entries that the mapping code put
 // on the stack.
 std::span<Node> key_candidates(tvk_map_ctx ctx, Node &list_entry) {
-    const auto children = tvk::children(list_entry);
-    if (!children.empty() || (!tvk::is_propagating(ctx) && !tvk::is_working_on_keys(ctx))) {
-        return children;
+    const std::span<Node> own = children(list_entry);
+    if (!own.empty() || (!is_propagating(ctx) && !is_working_on_keys(ctx))) {
+        return own;
     }
     tvk_map_itree_item *item = nullptr;
     tvk_map_util_itree_stack_peak(ctx, &item);
@@ -40,7 +40,7 @@ std::span<Node> key_candidates(tvk_map_ctx ctx, Node &list_entry) {
     }
     const std::span<Node> nodes{item->nodes, item->node_count};
     for (Node &node : nodes) {
-        tvk::mark_key(node);
+        mark_key(node);
     }
     return nodes;
 }
@@ -55,10 +55,14 @@ const tvk_map_hierarchy_level *list_level(tvk_map_ctx ctx, std::int64_t index) {
 
 }  // namespace
 
+}  // namespace tvk
+
+using namespace tvk;
+
 qerrno tvk_map_xpath_list_append(tvk_map_ctx ctx, char *xpath, struct qidl_tvk_datatree *list_entry,
                                  const char *token) {
     TVK_ASSERT_CONTEXT(
-        ctx, tvk::kCommonSource,
+        ctx, kCommonSource,
         "qerrno tvk_map_xpath_list_append(tvk_map_ctx, char *, struct qidl_tvk_datatree *, const char *)");
     if (xpath == nullptr || list_entry == nullptr) {
         TVK_ERR(ctx, "NULL argument(s) passed!");
@@ -69,8 +73,8 @@ qerrno tvk_map_xpath_list_append(tvk_map_ctx ctx, char *xpath, struct qidl_tvk_d
     text << token;
     bool has_keys = false;
     for (const Node &child : candidates) {
-        if (tvk::is_key(child)) {
-            text << (has_keys ? "][" : "[") << child.tag << "=" << (tvk::has(child, TVK_HAS_DATA) ? child.data : "");
+        if (is_key(child)) {
+            text << (has_keys ? "][" : "[") << child.tag << "=" << (has(child, TVK_HAS_DATA) ? child.data : "");
             has_keys = true;
         }
     }
@@ -80,7 +84,7 @@ qerrno tvk_map_xpath_list_append(tvk_map_ctx ctx, char *xpath, struct qidl_tvk_d
 
 qerrno tvk_map_build_xpath_from_tokens(tvk_map_ctx ctx, const char *const *tokens, uint32_t token_count,
                                        int32_t level_offset, char *xpath, char *trim_path) {
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_build_xpath_from_tokens(tvk_map_ctx, const char *const *, uint32_t, int32_t, "
                        "char *, char *)");
     if (xpath == nullptr) {
@@ -107,10 +111,10 @@ qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qidl_tvk_datatr
                                    struct qidl_tvk_datatree *root, const void *, const char *ns,
                                    const char *const *tokens, uint32_t token_count) {
     constexpr std::int32_t kLevelOffset = -1;
-    TVK_ASSERT_CONTEXT(ctx, tvk::kCommonSource,
+    TVK_ASSERT_CONTEXT(ctx, kCommonSource,
                        "qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx, const struct qidl_tvk_datatree *, struct "
                        "qidl_tvk_datatree *, const void *, const char *, const char *const *, uint32_t)");
-    if (!tvk::is_read_request(ctx)) {
+    if (!is_read_request(ctx)) {
         return TVK_OK;
     }
     if (leaf == nullptr || root == nullptr || ns == nullptr || tokens == nullptr) {
@@ -128,7 +132,7 @@ qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qidl_tvk_datatr
         status != TVK_OK) {
         return status;
     }
-    if (tvk::has(*leaf, TVK_HAS_DATA) && leaf->data != nullptr) {
+    if (has(*leaf, TVK_HAS_DATA) && leaf->data != nullptr) {
         strncpy_s(record.value, sizeof record.value, leaf->data, sizeof record.value - 1);
     }
     const qerrno status = tvk_map_tree_xpath_operations(ctx, &record);

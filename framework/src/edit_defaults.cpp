@@ -1,0 +1,159 @@
+#include "framework/edit_defaults.h"
+
+#include <algorithm>
+
+#include "framework/get_run.h"
+#include "framework/heap.h"
+#include "framework/request_errors.h"
+#include "tvk_map_filter.h"
+
+namespace tvk::framework {
+
+namespace {
+
+// walked is a copy of node in which keys are marked. True when something below node has an operation.
+bool keep_what_acts(Node &node, const Node &walked) {
+    bool acts = false;
+    int32_t kept = 0;
+    for (int32_t i = 0; i < node.subtree_count; ++i) {
+        Node &child = node.subtrees[i];
+        const bool child_acts = has_operation(child) || keep_what_acts(child, walked.subtrees[i]);
+        acts = acts || child_acts;
+        if (child_acts || has_key_mark(walked.subtrees[i])) {
+            std::swap(node.subtrees[kept++], child);
+        }
+    }
+    for (int32_t i = kept; i < node.subtree_count; ++i) {
+        release(node.subtrees[i]);
+    }
+    node.subtree_count = kept;
+    return acts;
+}
+
+// Leaves of a request what stands around the nodes that carry an operation.
+void drop_what_acts(Node &node) {
+    int32_t kept = 0;
+    for (int32_t i = 0; i < node.subtree_count; ++i) {
+        if (!has_operation(node.subtrees[i])) {
+            drop_what_acts(node.subtrees[i]);
+            std::swap(node.subtrees[kept++], node.subtrees[i]);
+        }
+    }
+    for (int32_t i = kept; i < node.subtree_count; ++i) {
+        release(node.subtrees[i]);
+    }
+    node.subtree_count = kept;
+}
+
+bool has_keys_of(const Node &node, const Node &entry) {
+    const auto keys = children(entry);
+    const auto leaves = children(node);
+    return same_name(node, entry) && std::all_of(keys.begin(), keys.end(), [&](const Node &key) {
+               const bool is_value = children(key).empty() && *value_of(key) != '\0';
+               return !is_value || std::any_of(leaves.begin(), leaves.end(), [&](const Node &leaf) {
+                   return same_name(leaf, key) && std::strcmp(value_of(leaf), value_of(key)) == 0;
+               });
+           });
+}
+
+// The first list entry below node that found, what a read has found for node, does not hold. A container is always
+// there.
+bool find_missing(const Node &node, const Node &found, NodePath &path) {
+    static const Node nothing{};
+    for (const Node &child : children(node)) {
+        path.push_back(&child);
+        const auto there = children(found);
+        const auto same =
+            std::find_if(there.begin(), there.end(), [&](const Node &other) { return has_keys_of(other, child); });
+        const auto keys = children(child);
+        const bool is_entry = std::any_of(keys.begin(), keys.end(), has_key_mark);
+        if ((is_entry && same == there.end()) || find_missing(child, same != there.end() ? *same : nothing, path)) {
+            return true;
+        }
+        path.pop_back();
+    }
+    return false;
+}
+
+// What is read of native data by the list entries that the nodes with an operation stand in.
+std::vector<RpcError> refuse_missing(const Mappings &mappings, Framework &framework, RequestTrees &trees) {
+    RequestTrees read;
+    copy_tree(trees.request.root(), read.asked.root());
+    drop_what_acts(read.asked.root());
+    TreeHolder around;
+    copy_tree(read.asked.root(), around.root());
+    std::vector<RpcError> errors;
+    read.native.swap(trees.native);
+    {
+        GetParameters parameters;
+        parameters.type = TVK_REQUEST_GET_CONFIG;
+        Session session(framework, read.native.root());
+        errors = make_get(mappings, framework, session, parameters, tvk_map_dfs_filter_mark, read);
+    }
+    read.native.swap(trees.native);
+    NodePath path;
+    if (errors.empty() && find_missing(around.root(), read.response.root(), path)) {
+        errors = {error_at(path, "data-missing", "it leads to what is to be done, but is not there")};
+    }
+    return errors;
+}
+
+// Marks in a request the keys that its walk has marked in a copy.
+void mark_keys(Node &node, const Node &walked) {
+    if (has_key_mark(walked)) {
+        mark_key(node);
+    }
+    for (int32_t i = 0; i < node.subtree_count; ++i) {
+        mark_keys(node.subtrees[i], walked.subtrees[i]);
+    }
+}
+
+}  // namespace
+
+void replace_all(TreeHolder &request, const TopNames &others) {
+    for (Node &top : request.tops()) {
+        if (!has_operation(top)) {
+            set_operation(top, TVK_OPERATION_REPLACE);
+        }
+    }
+    TreeHolder all;
+    Node &root = all.root();
+    root.subtrees = zeroed_array<Node>(request.tops().size() + others.size() + 1);
+    root.presence = TVK_HAS_SUBTREES;
+    for (const auto &[tag, ns] : others) {
+        const auto tops = request.tops();
+        const bool is_given = std::any_of(tops.begin(), tops.end(), [&, tag = tag, ns = ns](const Node &top) {
+            return std::strcmp(tag_of(top), tag) == 0 && std::strcmp(namespace_of(top), ns) == 0;
+        });
+        if (!is_given) {
+            Node &top = root.subtrees[root.subtree_count++];
+            top.tag = copy_text(tag);
+            top.ns = copy_text(ns);
+            top.presence = TVK_HAS_TAG | TVK_HAS_NS;
+            set_operation(top, TVK_OPERATION_REMOVE);
+        }
+    }
+    for (Node &top : request.tops()) {
+        root.subtrees[root.subtree_count++] = std::exchange(top, Node{});
+    }
+    std::swap(request.root(), root);
+}
+
+std::vector<RpcError> drop_what_does_nothing(const Mappings &mappings, Framework &framework, RequestTrees &trees) {
+    RequestTrees trial;
+    copy_tree(trees.request.root(), trial.request.root());
+    std::vector<RpcError> errors;
+    {
+        RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
+        errors = walk(mappings, scope, trial.request, trial.native, UnmappedNodes::kRefused);
+    }
+    if (!errors.empty()) {
+        return errors;
+    }
+    mark_keys(trees.request.root(), trial.request.root());
+    keep_what_acts(trees.request.root(), trial.request.root());
+    // Where no native data is given, nothing is known of what is there.
+    return children(trees.native.root()).empty() ? errors : refuse_missing(mappings, framework, trees);
+}
+
+}  // namespace tvk::framework

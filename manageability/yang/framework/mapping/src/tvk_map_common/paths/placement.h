@@ -1,0 +1,27 @@
+// Where a path goes that is added: below the pending list entry, below the output entry, or where it says.
+#ifndef TVK_MAP_PATHS_PLACEMENT_H
+#define TVK_MAP_PATHS_PLACEMENT_H
+
+#include "tvk_map_common/internal/node.h"
+#include "tvk_map_types.h"
+
+namespace tvk {
+
+// The node below which a path is added, the path from there, and the flags to add it with.
+struct Place {
+    Node *tree;
+    const char *path;
+    int flags;
+};
+
+// Leads place to where the request stands. TVK_ERR_NOT_FOUND when the path does not lie in the entry that it should be
+// added in.
+qerrno choose_place(tvk_map_ctx ctx, Place &place);
+
+// True when a path that is added now goes where it says, without being filtered, led elsewhere, recorded, taken as the
+// error path or logged: whoever has found the place may then add the nodes there.
+bool goes_where_it_says(tvk_map_ctx ctx);
+
+}  // namespace tvk
+
+#endif

@@ -1,0 +1,16 @@
+// The attributes of a request's <rpc>, all of which its reply has to carry.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tvk::netconf {
+
+struct RpcAttribute {
+    std::string name;
+    std::string ns;  // "" for none
+    std::string value;
+};
+using RpcAttributes = std::vector<RpcAttribute>;
+
+}  // namespace tvk::netconf

@@ -1,0 +1,20 @@
+// The replies to a request.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "framework/rpc_error.h"
+#include "framework/tree_holder.h"
+#include "netconf/rpc_attributes.h"
+
+namespace tvk::netconf {
+
+// An <rpc-reply> with the children of root as its <data>. Throws EncodeError.
+std::string encode_data_reply(const Node &root, const RpcAttributes &attributes);
+
+// An <rpc-reply> with the errors. What XML cannot hold is shown as "?".
+std::string encode_rpc_errors(const std::vector<framework::RpcError> &errors, const RpcAttributes &attributes);
+
+}  // namespace tvk::netconf
