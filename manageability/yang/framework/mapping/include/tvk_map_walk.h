@@ -31,10 +31,8 @@ typedef qerrno (*tmap_instance_fp)(tvk_map_ctx ctx, struct qidl_tvk_datatree *in
                                    struct qidl_tvk_datatree *target, int reserved);
 
 /* Bits of tmap_child_entry::flags. */
-#define TMAP_CHILD_PROPAGATE                                                                                   \
-    0x1u                    /* the handler is also called when a delete or read is propagated below the parent \
-                             */
-#define TMAP_CHILD_KEY 0x2u /* the child is a key leaf of a list */
+#define TMAP_CHILD_PROPAGATE 0x1u /* called as well when a delete or read is propagated below the parent */
+#define TMAP_CHILD_KEY 0x2u       /* a key leaf of a list */
 
 /* A child of a container or list with a handler of its own. */
 struct tmap_child_entry {
