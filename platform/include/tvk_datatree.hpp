@@ -140,6 +140,19 @@ inline bool has_operation(const Node &node, std::uint32_t operation) {
     return has_operation(node) && node.operation == operation;
 }
 
+/* The name of an operation in NETCONF, null for a value that is none. */
+inline const char *operation_name(std::uint32_t operation) {
+#define TVK_OPERATION_CASE_(value, name) \
+    case value:                          \
+        return name;
+    switch (operation) {
+        TVK_FOR_EACH_OPERATION(TVK_OPERATION_CASE_)
+        default:
+            return nullptr;
+    }
+#undef TVK_OPERATION_CASE_
+}
+
 /* Gives a node an operation, a value of enum qidl_tvk_operation. */
 inline void set_operation(Node &node, std::uint32_t operation) {
     node.operation = operation;
