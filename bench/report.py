@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes the table and the plots of a run: report.py RESULTS FOLDER.
 
-RESULTS holds what scripts/bench left there. Whatever a run did not measure is left out.
+RESULTS holds the files of scripts/bench. The table leaves out work that the run did not measure.
 """
 
 import glob
@@ -14,7 +14,7 @@ import sys
 
 SIZES = (10, 100, 1000, 10000, 100000)
 
-# Whole requests: the work without its model, and what it is.
+# Whole requests: the name of the work without its model, and its title.
 EDITS = [
     ("edit_merge", "edit: merge"),
     ("edit_replace", "edit: replace entries"),
@@ -32,11 +32,11 @@ MODELS = ("interfaces", "bgp")
 
 
 def requests(works):
-    """What, and the benchmark, for each model."""
+    """The title and the benchmark for each model."""
     return [(f"{what}, {model}", f"{work}_{model}") for work, what in works for model in MODELS]
 
 
-# What, ours, the peer that it is compared with, and what the ratio may be from which size on (and up to which).
+# Title, our benchmark, that of the peer, and the limits of the ratio, each with its smallest and its largest size.
 RATIOS = [
     ("find or create an entry, search-or-add", "entries_search_or_add/tvk_map", "entries_search_or_add/libyang",
      [(0.25, 100, 100000)]),
@@ -59,14 +59,14 @@ RATIOS = [
     ("log and trace switched off", "logging/tvk_map", "logging/compiled_out", [(1.05, 10, 100000)]),
 ]
 
-# The same of whole requests. libyang is not given a request for what is in memory, but an xpath.
+# The same for whole requests. For data in memory libyang gets an xpath instead of a request.
 REQUEST_RATIOS = [
     (what, f"{work}/tvk_map", f"{work}/libyang", [(1.0, 1000, 100000)]) for what, work in requests(EDITS + GETS)
 ] + [
     (what, f"{work}/tvk_map", f"{work}/libyang", []) for what, work in requests([IN_MEMORY])
 ]
 
-# What, the benchmark, the sizes that are compared, and the largest exponent.
+# Title, benchmark, the two sizes that are compared, and the limit of the exponent.
 EXPONENTS = [
     ("find or create an entry, search-or-add", "entries_search_or_add/tvk_map", 1000, 100000, 1.1),
     ("find or create an entry, list node", "entries_add_list_node/tvk_map", 1000, 100000, 1.1),
@@ -90,7 +90,7 @@ GROWTHS = [
     ("one list, after a big tree was released", "growth_after_release"),
     ("two lists in turn, after a big tree was released", "growth_two_after_release"),
 ]
-# Growing by half copies at most 1 + 2/3 + 4/9 + ... of what there is in the end.
+# Growing by half copies at most 1 + 2/3 + 4/9 + ... of the bytes that there are in the end.
 MOST_COPIED = 3.0
 
 INSTRUCTIONS = [
@@ -121,7 +121,7 @@ PLOTS = [
 class Results:
     def __init__(self, folder):
         self.folder = folder
-        self.medians = {}  # "work/variant" to size to what was measured
+        self.medians = {}  # "work/variant" to size to the measured values
         self.spreads = []
         for path in sorted(glob.glob(os.path.join(folder, "*.json"))):
             if not os.path.basename(path).startswith("instructions-"):
@@ -190,7 +190,7 @@ def limit_at(limits, size):
 
 
 def measured_ratios(results, ratios):
-    """What, the size, both times, the peer, and the cells that tell the ratio."""
+    """Title, size, both times, the peer, and the cells of the ratio."""
     for what, ours, peer, limits in ratios:
         for size in SIZES:
             own_time, peer_time = results.time(ours, size), results.time(peer, size)
@@ -301,8 +301,8 @@ def main():
         sys.exit("usage: report.py RESULTS FOLDER")
     results, folder = Results(sys.argv[1]), sys.argv[2]
     os.makedirs(folder, exist_ok=True)
-    text = ["# Measurements", "", "Written by `scripts/bench`; what was measured, and how, is in "
-            "[performance.md](../performance.md).", "", machine(), ""]
+    text = ["# Measurements", "", "Written by `scripts/bench`. [performance.md](../performance.md) tells what it measures, "
+            "and how.", "", machine(), ""]
     if results.spreads:
         spreads = sorted(results.spreads)
         text += ["Spread over the repetitions of a benchmark (coefficient of variation): median "

@@ -1,10 +1,12 @@
-// replay FOLDER COUNT: runs a fuzz target on the files of a folder, printing what each comes to, and then on so many
-// random inputs. What is wrong ends the process.
+// replay RECORD COUNT FOLDER...: runs a fuzz target on the files of the folders, and then on so many random inputs.
+// What those come to that RECORD names is printed, below the line that names them. What is wrong ends the process.
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <map>
 #include <random>
 #include <set>
+#include <sstream>
 
 #include "common/target.h"
 
@@ -12,6 +14,19 @@ namespace {
 
 void replay(const std::string &bytes) {
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
+}
+
+// The lines "== NAME: REASON" by name.
+std::map<std::string, std::string> read_headings(const char *record) {
+    std::map<std::string, std::string> headings;
+    std::istringstream lines(tvk::fuzz::read_file(record));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("== ")) {
+            tvk::fuzz::require(line.find(": ") != std::string::npos, line + " has no reason");
+            headings[line.substr(3, line.find(": ") - 3)] = line;
+        }
+    }
+    return headings;
 }
 
 // Bytes of a hand-written kind more often than others: choices, and texts that end soon.
@@ -28,16 +43,27 @@ std::string random_input(unsigned seed) {
 }  // namespace
 
 int main(int argc, char **argv) {
-    tvk::fuzz::require(argc == 3, "usage: replay FOLDER COUNT");
-    const std::filesystem::directory_iterator folder(argv[1]), end;
-    const std::set<std::filesystem::path> files(folder, end);
+    tvk::fuzz::require(argc >= 4, "usage: replay RECORD COUNT FOLDER...");
+    std::map<std::string, std::string> headings = read_headings(argv[1]);
+    std::set<std::filesystem::path> files;
+    for (int i = 3; i < argc; ++i) {
+        const std::filesystem::directory_iterator folder(argv[i]), end;
+        files.insert(folder, end);
+    }
     tvk::fuzz::require(!files.empty(), "nothing to replay");
-    tvk::fuzz::print_notes(true);
     for (const std::filesystem::path &file : files) {
-        std::cout << "== " << file.filename().string() << std::endl;
+        const auto heading = headings.extract(file.filename().string());
+        tvk::fuzz::print_notes(!heading.empty());
+        if (!heading.empty()) {
+            std::cout << heading.mapped() << std::endl;
+        } else {
+            std::cerr << file.filename().string() << std::endl;
+        }
         replay(tvk::fuzz::read_file(file));
     }
     tvk::fuzz::print_notes(false);
+    tvk::fuzz::require(headings.empty(),
+                       "recorded, but not there: " + (headings.empty() ? "" : headings.begin()->first));
     for (unsigned seed = 0; seed < static_cast<unsigned>(std::atoi(argv[2])); ++seed) {
         std::cerr << "random input " << seed << std::endl;
         replay(random_input(seed));

@@ -1,6 +1,7 @@
 #include "request.h"
 
 #include <new>
+#include <sstream>
 
 #include "allocation_failures.h"
 #include "framework/diagnostics.h"
@@ -14,6 +15,20 @@ Example load(const char *name) {
     const std::string folder = std::string(TVK_EXAMPLES_FOLDER "/") + name;
     return {framework::Mappings::load({name}), read_file(folder + "/native-before-edit.xml"),
             read_file(folder + "/native-device.xml")};
+}
+
+// A reply on one line: of errors their tags, paths and messages, of data all but its envelope.
+std::string on_one_line(const std::string &reply) {
+    const bool is_refused = reply.find("<rpc-error>") != std::string::npos;
+    std::istringstream lines(reply);
+    std::string text;
+    for (std::string line; std::getline(lines, line);) {
+        line.erase(0, line.find_first_not_of(' '));
+        const bool is_telling = line.starts_with("<error-tag") || line.starts_with("<error-path") ||
+                                line.starts_with("<error-message") || line.starts_with("<bad-");
+        text += !is_refused || is_telling ? line : "";
+    }
+    return text;
 }
 
 }  // namespace
@@ -48,7 +63,7 @@ void run_both_ways(std::uint64_t failing_allocation, const std::function<tool::R
         }
         const std::string text = answer(scanning).text;
         require_equal(text, answer(indexing).text, "with an index");
-        note(text);
+        note(on_one_line(text));
     } catch (const framework::UsageError &error) {
         note(std::string("refused: ") + error.what());
     } catch (const std::bad_alloc &) {

@@ -42,12 +42,13 @@ const std::string kPaths[] = {"box/list",
                               std::string(TVK_MAP_MAX_PATH - 1, 'p'),
                               repeated("a/", 400) + "b"};
 
-// The lines, without the addresses in them.
+// The lines on one, without the addresses and the line breaks in them.
 std::string messages(const test::Lines &lines) {
     std::string text;
     for (const std::string &line : lines) {
-        text += "\n  " + line;
+        text += " | " + line;
     }
+    std::erase(text, '\n');
     for (std::size_t at = text.find("0x"); at != std::string::npos; at = text.find("0x", at)) {
         text.erase(at, std::min(text.find_first_not_of("0123456789abcdef", at + 2), text.size()) - at);
     }
@@ -163,7 +164,7 @@ void run_worlds(Input input, std::span<const Step> steps) {
     }
     if (!is_failing) {
         require_equal(test::show(scanning.tree()), test::show(world.tree()), "the tree with an index");
-        note(test::show(world.tree()));
+        note(test::sketch(world.tree()));
     }
 }
 

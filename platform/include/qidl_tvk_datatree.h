@@ -34,6 +34,14 @@ enum qidl_tvk_operation {
     TVK_OPERATION_REMOVE = 4
 };
 
+/*
+ * Calls entry(value, name) for each edit operation and its name in NETCONF, in the order of the values. Every table of
+ * operations is made from this list, so that a new operation is named everywhere.
+ */
+#define TVK_FOR_EACH_OPERATION(entry)                                                                                 \
+    entry(TVK_OPERATION_MERGE, "merge") entry(TVK_OPERATION_REPLACE, "replace") entry(TVK_OPERATION_CREATE, "create") \
+        entry(TVK_OPERATION_DELETE, "delete") entry(TVK_OPERATION_REMOVE, "remove")
+
 enum qidl_tvk_insert_position {
     TVK_INSERT_LAST = 0,
     TVK_INSERT_FIRST = 1,

@@ -1,7 +1,6 @@
 // Dumps data trees to the debug log.
 #include <algorithm>
 #include <cstdint>
-#include <iterator>
 #include <new>
 #include <string>
 #include <vector>
@@ -16,11 +15,6 @@ using tvk::Node;
 constexpr std::size_t kBlanksPerLevel = 4;
 constexpr std::uint32_t kDeepestIndent = 64;  // a deeper level is shown, no further to the right
 
-const char *operation_name(std::uint32_t operation) {
-    static const char *const names[] = {"merge", "replace", "create", "delete", "remove"};
-    return operation < std::size(names) ? names[operation] : "-";
-}
-
 std::string describe(const Node &node) {
     std::string text = tvk::text_of(node, node.tag, TVK_HAS_TAG, "(no tag)");
     if (const char *ns = tvk::text_of(node, node.ns, TVK_HAS_NS, nullptr)) {
@@ -30,7 +24,8 @@ std::string describe(const Node &node) {
         text.append(" : ").append(value);
     }
     if (tvk::has_operation(node)) {
-        text.append(" (").append(operation_name(node.operation)).append(")");
+        const char *name = tvk::operation_name(node.operation);
+        text.append(" (").append(name != nullptr ? name : "-").append(")");
     }
     if (tvk::has_key_mark(node)) {
         text.append(" (key)");

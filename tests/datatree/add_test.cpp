@@ -204,6 +204,21 @@ TEST_F(AddPath, GoesWhereTheRequestStands) {
     state->pending_trim_path = nullptr;
 }
 
+TEST_F(AddPath, TakesBackWhatConcernsOnePath) {
+    const Tree filter = node("top")(node("a")), tree = root();
+    state->datatree = filter.get();
+    state->build_flags = TVK_BUILD_FILTERED | TVK_BUILD_ERROR_NODE;
+    EXPECT_STATUS(TVK_OK, add(tree, "c"));
+    EXPECT_EQ(TVK_BUILD_FILTERED | TVK_BUILD_ERROR_NODE, state->build_flags) << "a path that is skipped takes nothing";
+    for (const char *path : {"a", "a/b"}) {
+        EXPECT_STATUS(TVK_OK, add(tree, path));
+        EXPECT_STREQ("a", state->error_xpath);
+    }
+    state->build_flags |= TVK_BUILD_UNFILTERED;
+    EXPECT_STATUS(TVK_OK, add(tree, "c"));
+    EXPECT_TREE(root()(leaf("a", "1", kNs)(leaf("b", "1")), leaf("c", "1", kNs)), tree);
+}
+
 TEST_F(AddPath, PutsABundleOnSubinterface0) {
     char name[] = "b1.0";
     mapping.context.intf_name = name;
@@ -214,6 +229,7 @@ TEST_F(AddPath, PutsABundleOnSubinterface0) {
         Tree tree = node("top", kSketchedNs)(configuration("b1"), configuration(name));
         mapping.context.intf_config_flag = 1;
         EXPECT_STATUS(TVK_OK, tvk_map_datatree_add_path(ctx, tree.get(), path, kSketchedNs, "1", nullptr, nullptr, 0));
+        EXPECT_EQ(0u, mapping.context.intf_config_flag) << "one path is placed";
         tvk_map_forget_children(ctx, nullptr);
         std::string text = sketch(*tree);
         return text.substr(text.find("interface-virtual=") + 18);

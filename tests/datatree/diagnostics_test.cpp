@@ -82,6 +82,17 @@ TEST_F(Print, TracesTheSamePiecesButForTheBlankOfAnOperation) {
     EXPECT_EQ("failed HN: fERR: Tag name is not available! (=====)", traced(node("f")(node({}))));
 }
 
+TEST_F(Print, ListsAnyDepth) {
+    const Tree deep = root();
+    std::string path, expected;
+    for (int level = 0; level < 100; ++level) {
+        path += "n/";
+        expected += std::string(4 * static_cast<std::size_t>(level), ' ') + "n\n";
+    }
+    EXPECT_STATUS(TVK_OK, tvk_map_datatree_add_path(ctx, deep.get(), path.c_str(), "n", nullptr, nullptr, nullptr, 0));
+    EXPECT_EQ(expected, printed(deep, 0, 0));
+}
+
 TEST_F(Print, InsertInformationIsBounded) {
     const std::string fits(TVK_MAP_INSERT_TEXT - 1, 'x');
     const Pairs keys = {{fits, fits + "x"}, {"2", ""}, {"3", ""}, {"4", ""}, {"5", ""}, {"6", ""}};
@@ -95,28 +106,25 @@ TEST_F(Print, InsertInformationIsBounded) {
 class Diagnostics : public MappingTest {};
 using DiagnosticsDeathTest = Diagnostics;
 
-TEST_F(Diagnostics, NullArgumentsAreRefusedBeforeAnyEffect) {
-    Tree tree = root();
-    qidl_tvk_datatree *const t = tree.get(), *out = nullptr;
-    const qidl_tvk_datatree *at = nullptr;
-    char x[] = "x";
-    const auto refused = [this](const char *why, qerrno status) {
-        SCOPED_TRACE(why);
-        EXPECT_STATUS(TVK_ERR_INVALID, status);
-        EXPECT_EQ("ERR: NULL argument(s) passed!", logs().back()) << "no \"End\" after it";
+TEST_F(Diagnostics, OperationsOfANodeAreThoseWithTheirBit) {
+    for (const std::uint32_t operation : {TVK_OPERATION_REPLACE, TVK_OPERATION_DELETE, TVK_OPERATION_REMOVE}) {
+        const Tree marked = node("n").op(operation), unmarked = node("n").op(operation).without(TVK_HAS_OPERATION);
+        EXPECT_EQ(operation == TVK_OPERATION_REPLACE, tvk_map_is_request_replace(marked.get()) == 1);
+        EXPECT_EQ(operation != TVK_OPERATION_REPLACE, tvk_map_is_request_delete(marked.get()) == 1);
+        EXPECT_EQ(0, tvk_map_is_request_replace(unmarked.get()) + tvk_map_is_request_delete(unmarked.get()));
+    }
+}
+
+TEST_F(Diagnostics, TheFrameworksPrinterIsAskedWhenItIsOn) {
+    const Tree tree = node("a")(leaf("b", "1"));
+    EXPECT_STATUS(TVK_OK, tvk_gpb_datatree_trace_internal(&ctx->log_filter, tree.get(), "tree", 1, 1, 0));
+    const Lines printed = logs();
+    for (const std::uint32_t enabled : {0u, 1u}) {
         clear_logs();
-    };
-    refused("add subtree", tvk_map_datatree_add_subtree(ctx, t, "x", nullptr, "x", nullptr, &out, 0));
-    refused("add path", tvk_map_datatree_add_path(ctx, nullptr, "x", "x", "x", nullptr, &out, 0));
-    refused("move", tvk_map_add_subtrees_from_source_to_target(ctx, nullptr, t));
-    refused("last", tvk_map_datatree_get_last_subtree(ctx, t, "x", nullptr));
-    refused("lists", tvk_map_search_or_add_list(ctx, t, &at, x, nullptr, x, x));
-    refused("namespace", tvk_map_update_node_namespace(ctx, nullptr, x));
-    refused("xpath", tvk_map_tree_xpath_operations(ctx, nullptr));
-    refused("container", tmap_high_container_parse(ctx, t, t, nullptr));
-    EXPECT_STATUS(TVK_ERR_INVALID, tmap_high_container_parse(ctx, t, nullptr, nullptr));
-    EXPECT_STATUS(TVK_ERR_INVALID, tvk_map_stitch_list_to_list(ctx, nullptr));
-    EXPECT_TREE(root(), tree);
+        mapping.context.print_enabled = enabled;
+        EXPECT_STATUS(TVK_OK, tvk_map_print_datatree_internal(ctx, tree.get(), "tree", 1, 1, 0));
+        EXPECT_EQ(enabled != 0 ? printed : Lines{}, logs());
+    }
 }
 
 TEST_F(DiagnosticsDeathTest, ANullContextStopsTheProcess) {

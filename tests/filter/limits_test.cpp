@@ -7,6 +7,7 @@
 
 #include "context.h"
 #include "kel_memory.h"
+#include "status.h"
 #include "tree.h"
 #include "tvk_map_filter.h"
 #include "tvk_platform_control.h"
@@ -71,7 +72,53 @@ TEST_F(Limits, DepthDoesNotRecurse) {
     EXPECT_EQ(100001, depth(response)) << "the last filter node keeps all below";
 }
 
+TEST_F(Limits, TheContainerPhaseEndsWithItsTable) {
+    const Tree filter = chain(60), response = chain(60);
+    tvk_map_dfs_filter_con(ctx, filter.get(), response.get());
+    int kept = 0;
+    for (const qidl_tvk_datatree *at = response.get(); at->node_kind == TVK_NODE_KIND_KN; at = at->subtrees) {
+        ++kept;
+    }
+    EXPECT_EQ(TVK_MAP_MAX_FILTER_LEVELS - 1, kept);
+}
+
 class FilterPaths : public MappingTest {};
+
+TEST_F(FilterPaths, OnePathDownAFilter) {
+    const struct {
+        const char *path;
+        int partial_ok;
+        qerrno status, marked_status;
+        const char *marked = "";
+    } rows[] = {
+        {"c/a", 0, TVK_OK, TVK_OK, "c/a"},
+        {"c/a/below", 0, TVK_OK, TVK_OK, "c/a"},
+        {"/c//e/name/", 0, TVK_OK, TVK_OK, "c/e/name"},
+        {"c/e/other", 0, TVK_OK, TVK_ERR_NOT_FOUND},
+        {"c/e", 0, TVK_ERR_NOT_FOUND, TVK_ERR_NOT_FOUND},
+        {"c/e", 1, TVK_OK, TVK_OK},
+        {"c", 2, TVK_ERR_NOT_FOUND, TVK_ERR_NOT_FOUND},
+        {"c/b", 1, TVK_ERR_NOT_FOUND, TVK_ERR_NOT_FOUND},
+        {"c/behind", 1, TVK_ERR_NOT_FOUND, TVK_ERR_NOT_FOUND},
+        {"", 1, TVK_ERR_NOT_FOUND, TVK_ERR_NOT_FOUND},
+    };
+    for (const auto &row : rows) {
+        for (const int mark_leaf : {0, 1, 2}) {
+            const Tree filter = node("top")(node("c")(
+                node("a"), node("e")(leaf("name", "1").key(), leaf("id", "1").key()), node({}), node("behind")));
+            const std::string before = show(filter);
+            SCOPED_TRACE(row.path + std::string(" ") + std::to_string(mark_leaf));
+            EXPECT_STATUS(mark_leaf == 0 ? row.status : row.marked_status,
+                          tvk_map_datatree_filter_get_response(ctx, filter.get(), row.path, row.partial_ok, mark_leaf));
+            const bool is_marked = mark_leaf == 1 && *row.marked != '\0';
+            if (is_marked) {
+                EXPECT_NE(0, find(filter, row.marked)->presence & TVK_HAS_IS_KEY);
+            } else {
+                EXPECT_EQ(before, show(filter));
+            }
+        }
+    }
+}
 
 std::string visits;  // tags and levels, as visited
 

@@ -128,7 +128,7 @@ std::string sketch(const qidl_tvk_datatree &record) {
     text += record.subtree_index != 0 ? "#" + std::to_string(record.subtree_index) : "";
     text += (record.presence & TVK_HAS_EDIT_INSERT) != 0 ? "+" + std::to_string(record.edit_insert.key_count) : "";
     std::string children;
-    for (const auto &child : std::span(record.subtrees, static_cast<std::size_t>(record.subtree_count))) {
+    for (const Record &child : children_of(record)) {
         children += (children.empty() ? "" : ",") + sketch(child);
     }
     return text + (children.empty() ? "" : "(" + children + ")");

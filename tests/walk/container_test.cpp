@@ -162,13 +162,19 @@ TEST_F(ContainerTest, ReadsWholeWhatOnlyComparesValues) {
         const tmap_node_cont_info inner{container_handler<"inner">, nullptr, nullptr, 0, nullptr, nullptr};
         return tmap_high_container_parse(own, &container, target.get(), &inner);
     });
-    state->walk_flags = TVK_WALK_SELECTION_SEEN | TVK_WALK_ALL_CHILDREN;  // of a container before this one
+    on("top", [](tvk_map_ctx own, qidl_tvk_datatree &) {
+        EXPECT_EQ(0x11111110u, own->state->walk_flags) << "what the request keeps";
+        own->state->walk_flags = 0;
+        return TVK_OK;
+    });
+    state->walk_flags = UINT32_MAX;  // of a container before this one, and of the request
     Tree compared = top()(leaf("name", "x"));
     EXPECT_STATUS(TVK_OK, parse(compared));
     EXPECT_EQ(each({"top(top N=1)", "other(name = x)", "leaf(name = x)"}, " at /top") +
                   each({"config(top)", "inner(top N=0)", "other(top)", "leaf(top)"}, " at /top propagating"),
               calls);
     EXPECT_EQ(TVK_WALK_CONTENT_MATCH_IN_REQUEST, state->walk_flags);
+    answer("top", TVK_OK);
     Tree selected = top()(leaf("name", "x"), node("mtu"));
     EXPECT_STATUS(TVK_OK, parse(selected));
     EXPECT_EQ(5u, calls.size());

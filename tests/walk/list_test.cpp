@@ -51,9 +51,10 @@ TEST_F(ListTest, WalksAnEntry) {
         EXPECT_EQ(std::uint32_t{TVK_OPERATION_CREATE}, ctx->list_operation);
     }
     answer("entry", TVK_OK);
+    tree->operation = TVK_OPERATION_REMOVE;
     tree->presence = TVK_HAS_TAG | TVK_HAS_SUBTREES;
     EXPECT_STATUS(TVK_OK, parse(tree));
-    EXPECT_EQ(0u, ctx->list_operation);
+    EXPECT_EQ(0u, ctx->list_operation) << "the operation is there only with its bit";
     EXPECT_EQ(1u, tvk_map_util_itree_stack_size(ctx));
     tvk_map_util_itree_stack_pop(ctx);
     expect_walk_is_over(*state);
@@ -95,6 +96,34 @@ TEST_F(ListTest, WantsAllKeysOrNone) {
         // A key without a value keeps the error path from being recorded, which is a complaint of its own.
         EXPECT_EQ(test.is_good ? 0u : own.state->error_xpath != nullptr ? 1u : 2u, complaints().size());
         EXPECT_EQ(0, own.state->hierarchy_depth);
+    }
+}
+
+// The copy of a key inside the entry.
+TEST_F(ListTest, WantsTheCopyOfAKeyToSayTheSame) {
+    const Node name = leaf("name", "a");
+    const struct {
+        const char *ns;
+        Node copy;
+        bool is_good;
+        std::uint32_t type = TVK_REQUEST_EDIT_CONFIG;
+    } kCases[] = {
+        {"http://openconfig.net/list", name, true},
+        {"http://openconfig.net/list", leaf("name", "b"), false},
+        {"http://openconfig.net/list", node("name"), false},
+        {"http://openconfig.net/list", leaf("name", "a").op(TVK_OPERATION_DELETE), false},
+        {"http://openconfig.net/list", leaf("name", "a").op(TVK_OPERATION_REMOVE), true},
+        {"http://openconfig.net/list", leaf("other", "b"), true},
+        {"http://openconfig.net/list", leaf("name", "b"), true, TVK_REQUEST_GET},
+        {"urn:other", leaf("name", "b"), true},
+    };
+    for (const auto &test : kCases) {
+        const MappingContext own(test.type);
+        Tree tree = node("list", test.ns)(name, node("config")(test.copy));
+        SCOPED_TRACE(show(tree));
+        EXPECT_STATUS(test.is_good ? TVK_OK : TVK_ERR_NAMESPACE, WalkTest::parse(own.ctx, tree, info));
+        EXPECT_EQ(test.is_good ? 0 : 1, own.state->hierarchy_depth) << "the level of an entry that fails stays";
+        EXPECT_EQ(!test.is_good, own.state->error_xpath != nullptr);
     }
 }
 

@@ -6,11 +6,19 @@
 #include <optional>
 #include <string_view>
 
+#include "qidl_tvk_datatree.h"
+
 namespace tvk::netconf {
 
 // The index is the value of qidl_tvk_operation.
-inline constexpr std::array<const char *, 5> kOperationNames{"merge", "replace", "create", "delete", "remove"};
-inline constexpr char kOperationList[] = "merge, replace, create, delete, remove";
+#define TVK_NAME_(value, name) name,
+inline constexpr std::array kOperationNames{TVK_FOR_EACH_OPERATION(TVK_NAME_)};
+#undef TVK_NAME_
+
+// The names as an error message lists them: ", merge, replace" and so on, without the first comma.
+#define TVK_LISTED_NAME_(value, name) ", " name
+inline constexpr const char *kOperationList = &(TVK_FOR_EACH_OPERATION(TVK_LISTED_NAME_))[2];
+#undef TVK_LISTED_NAME_
 
 // The index is the value of qidl_tvk_insert_position.
 inline constexpr std::array<const char *, 4> kInsertNames{"last", "first", "before", "after"};

@@ -6,27 +6,33 @@ namespace tvk {
 
 namespace {
 
-// Operations, insert positions and verdicts, in this order. Two positions end in a blank and the others do not.
-constexpr std::array<const char *, 13> kLabels = {
-    " (merge)",          " (replace)",       " (create)", " (delete)", " (remove)", " (insert=last)", " (insert=first)",
-    " (insert=before) ", " (insert=after) ", " (dn)",     " (kn)",     " (ka)",     " (da)"};
-constexpr std::size_t kFirstPosition = 5;
-constexpr std::size_t kFirstNodeKind = 9;
+// The index is the value of the operation.
+#define TVK_LABEL_(value, name) " (" name ")",
+constexpr std::array kOperationLabels{TVK_FOR_EACH_OPERATION(TVK_LABEL_)};
+#undef TVK_LABEL_
+// The index is the value of the position. Two labels end in a blank and the others do not.
+constexpr std::array kPositionLabels{" (insert=last)", " (insert=first)", " (insert=before) ", " (insert=after) "};
+// Of the verdicts from TVK_NODE_KIND_DN on.
+constexpr std::array kNodeKindLabels{" (dn)", " (kn)", " (ka)", " (da)"};
+static_assert(kPositionLabels.size() == TVK_INSERT_AFTER + 1);
+static_assert(kNodeKindLabels.size() == TVK_NODE_KIND_DA - TVK_NODE_KIND_DN + 1);
+
 constexpr char kNoLabel[] = " (-)";
 
 }  // namespace
 
 const char *operation_label(std::uint32_t operation) {
-    return operation < kFirstPosition ? kLabels[operation] : kNoLabel;
+    return operation < kOperationLabels.size() ? kOperationLabels[operation] : kNoLabel;
 }
 
 const char *position_label(std::uint32_t position) {
-    return position < kFirstNodeKind - kFirstPosition ? kLabels[kFirstPosition + position] : kNoLabel;
+    return position < kPositionLabels.size() ? kPositionLabels[position] : kNoLabel;
 }
 
 const char *node_kind_label(std::uint32_t node_kind) {
-    return node_kind >= TVK_NODE_KIND_DN && node_kind <= TVK_NODE_KIND_DA ? kLabels[kFirstNodeKind + node_kind - 1]
-                                                                          : nullptr;
+    return node_kind >= TVK_NODE_KIND_DN && node_kind <= TVK_NODE_KIND_DA
+               ? kNodeKindLabels[node_kind - TVK_NODE_KIND_DN]
+               : nullptr;
 }
 
 bool ListingStack::push(const Node *array, std::int32_t count) {

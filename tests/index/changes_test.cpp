@@ -1,0 +1,167 @@
+// Children that change while they are indexed: whatever is done, the same is found as by going through them.
+#include <random>
+
+#include "context.h"
+#include "kel_memory.h"
+#include "tree.h"
+#include "tvk_map.h"
+#include "tvk_string.h"
+
+using namespace tvk::test;
+using Record = qidl_tvk_datatree;
+
+namespace {
+
+constexpr char kNs[] = "urn:one";
+
+// A list with children of other names among its entries, in a request of its own. One of two runs has an index; both
+// draw the same changes.
+class Changes {
+public:
+    Changes(unsigned seed, std::uint32_t index_children_from) : random_(seed) {
+        mapping_.context.index_children_from = index_children_from;
+    }
+
+    std::string run(int steps) {
+        for (int step = 0; step < steps; ++step) {
+            found_ += std::to_string(step) + ":";
+            change();
+            search();
+        }
+        return found_ + "\n" + show(*tree_);
+    }
+
+private:
+    static constexpr unsigned kKeys = 40;
+
+    unsigned below(unsigned count) { return static_cast<unsigned>(random_() % count); }
+    std::string some_value() { return std::to_string(below(kKeys)); }
+    std::string some_tag() { return "tag" + std::to_string(below(60)); }
+    Record &box() { return *tree_->subtrees; }
+    Record *some_child() {
+        return box().subtree_count > 0 ? &box().subtrees[below(static_cast<unsigned>(box().subtree_count))] : nullptr;
+    }
+    void tell(const Record *node) { found_ += (node != nullptr ? place_of(*tree_, node) : "none") + " "; }
+
+    void add(Record &parent, const std::string &tag, const char *value, int append) {
+        Record *added = nullptr;
+        tvk_map_datatree_add_subtree(mapping_.ctx, &parent, tag.c_str(), kNs, value, nullptr, &added, append);
+        tell(added);
+    }
+    void add_entry() {
+        const std::string value = some_value();
+        Record *entry = nullptr;
+        tvk_map_datatree_add_list_node(mapping_.ctx, &box(), "list", kNs, "id", value.c_str(), &entry);
+        tell(entry);
+        if (entry->subtree_count == 0) {
+            add(*entry, "id", value.c_str(), 0);
+        }
+    }
+    // By the caller itself, of a node about which the index has been told.
+    void put(Record *parent, const char *tag) {
+        if (parent == nullptr || parent->subtree_count == 0) {
+            return;
+        }
+        Record &leaf = parent->subtrees[0];
+        kel_named_free(leaf.data);
+        leaf.data = tvk_strdup(some_value().c_str(), "test");
+        leaf.presence |= TVK_HAS_DATA;
+        if (tag != nullptr) {
+            kel_named_free(leaf.tag);
+            leaf.tag = tvk_strdup(tag, "test");
+        }
+    }
+    void modify_by_xpath() {
+        tvk_map_node_operation record{};
+        record.root = tree_.get();
+        record.op = TVK_XPATH_READ;
+        record.kind = TVK_XPATH_LEAF;
+        std::string(kNs).copy(record.ns, sizeof record.ns - 1);
+        ("/box/list[id=" + some_value() + "]/id").copy(record.xpath, sizeof record.xpath - 1);
+        if (tvk_map_tree_xpath_operations(mapping_.ctx, &record) != TVK_OK) {
+            return;
+        }
+        tell(record.result);
+        char *former = record.result->data;
+        record.op = TVK_XPATH_MODIFY;
+        some_value().copy(record.value, sizeof record.value);
+        record.value[2] = '\0';
+        EXPECT_EQ(TVK_OK, tvk_map_tree_xpath_operations(mapping_.ctx, &record));
+        kel_named_free(former);
+    }
+    void sweep_some() {
+        for (std::int32_t i = 0; i < box().subtree_count; ++i) {
+            box().subtrees[i].node_kind = below(8) != 0 ? TVK_NODE_KIND_KA : TVK_NODE_KIND_NONE;
+            box().subtrees[i].presence |= TVK_HAS_NODE_KIND;
+        }
+        tvk_map_dfs_filter_sweep(mapping_.ctx, &box());
+    }
+    void change_something() {
+        Record *child = some_child();
+        switch (below(12)) {
+            case 0:
+                return tvk_map_datatree_remove_last_subtree(mapping_.ctx, &box()), void();
+            case 1:
+                return modify_by_xpath();
+            case 2:
+                tvk_map_forget_children(mapping_.ctx, child);
+                return put(child, "id");
+            case 3:
+                tvk_map_forget_children(mapping_.ctx, child);
+                return put(child, below(2) != 0 ? "name" : nullptr);
+            case 4:
+                return below(10) == 0 ? sweep_some() : void();
+            case 5:
+                return child != nullptr ? add(*child, below(2) != 0 ? "id" : "name", some_value().c_str(), 0) : void();
+            case 6:
+                return child != nullptr ? add(*child, "id", some_value().c_str(), 1) : void();  // a second key
+            default:
+                return add_entry();
+        }
+    }
+    void change() {
+        for (unsigned count = below(4); count > 0; --count) {  // several between two searches
+            change_something();
+        }
+        switch (below(4)) {
+            case 0:
+                return add(box(), some_tag(), nullptr, 1);
+            case 1:
+                return add(box(), some_tag(), nullptr, 0);
+            default:
+                return;
+        }
+    }
+    void search() {
+        for (std::string key : {"id", "name"}) {
+            std::string value = some_value(), path = "list";
+            const Record *entry = &box();
+            tvk_map_iterate_list(mapping_.ctx, &entry, key.data(), value.data(), path.data(), nullptr);
+            tell(entry);
+        }
+        for (const std::string &tag : {some_tag(), std::string("list")}) {
+            std::string path = "box/" + tag + "/x";
+            const Record *node = tree_.get();
+            tvk_map_get_list(mapping_.ctx, &node, path.data(), nullptr);
+            tell(node);
+        }
+    }
+
+    std::mt19937 random_;
+    const Tree tree_ = root()(node("box", kNs));
+    MappingContext mapping_;
+    std::string found_;
+};
+
+class IndexedChanges : public HeapTest {};
+
+TEST_F(IndexedChanges, AreFoundAsByGoingThroughThem) {
+    for (unsigned seed = 0; seed < 12; ++seed) {
+        const std::string expected = Changes(seed, 0).run(300);
+        for (const std::uint32_t from : {1u, 16u}) {
+            ASSERT_EQ(expected, Changes(seed, from).run(300)) << "seed " << seed << ", from " << from;
+        }
+    }
+}
+
+}  // namespace
