@@ -6,6 +6,7 @@
 #include <span>
 
 #include "answer.h"
+#include "parse.h"
 
 namespace mapping {
 

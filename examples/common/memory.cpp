@@ -206,6 +206,14 @@ qerrno open_memory(tvk_map_ctx ctx) {
     return TVK_OK;
 }
 
+qerrno note_failure(tvk_map_ctx ctx, qerrno status) {
+    qerrno &failure = memory_of(ctx).failure;
+    if (failure == TVK_OK) {
+        failure = status;
+    }
+    return status;
+}
+
 void release_memory(void *memory) {
     for (Groups *groups : static_cast<Memory *>(memory)->chains) {
         while (groups != nullptr) {

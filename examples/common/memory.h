@@ -70,6 +70,9 @@ inline Memory &memory_of(tvk_map_ctx ctx) {
 // Makes the memory, unless it is there, and clears what belongs to one walk. Where lists are stays.
 qerrno open_memory(tvk_map_ctx ctx);
 
+// Records the first failure of an answer, which fails the read, and returns status.
+qerrno note_failure(tvk_map_ctx ctx, qerrno status);
+
 // tvk_map_module::release_data
 void release_memory(void *memory);
 

@@ -62,6 +62,10 @@ bool has_controls(std::string_view text) {
     return false;
 }
 
+std::string quoted(const std::string &text) {
+    return "'" + text + "'";
+}
+
 UsageError::UsageError(const std::string &file, long line, const std::string &reason)
     : std::runtime_error(located(file, line, reason)) {}
 

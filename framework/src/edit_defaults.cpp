@@ -11,38 +11,29 @@ namespace tvk::framework {
 
 namespace {
 
-// walked is a copy of node in which keys are marked. True when something below node has an operation.
+// Leaves of node the children that carry an operation, those that something with an operation stands in, and keys.
+// walked is a copy of node in which keys are marked. Returns whether something below node carries an operation.
 bool keep_what_acts(Node &node, const Node &walked) {
     bool acts = false;
-    int32_t kept = 0;
-    for (int32_t i = 0; i < node.subtree_count; ++i) {
-        Node &child = node.subtrees[i];
-        const bool child_acts = has_operation(child) || keep_what_acts(child, walked.subtrees[i]);
+    const Node *counterpart = walked.subtrees;
+    keep_children(node, [&](Node &child) {
+        const Node &its_copy = *counterpart++;
+        const bool child_acts = has_operation(child) || keep_what_acts(child, its_copy);
         acts = acts || child_acts;
-        if (child_acts || has_key_mark(walked.subtrees[i])) {
-            std::swap(node.subtrees[kept++], child);
-        }
-    }
-    for (int32_t i = kept; i < node.subtree_count; ++i) {
-        release(node.subtrees[i]);
-    }
-    node.subtree_count = kept;
+        return child_acts || has_key_mark(its_copy);
+    });
     return acts;
 }
 
 // Leaves of a request what stands around the nodes that carry an operation.
 void drop_what_acts(Node &node) {
-    int32_t kept = 0;
-    for (int32_t i = 0; i < node.subtree_count; ++i) {
-        if (!has_operation(node.subtrees[i])) {
-            drop_what_acts(node.subtrees[i]);
-            std::swap(node.subtrees[kept++], node.subtrees[i]);
+    keep_children(node, [](Node &child) {
+        if (has_operation(child)) {
+            return false;
         }
-    }
-    for (int32_t i = kept; i < node.subtree_count; ++i) {
-        release(node.subtrees[i]);
-    }
-    node.subtree_count = kept;
+        drop_what_acts(child);
+        return true;
+    });
 }
 
 bool has_keys_of(const Node &node, const Node &entry) {
@@ -103,8 +94,9 @@ void mark_keys(Node &node, const Node &walked) {
     if (has_key_mark(walked)) {
         mark_key(node);
     }
-    for (int32_t i = 0; i < node.subtree_count; ++i) {
-        mark_keys(node.subtrees[i], walked.subtrees[i]);
+    const Node *counterpart = walked.subtrees;
+    for (Node &child : children(node)) {
+        mark_keys(child, *counterpart++);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "filter_node.h"
 #include "framework/heap.h"
 #include "framework/subtree_filter.h"
 #include "tvk_map_filter.h"
@@ -20,35 +21,8 @@ constexpr size_t kMaxNamedEntries = 64;
 using Nodes = std::vector<const Node *>;
 using Name = std::pair<std::string_view, std::string_view>;  // tag and namespace
 
-bool is_content_match(const Node &node) {
-    return children(node).empty() && *value_of(node) != '\0';
-}
-
-// Keeps, in order, the top nodes for which keep is true.
-template <typename Keep>
-void keep_tops(TreeHolder &tree, Keep keep) {
-    const NodeRange<Node> tops = tree.tops();
-    size_t kept = 0;
-    for (Node &top : tops) {
-        if (keep(top)) {
-            std::swap(tops[kept++], top);
-        }
-    }
-    std::for_each(tops.begin() + kept, tops.end(), release);
-    tree.root().subtree_count = static_cast<int32_t>(kept);
-}
-
 Node &append(Node &parent, const char *tag, const char *ns) {
-    const auto count = static_cast<size_t>(parent.subtree_count);
-    void *grown = kel_named_realloc(parent.subtrees, (count + 1) * sizeof(Node));
-    if (grown == nullptr) {
-        throw std::bad_alloc();
-    }
-    parent.subtrees = static_cast<Node *>(grown);
-    parent.subtrees[count] = Node{};
-    ++parent.subtree_count;
-    set_present(parent, TVK_HAS_SUBTREES);
-    Node &node = parent.subtrees[count];
+    Node &node = append_child(parent);
     node.tag = copy_text(tag);
     node.ns = copy_text(ns);
     node.presence = TVK_HAS_TAG | TVK_HAS_NS;
@@ -271,7 +245,7 @@ void prune(RequestScope &scope, MarkPhase mark, const Node &asked, TreeHolder &w
     }
     mark_selected(asked, walked.root(), response.root());
     tvk_map_dfs_filter_sweep(scope.ctx(), &response.root());
-    keep_tops(response, [](const Node &top) { return !children(top).empty() || *value_of(top) != '\0'; });
+    keep_children(response.root(), [](const Node &top) { return !children(top).empty() || *value_of(top) != '\0'; });
 }
 
 }  // namespace tvk::framework

@@ -53,8 +53,7 @@ void resolve_below(Node &node, IdentityStep &step) {
     if (step.below.empty() || children(node).empty()) {
         return;
     }
-    for (int32_t i = 0; i < node.subtree_count; ++i) {
-        Node &child = node.subtrees[i];
+    for (Node &child : children(node)) {
         if (IdentityStep *next = step.find(tag_of(child))) {
             resolve_below(child, *next);
         }

@@ -10,13 +10,11 @@
 #include <unordered_set>
 #include <vector>
 
+#include "filter_node.h"
+
 namespace tvk::framework {
 
 namespace {
-
-bool is_content_match(const Node &node) {
-    return children(node).empty() && *value_of(node) != '\0';
-}
 
 bool is_named(const Node &filter, const Node &node) {
     const char *ns = namespace_of(filter);

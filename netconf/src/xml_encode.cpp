@@ -4,6 +4,7 @@
 #include <set>
 #include <vector>
 
+#include "framework/diagnostics.h"
 #include "netconf/insert_record.h"
 #include "netconf/namespaces.h"
 #include "netconf/operation.h"
@@ -17,11 +18,6 @@ bool is_name(const char *text) {
     return xmlValidateNCName(as_xml(text), 0) == 0;
 }
 
-// Not in brackets or double quotes: the text goes into an rpc-error, where these are escaped.
-std::string quoted(const std::string &text) {
-    return "'" + text + "'";
-}
-
 // Of XML itself: neither elements nor prefixes of values can be in such a namespace.
 bool is_reserved(const char *ns) {
     return std::strcmp(ns, kXmlNamespace) == 0 || std::strcmp(ns, "http://www.w3.org/2000/xmlns/") == 0;
@@ -29,7 +25,8 @@ bool is_reserved(const char *ns) {
 
 void write_operation(XmlOutput &output, const Node &node) {
     if (node.operation >= kOperationNames.size()) {
-        throw EncodeError(quoted(node.tag) + " carries an unknown operation, " + std::to_string(node.operation));
+        throw EncodeError(framework::quoted(node.tag) + " carries an unknown operation, " +
+                          std::to_string(node.operation));
     }
     output.attribute("nc:operation", kOperationNames[node.operation]);
 }
@@ -38,7 +35,7 @@ void write_insert(XmlOutput &output, const Node &node) {
     const qidl_tvk_edit_insert &insert = node.edit_insert;
     if ((insert.insert_presence & TVK_INSERT_HAS_POSITION) != 0) {
         if (insert.position >= kInsertNames.size()) {
-            throw EncodeError(quoted(node.tag) + " carries an unknown insert position, " +
+            throw EncodeError(framework::quoted(node.tag) + " carries an unknown insert position, " +
                               std::to_string(insert.position));
         }
         output.attribute("yang:insert", kInsertNames[insert.position]);
@@ -60,7 +57,8 @@ void write_attribute(XmlOutput &output, const Node &node, const std::string &nam
     const bool qualified = !name.empty() && name.front() == '{' && close != std::string::npos && close > 1;
     const std::string local = qualified ? name.substr(close + 1) : name;
     if (!is_name(local.c_str())) {
-        throw EncodeError(quoted(name) + " of " + quoted(node.tag) + " is no name for an attribute");
+        throw EncodeError(framework::quoted(name) + " of " + framework::quoted(node.tag) +
+                          " is no name for an attribute");
     }
     if (!qualified) {
         output.attribute(local.c_str(), value);
@@ -83,7 +81,7 @@ void write_attributes(XmlOutput &output, const Node &node) {
         const qidl_tvk_name_value &attribute = node.attributes[i];
         const std::string name = attribute.name != nullptr ? attribute.name : "";
         if (!written.insert(name).second || name == "xmlns") {
-            throw EncodeError(quoted(node.tag) + " carries the attribute " + quoted(name) +
+            throw EncodeError(framework::quoted(node.tag) + " carries the attribute " + framework::quoted(name) +
                               ", which cannot be written twice or at all");
         }
         write_attribute(output, node, name, attribute.value != nullptr ? attribute.value : "", i + 1);
@@ -104,7 +102,7 @@ void write_value(XmlOutput &output, const Node &node) {
         return;
     }
     if (!children(node).empty()) {
-        throw EncodeError(quoted(node.tag) + " has a value and children as well");
+        throw EncodeError(framework::quoted(node.tag) + " has a value and children as well");
     }
     if (*ns == '\0') {
         output.text(value);
@@ -131,10 +129,10 @@ struct TreeMarks {
 void start_node(XmlOutput &output, const Node &node, const char *outer_ns, TreeMarks &marks) {
     const char *tag = tag_of(node);
     if (!is_name(tag)) {
-        throw EncodeError(quoted(tag) + " is no name for an element");
+        throw EncodeError(framework::quoted(tag) + " is no name for an element");
     }
     if (is_reserved(namespace_of(node)) || is_reserved(value_namespace_of(node))) {
-        throw EncodeError(quoted(tag) + " is in the namespace of XML itself");
+        throw EncodeError(framework::quoted(tag) + " is in the namespace of XML itself");
     }
     output.start(tag);
     if (std::strcmp(namespace_of(node), outer_ns) != 0) {

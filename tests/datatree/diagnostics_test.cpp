@@ -115,6 +115,18 @@ TEST_F(Diagnostics, OperationsOfANodeAreThoseWithTheirBit) {
     }
 }
 
+TEST_F(Diagnostics, TheFrameworksPrinterIsAskedWhenItIsOn) {
+    const Tree tree = node("a")(leaf("b", "1"));
+    EXPECT_STATUS(TVK_OK, tvk_gpb_datatree_trace_internal(&ctx->log_filter, tree.get(), "tree", 1, 1, 0));
+    const Lines printed = logs();
+    for (const std::uint32_t enabled : {0u, 1u}) {
+        clear_logs();
+        mapping.context.print_enabled = enabled;
+        EXPECT_STATUS(TVK_OK, tvk_map_print_datatree_internal(ctx, tree.get(), "tree", 1, 1, 0));
+        EXPECT_EQ(enabled != 0 ? printed : Lines{}, logs());
+    }
+}
+
 TEST_F(DiagnosticsDeathTest, ANullContextStopsTheProcess) {
     EXPECT_DEATH(tvk_map_validate_replace_subtree(nullptr, nullptr),
                  R"(manageability/yang/framework/mapping/src/tvk_map_common:[0-9]+: qerrno )"

@@ -65,11 +65,11 @@ qerrno begin_request(tvk_map_ctx ctx) {
     return TVK_OK;
 }
 
-constexpr tvk_map_module_container kTops[] = {{"top", kNs, map_top}};
+constexpr tvk_map_module_container kTops[] = {{"top", kNs, map_top}, {"top", "urn:example:deep-too", map_top}};
 constexpr tvk_map_module kModule = {
     .version = TVK_MAP_MODULE_VERSION,
     .name = "deep_mapping",
-    .container_count = 1,
+    .container_count = 2,
     .containers = kTops,
     .begin_request = begin_request,
     .end_request = nullptr,

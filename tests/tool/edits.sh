@@ -66,6 +66,15 @@ applied "<x>1</x>" "<t op='create'><u><k>1</k><v>a</v></u><u y:insert='first'><k
 applied '<t><m xmlns="urn:a">1</m><m xmlns="urn:b">2</m></t>' '<t><m xmlns="urn:a" op="delete">1</m><m xmlns="urn:a">3</m></t>' \
     '<t><m>2</m><m>3</m></t>' '<t><m op="delete">1</m><m op="create">3</m></t>'
 applied "<t>$(u 1)$(u 2)</t>" "<t op='replace'>$(u 2)$(u 1)</t>" "<t>$(u 2)$(u 1)</t>" "<t op=\"replace\">$(u 2)$(u 1)</t>"
+applied '<t><v a="1">x</v></t>' "<t><v op='replace' a='2'>x</v></t>" '<t><v a="2">x</v></t>' \
+    '<t><v op="replace" a="2">x</v></t>'
+applied "<t><v xmlns:a='urn:a'>a:x</v></t>" "<t><v xmlns:b='urn:b'>b:y</v></t>" '<t><v xmlns:b="urn:b">b:y</v></t>' \
+    '<t><v op="replace" xmlns:b="urn:b">b:y</v></t>'
+# Where an entry stands already it is not moved; where a new one stands is told.
+applied "<t>$(u 1)$(u 2)</t>" "<t><u y:insert='first'><k>1</k></u><u y:insert='after' y:key=\"[k='1']\"><k>2</k></u></t>" \
+    "<t>$(u 1)$(u 2)</t>" ''
+applied "<t>$(u 1)</t>" "<t><u y:insert='last'><k>2</k></u></t>" "<t>$(u 1)$(u 2)</t>" \
+    '<t><u op="create" yang:insert="last"><k>2</k></u></t>'
 # The same identity by another prefix, and the same text where nothing is declared.
 applied "<t><u><k xmlns:a='urn:a'>a:x</k></u>$(u b:y)</t>" \
     "<t><u><k xmlns:i='urn:a'>i:x</k><v>1</v></u><u xmlns:b='urn:b'><k>b:y</k><v>2</v></u></t>" \
@@ -91,6 +100,7 @@ refused "<t><u op='create'><k>2</k><v op='delete'/></u></t>" "data-missing"
 refused "<t><u><v>1</v></u></t>" "<error-tag>missing-element<"
 refused "<t><u><k op='delete'>1</k></u></t>" "<error-tag>operation-not-supported<"
 refused "<t><u y:insert='after' y:key=\"[k='9']\"><k>1</k></u></t>" "beside an entry that is not there"
+refused "<t op='replace'><u y:insert='after' y:key=\"[k='9']\"><k>1</k></u></t>" "beside an entry that is not there"
 refused "<t><u><k>1</k><v><x/></v></u></t>" "/t/u\[k='1'\]/v: it has a value on one side and elements on the other"
 unset list
 refused "<t><u><k>2</k></u></t>" "/t/u: nothing shows whether this is a list: 'k' is '1' in the data and '2' in the edit"
@@ -123,6 +133,9 @@ edit=(edit --mapping openconfig_interfaces)
 edit_config none "<config>$eth0</config>"
 run 0 "${edit[@]}" edit.xml
 comes_to ''
+edit_config replace "<config/>"
+run 0 edit --mapping openconfig_bgp edit.xml
+comes_to '<bgp><instances nc:operation="remove"/></bgp>'
 edit_config none "<config>$(interface eth0 '' '<config><name>eth0</name><description nc:operation="merge">x</description><mtu>1</mtu></config>')</config>"
 run 0 "${edit[@]}" edit.xml
 says '<description nc:operation="merge">x<'

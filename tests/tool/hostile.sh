@@ -145,6 +145,8 @@ entry "$keys" | read_deep "12 keys in a filter" 0 out "<data/>"
 entry "${keys/v12/}" | edit_deep "the last of 12 keys is empty" 1 out "<error-tag>missing-element</error-tag>"
 entry "${keys/v5/$(repeat 2000 v)}<entry/>" |
     edit_deep "a key that no error path has room for" 1 out "<error-tag>data-missing</error-tag>"
+top '<chain>2000</chain>' >document.xml
+expect "2,000 levels to carry out" 1 out "the data has more than 1000 levels" edit --mapping "$deep" --apply document.xml
 top '<chain>300000</chain>' | edit_deep "300,000 native levels" 1 out "more than 250 levels, which no reader of XML takes"
 top '<odd/>' | edit_deep "a status that means nothing" 1 out "/top: a handler of the mapping 'deep_mapping' answered .* 0x0000dead"
 inserted() { top "<leaf y:insert='after' y:key=\"$1\">1</leaf>"; }

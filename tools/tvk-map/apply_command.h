@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "framework/list_keys.h"
+#include "framework/list_shapes.h"
 #include "framework/tree_holder.h"
 #include "netconf/rpc_attributes.h"
 #include "reply.h"

@@ -85,8 +85,8 @@ bool visit_texts(Node &root, const Visit &visit) {
         if (found) {
             return true;
         }
-        for (size_t i = 0; i < children(node).size(); ++i) {
-            pending.push_back(&node.subtrees[i]);
+        for (Node &child : children(node)) {
+            pending.push_back(&child);
         }
     }
     return false;

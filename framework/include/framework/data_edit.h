@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "framework/list_keys.h"
+#include "framework/list_shapes.h"
 #include "framework/rpc_error.h"
 #include "framework/tree_holder.h"
 

@@ -20,4 +20,7 @@ public:
 std::string printable(const std::string &text);
 bool has_controls(std::string_view text);
 
+// Returns text in single quotes: a message is read in its XML, where brackets and double quotes are escaped.
+std::string quoted(const std::string &text);
+
 }  // namespace tvk::framework

@@ -4,8 +4,8 @@
 #include <set>
 #include <string>
 
-#include "framework/framework.h"
 #include "framework/module_loader.h"
+#include "framework/request_scope.h"
 #include "framework/tree_holder.h"
 
 namespace tvk::framework {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "framework/framework.h"
 #include "framework/module_loader.h"
+#include "framework/request_scope.h"
 #include "framework/rpc_error.h"
 #include "framework/tree_holder.h"
 

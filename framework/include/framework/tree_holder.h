@@ -1,6 +1,9 @@
 // Owners of data trees.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <utility>
 #include <vector>
@@ -13,6 +16,23 @@ namespace tvk::framework {
 inline void release(Node &node) {
     qidl_tvk_datatree_free_ext(&node, tvk_gpb_free, nullptr, 0);
     node = Node{};
+}
+
+// Makes an empty record the last child of parent, whose other children may move. Throws std::bad_alloc.
+Node &append_child(Node &parent);
+
+// Keeps, in their order, the children for which keep is true, and releases the others.
+template <typename Keep>
+void keep_children(Node &node, Keep keep) {
+    const NodeRange<Node> all = children(node);
+    int32_t kept = 0;
+    for (Node &child : all) {
+        if (keep(child)) {
+            std::swap(all[static_cast<std::size_t>(kept++)], child);
+        }
+    }
+    std::for_each(all.begin() + kept, all.end(), release);
+    node.subtree_count = kept;
 }
 
 // Owns a tree. The root is a record that stands for no node: it has no tag, its children are top containers.

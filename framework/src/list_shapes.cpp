@@ -1,27 +1,18 @@
-#include "framework/list_keys.h"
+#include "framework/list_shapes.h"
 
 #include <algorithm>
-#include <cstring>
 #include <set>
 #include <unordered_set>
 
 #include "framework/diagnostics.h"
+#include "framework/node_identity.h"
 
 namespace tvk::framework {
 
 namespace {
 
-constexpr char kEndOfText = '\x1f';  // which XML cannot hold
-
 bool is_leaf(const Node &node) {
     return children(node).empty();
-}
-
-const Node *find_child(const Node &node, std::string_view tag) {
-    const auto children = tvk::children(node);
-    const auto child =
-        std::find_if(children.begin(), children.end(), [&](const Node &other) { return tag == tag_of(other); });
-    return child != children.end() ? &*child : nullptr;
 }
 
 // One parent's children of one name.
@@ -177,36 +168,6 @@ NodeShape &Shapes::at(std::string_view path) {
         path.remove_prefix(std::min(end + 1, path.size()));
     }
     return *shape;
-}
-
-std::string text_of_value(const Node &node, ValueForm form) {
-    const std::string text = value_of(node);
-    const char *ns = value_namespace_of(node);
-    return form == ValueForm::kWritten || *ns == '\0' ? text
-                                                      : "{" + std::string(ns) + "}" + text.substr(text.find(':') + 1);
-}
-
-bool is_same_value(const Node &a, const Node &b) {
-    return std::strcmp(value_of(a), value_of(b)) == 0 ||
-           text_of_value(a, ValueForm::kResolved) == text_of_value(b, ValueForm::kResolved);
-}
-
-std::string identity_of(const Node &node, const NodeShape &shape, ValueForm form) {
-    std::string text;
-    if (!shape.is_list) {
-        return text;
-    }
-    if (shape.keys.empty()) {
-        text += text_of_value(node, form) + kEndOfText;
-    }
-    for (const std::string &key : shape.keys) {
-        const Node *leaf = find_child(node, key);
-        if (leaf != nullptr) {
-            text += text_of_value(*leaf, form);
-        }
-        text += kEndOfText;
-    }
-    return text;
 }
 
 }  // namespace tvk::framework
