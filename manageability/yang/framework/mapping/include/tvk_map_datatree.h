@@ -282,9 +282,9 @@ TVK_MAP_API qerrno tvk_map_clear_xpath_ctx(tvk_map_ctx ctx);
  *
  * It matters only under a framework that has set tvk_map_context::index_children_from. Mapping code calls it before it
  * changes a tag, a namespace, an instance number or a key value of these children itself, gives the node an array,
- * takes it away or releases it. A null parent stands for all trees of the request: the framework calls it so when the
- * request ends, which releases the memory, and mapping code may do so after its changes instead of before. The next
- * lookup looks at the children anew. When nothing is remembered the call costs nothing.
+ * takes it away or releases it. A null parent stands for all trees of the request, and releases the memory of the
+ * index; such a call may come after the changes instead of before. The next lookup looks at the children anew. When
+ * nothing is remembered the call costs nothing.
  *
  * Returns
  * - 0: the children are forgotten.

@@ -168,8 +168,8 @@ TVK_MAP_API qerrno tvk_map_copy_trim_path_list_ctx(tvk_map_ctx ctx, const char *
 TVK_MAP_API qerrno tvk_map_free_trim_path_list_ctx(tvk_map_ctx ctx);
 
 /*
- * Clears the whole pending entry and empties the output list. pending_hierarchy_path is not released: stitching,
- * which sets it, says who owns it (tvk_map_xpath.h).
+ * Clears the whole pending entry and empties the output list. pending_hierarchy_path is forgotten without being
+ * released: call tvk_map_release_pending_entry before, which releases it if the state owns it.
  *
  * Returns
  * - 0: the output list was empty.

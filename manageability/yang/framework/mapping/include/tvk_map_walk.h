@@ -31,10 +31,8 @@ typedef qerrno (*tmap_instance_fp)(tvk_map_ctx ctx, struct qidl_tvk_datatree *in
                                    struct qidl_tvk_datatree *target, int reserved);
 
 /* Bits of tmap_child_entry::flags. */
-#define TMAP_CHILD_PROPAGATE                                                                                   \
-    0x1u                    /* the handler is also called when a delete or read is propagated below the parent \
-                             */
-#define TMAP_CHILD_KEY 0x2u /* the child is a key leaf of a list */
+#define TMAP_CHILD_PROPAGATE 0x1u /* called as well when a delete or read is propagated below the parent */
+#define TMAP_CHILD_KEY 0x2u       /* a key leaf of a list */
 
 /* A child of a container or list with a handler of its own. */
 struct tmap_child_entry {
@@ -235,20 +233,24 @@ TVK_MAP_API qerrno tvk_remove_from_output_list_ctx(tvk_map_ctx ctx,
 TVK_MAP_API qerrno tvk_map_get_resp_tree_instance_root(tvk_map_ctx ctx, struct qidl_tvk_datatree **root);
 
 /*
- * Releases the pending entry: its trim path, its hierarchy path, where it owns one, and the hold on its node.
- * Returns 0; TVK_ERR_INVALID for a null context or state record.
+ * Releases the pending entry: its trim path, its hierarchy path if the state owns one, and the hold on its node.
+ * Nothing is logged.
+ *
+ * Returns
+ * - 0: nothing is pending any more.
+ * - TVK_ERR_INVALID: the context or its state record is null.
  */
 TVK_MAP_API qerrno tvk_map_release_pending_entry(tvk_map_ctx ctx);
 
 /*
- * Releases what a request has left in its state and context: error path and error node tag, pending entry, output list,
- * hierarchy, instance-tree stack with its items, request tree schema, children index and current list. The framework
- * calls it when the request has ended, before it releases the state record and the trees, which stay its own. It writes
- * no message, and needs no memory. A second call finds nothing to release.
+ * Releases all that a request has left in its state and context: error path and error node tag, pending entry, output
+ * list, hierarchy, instance-tree stack with its items, request tree schema, children index and current list. The
+ * framework calls it when the request has ended, before it releases the state record and the trees, which stay its own.
+ * It logs nothing, and needs no memory. A second call finds nothing to release.
  *
- * Returns:
- * - 0;
- * - TVK_ERR_INVALID for a null context or state record.
+ * Returns
+ * - 0: nothing is left.
+ * - TVK_ERR_INVALID: the context or its state record is null.
  */
 TVK_MAP_API qerrno tvk_map_release_request_state(tvk_map_ctx ctx);
 
