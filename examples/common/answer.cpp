@@ -1,3 +1,4 @@
+// Adds leaves to the response.
 #include "answer.h"
 
 #include <cstdio>
@@ -12,7 +13,7 @@ namespace {
 
 constexpr char kTag[] = "example mapping";
 
-// The attribute that tells a client of a value that nobody set.
+// Gives a leaf the attribute that marks its value as a default.
 qerrno tag_as_default(Node *leaf) {
     auto *attribute =
         static_cast<struct qidl_tvk_name_value *>(kel_named_calloc_(1, sizeof(struct qidl_tvk_name_value), kTag, 0));
@@ -27,7 +28,7 @@ qerrno tag_as_default(Node *leaf) {
     return attribute->name != nullptr && attribute->value != nullptr ? TVK_OK : TVK_ERR_NO_MEMORY;
 }
 
-// A path has one namespace: what a leaf of another one stands in comes first, by its own.
+// Adds the node around a leaf first when it is in another namespace, since a path has one namespace.
 qerrno add_surroundings(tvk_map_ctx ctx, const Place &place, const Answer &answer) {
     char path[TVK_MAP_MAX_PATH];
     std::snprintf(path, sizeof path, "%s", answer.path);
@@ -43,7 +44,7 @@ qerrno add_surroundings(tvk_map_ctx ctx, const Place &place, const Answer &answe
 }  // namespace
 
 qerrno answer_value(tvk_map_ctx ctx, Node *target, const Answer &answer) {
-    // Asked first, so that nothing is opened for a leaf that is then left out.
+    // The filter is asked first, so that no entry is opened for a leaf that is left out.
     if (tvk_map_dfs_filter_schema(ctx, ctx->state->datatree, answer.path, 0) != 1) {
         return TVK_OK;
     }

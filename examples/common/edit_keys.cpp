@@ -1,3 +1,4 @@
+// Checks keys one by one.
 #include "edit_keys.h"
 
 #include "kel_memory.h"
@@ -26,12 +27,12 @@ qerrno check_key(tvk_map_ctx ctx, const Node *key, const ListShape &list) {
     return TVK_OK;
 }
 
-// As the library does later on; what fails before is told with the keys of the entry that it stands in.
+// Marks a key leaf, as the library does later on. An error that comes before can then name the entry by its keys.
 void mark_as_key(const Node &leaf) {
     tvk::mark_key(const_cast<Node &>(leaf));
 }
 
-// The library counts keys, and two of one name count for two.
+// Checks the key of that name. It must stand once: the library counts keys, and would take two of one name for two.
 qerrno check_key_of_name(tvk_map_ctx ctx, const Node *entry, const char *name, const ListShape &list) {
     const Node *key = nullptr;
     for (const Node &child : children_of(entry)) {

@@ -1,3 +1,4 @@
+// Finds the native entries of a list, and makes the instances that the walk goes through.
 #include "instances.h"
 
 #include <iterator>
@@ -7,6 +8,7 @@
 
 namespace mapping {
 
+// The instances of a list, each with a key of its own.
 struct Instances {
     Node *nodes;
     uint32_t count;
@@ -17,9 +19,9 @@ namespace {
 
 constexpr char kTag[] = "example mapping";
 
-// An instance shows the children of the request's list node, so that what the walk finds out about them is known to
-// the filter. Its native node stands where others have attributes, with a count of 0, and its key, its own, as its
-// data.
+// Makes an instance of the list node request. It shows the children of that node, so that the filter knows what the
+// walk finds out about them. The native node stands in the place of attributes, whose count is 0. The key becomes its
+// data; the instance owns it.
 void fill_instance(Node &instance, const Node &request, bool is_own, const Node *native, char *key) {
     instance.tag = request.tag;
     instance.ns = request.ns;
@@ -40,19 +42,20 @@ void free_instances(const Instances &instances) {
     kel_named_free(instances.nodes);
 }
 
+// Returns the leaf of a key in a list node of the request, or null.
 const Node *key_leaf(const Node &request, const char *tag) {
     const Node *key = nullptr;
     tvk_map_datatree_get_subtree(&request, &key, tag, nullptr, nullptr);
     return key;
 }
 
-// Whether a key that the request asks for is that of an entry. An identity may be named without its module.
+// Tells whether a leaf of the request names a key with that value. An identity may be named without its module.
 bool is_key_of(const Node &leaf, const char *tag, const char *value, const char *value_ns) {
     return equal(leaf.tag, tag) && equal(leaf.data, value) && is_of_module(leaf, value_ns);
 }
 
-// Whether the request's list node may mean the entry with that key. A leaf right in an entry that is no key of it, but
-// has a value, is one that no entry has.
+// Tells whether a list node of the request may mean the entry with that key. Entries have no leaves but their keys, so
+// a node with another leaf and a value means none.
 bool admits(tvk_map_ctx ctx, const Node &request, const ListShape &list, const char *key) {
     const FixedKey *fixed = list.fixed_key;
     for (const Node &leaf : children_of(&request)) {
@@ -68,8 +71,8 @@ bool admits(tvk_map_ctx ctx, const Node &request, const ListShape &list, const c
     return true;
 }
 
-// The candidates for what the request asks of the list: one for a key, if the native side has it, else all. What they
-// are found by is at rest in scratch.
+// Finds the native nodes that the request may ask for: the one of a key that it names, else all. The text that found
+// looks for may stand in scratch.
 qerrno find_candidates(tvk_map_ctx ctx, const Node *request, const ListShape &list, Scratch &scratch, Entries &found) {
     const Node *outer = list.parent != nullptr ? native_entry(ctx, *list.parent) : native_root(ctx);
     const char *outer_key = list.parent != nullptr ? entry_key(ctx, *list.parent) : nullptr;
@@ -89,6 +92,7 @@ qerrno find_candidates(tvk_map_ctx ctx, const Node *request, const ListShape &li
     return TVK_OK;
 }
 
+// Returns the place for another instance, which is not counted yet, or null without memory.
 Node *add_instance(Instances &instances) {
     if (instances.count == instances.room) {
         const uint32_t room = instances.room == 0 ? 1 : 2 * instances.room;
@@ -102,8 +106,8 @@ Node *add_instance(Instances &instances) {
     return &(instances.nodes[instances.count] = Node{});
 }
 
-// Adds an instance for each native node that is an entry of list. In a propagation (is_own false) the node is not of
-// this list: it asks for no keys of it, and shows no children.
+// Adds an instance for each native node that is an entry of list. In a propagation is_own is false: request is no node
+// of this list, so it names no keys of it, and its children are not shown.
 qerrno find_instances(tvk_map_ctx ctx, const Node &request, const ListShape &list, bool is_own, Instances &instances) {
     Scratch wanted;
     Entries candidates;
@@ -134,8 +138,8 @@ void mark_asked_key(const Node &request, const char *tag) {
     }
 }
 
-// The filter tells keys by their type. Those that the walk adds itself, to a list that is met again for the next
-// outer entry, stay without one.
+// Gives the keys that the client asks for the type that the filter tells keys by. Keys that the walk has added itself,
+// to a list that it meets again for the next outer entry, stay without a type.
 void mark_asked_keys(const Node &request, const ListShape &list) {
     if (tvk_map_get_node_type(&request) != TVK_NODE_TYPE_NONE) {
         return;
@@ -146,12 +150,14 @@ void mark_asked_keys(const Node &request, const ListShape &list) {
     }
 }
 
+// Drops the entries from level on from the output list.
 void close_entries(tvk_map_ctx ctx, int level) {
     while (ctx->state->output_list_count > level) {
         tvk_remove_from_output_list_ctx(ctx, nullptr, nullptr);
     }
 }
 
+// Makes instance the entry that is being answered at level; null means none.
 void set_instance(tvk_map_ctx ctx, int level, const Node *instance) {
     AnsweredLevel &answered = memory_of(ctx).levels[level];
     answered.native = instance != nullptr ? reinterpret_cast<const Node *>(instance->attributes) : nullptr;
@@ -165,7 +171,8 @@ qerrno begin_instance(tvk_map_ctx ctx, Node *instance, Node *, int) {
     return TVK_OK;
 }
 
-// No entry has two values for a key. The library would take them for two keys.
+// Tells whether a list node of the request names a key twice. No entry has two values for a key, and the library would
+// take them for two keys.
 bool names_a_key_twice(const Node &request, tmap_node_list_info_p info) {
     for (uint8_t i = 0; i < info->key_count; ++i) {
         int count = 0;
@@ -189,7 +196,7 @@ qerrno answer_list(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_li
     if (is_own) {
         mark_asked_keys(*node, list);
     }
-    // After a failure the walk goes on below a list of which no instance has begun.
+    // After a failure the walk goes on below the list although no instance has begun.
     set_instance(ctx, list.level, nullptr);
     Instances instances{};
     qerrno status = note_failure(ctx, find_instances(ctx, *node, list, is_own, instances));

@@ -1,4 +1,4 @@
-// The entries of a list in a read: the walk goes through an instance of the list for each.
+// Answers lists in a read: the walk goes through an instance of the list for each native entry.
 #ifndef EXAMPLES_COMMON_INSTANCES_H
 #define EXAMPLES_COMMON_INSTANCES_H
 

@@ -1,3 +1,4 @@
+// Looks up native entries and namespaces.
 #include "list_shape.h"
 
 namespace mapping {

@@ -1,10 +1,11 @@
+// Checks namespaces and keys before a walk.
 #include "parse.h"
 
 #include "edit_keys.h"
 
 namespace mapping {
 
-// In a propagation the node is one above.
+// In a propagation the node is one above, so its namespace is not looked at.
 qerrno parse_container(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns) {
     if (ctx->state->delete_walk_active != 1 && !is_of_model(ctx, *node, ns)) {
         return is_read(ctx) ? TVK_OK : refuse_namespace(ctx, node, ns);

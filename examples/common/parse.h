@@ -1,4 +1,4 @@
-// Walking containers and lists, with what edits and reads check before.
+// Walks containers and lists, after the checks of edits and reads.
 #ifndef EXAMPLES_COMMON_PARSE_H
 #define EXAMPLES_COMMON_PARSE_H
 
@@ -6,15 +6,16 @@
 
 namespace mapping {
 
-// A container parse for a container of that namespace: in an edit one of another is refused, in a read it selects
-// nothing.
+// Walks a container. One that is not in namespace ns is refused in an edit, and selects nothing in a read.
 qerrno parse_container(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns);
 
-// A list parse. In an edit the keys are checked first, each by its name, since the library counts them alone. In a read
-// each native entry that the request's keys admit is an instance; push_instances is what the list handler does then.
+// Walks a list. In an edit the keys are checked first, each by its name, since the library only counts them. In a read
+// the walk goes through an instance for each native entry that the keys of the request admit; the list handler then
+// calls push_instances.
 qerrno parse_list(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_list_info_p info, const ListShape &list);
 
-// Walks a top container. In an edit its target is the native root, in a read its own node in the response.
+// Walks a top container. The target is the native root in an edit, and the node of the container in the response in a
+// read.
 qerrno parse_top(tvk_map_ctx ctx, const Node *node, Node *target, tmap_node_cont_info_p info, const char *ns);
 
 }  // namespace mapping

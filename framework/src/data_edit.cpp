@@ -1,3 +1,4 @@
+// Applies an edit node by node, and records what is different then.
 #include "framework/data_edit.h"
 
 #include <algorithm>
@@ -14,17 +15,19 @@ namespace {
 
 constexpr size_t kMaxLevels = 1000;
 
+// Ends an edit that the data does not allow.
 struct Refused {
     RpcError error;
 };
 
+// Returns the operation of a node, or otherwise when it carries none.
 uint32_t operation_of(const Node &node, uint32_t otherwise = TVK_OPERATION_MERGE) {
     return has_operation(node) ? node.operation : otherwise;
 }
 
 class Applier {
 public:
-    // Carries out the children of edit on those of data; those without an operation do what otherwise says.
+    // Carries out the children of edit on those of data. Those without an operation do what otherwise says.
     void apply(Node &data, const Node &edit, const NodeShape &shape, Node &changes, uint32_t otherwise) {
         if (path_.size() == kMaxLevels) {
             refuse("operation-failed", "the data has more than " + std::to_string(kMaxLevels) + " levels");
@@ -93,7 +96,7 @@ private:
         }
     }
 
-    // A list entry without its keys, and the deletion of a key.
+    // Refuses a list entry without its keys, and the deletion of a key.
     void refuse_keys(const Node &node, const NodeShape &parent, uint32_t operation) const {
         for (const std::string &key : here().keys) {
             const auto children = tvk::children(node);
@@ -171,7 +174,7 @@ private:
         }
     }
 
-    // The node as it is when nothing was there before: what is to be removed below it stays away.
+    // Returns the node as it comes to be when nothing was there before. Nodes that are to be removed are left out.
     LooseNode grown(const Node &node) {
         if (path_.size() >= kMaxLevels) {
             refuse("operation-failed", "the data has more than " + std::to_string(kMaxLevels) + " levels");
@@ -192,7 +195,7 @@ private:
         return copy;
     }
 
-    // Whether the children of a node say nothing but what they hold, each by a name of its own.
+    // Tells whether no child of a node carries an operation or a place, and each has a name of its own.
     static bool is_plain(const Node &node) {
         constexpr size_t kMaxCompared = 32;
         const auto children = tvk::children(node);
@@ -210,9 +213,9 @@ private:
         return true;
     }
 
-    // Two nodes with children of which each may be an entry of its own.
+    // Refuses to merge two nodes that may be two entries of a list of which nothing is known.
     void refuse_if_unclear(const Node &there, const Node &node) const {
-        const bool is_top = path_.size() == 1;  // hardly ever a list
+        const bool is_top = path_.size() == 1;  // a top node is hardly ever a list
         if (is_top || here().is_list || here().is_declared || here().is_described || children(there).empty() ||
             children(node).empty()) {
             return;
@@ -230,7 +233,7 @@ private:
         }
     }
 
-    // What stands around changes: the name, and the keys of an entry.
+    // Returns the node to show changes in: its name, and the keys of an entry.
     LooseNode changed_parent(const Node &there) const {
         LooseNode parent = bare_copy(there);
         for (const Node &child : children(there)) {
@@ -261,7 +264,7 @@ private:
     }
 
     NodePath path_;
-    std::vector<const NodeShape *> shapes_;  // of the nodes of the path
+    std::vector<const NodeShape *> shapes_;  // one for each node of the path
 };
 
 }  // namespace

@@ -1,3 +1,4 @@
+// Turns the default operation of an edit into operations of its nodes.
 #include "framework/edit_defaults.h"
 
 #include <algorithm>
@@ -11,8 +12,8 @@ namespace tvk::framework {
 
 namespace {
 
-// Leaves of node the children that carry an operation, those that something with an operation stands in, and keys.
-// walked is a copy of node in which keys are marked. Returns whether something below node carries an operation.
+// Keeps the children of node that carry an operation, those around a node that does, and keys. walked is a copy of node
+// in which keys are marked. Returns whether something below node carries an operation.
 bool keep_what_acts(Node &node, const Node &walked) {
     bool acts = false;
     const Node *counterpart = walked.subtrees;
@@ -25,7 +26,7 @@ bool keep_what_acts(Node &node, const Node &walked) {
     return acts;
 }
 
-// Leaves of a request what stands around the nodes that carry an operation.
+// Keeps the nodes around those that carry an operation, and drops the latter.
 void drop_what_acts(Node &node) {
     keep_children(node, [](Node &child) {
         if (has_operation(child)) {
@@ -36,6 +37,7 @@ void drop_what_acts(Node &node) {
     });
 }
 
+// Tells whether node has the name of entry, and all leaves with values that entry has.
 bool has_keys_of(const Node &node, const Node &entry) {
     const auto keys = children(entry);
     const auto leaves = children(node);
@@ -47,8 +49,8 @@ bool has_keys_of(const Node &node, const Node &entry) {
            });
 }
 
-// The first list entry below node that found, what a read has found for node, does not hold. A container is always
-// there.
+// Finds the first list entry below node that found, the answer of a read to node, does not hold, and adds its path to
+// path. Returns false when there is none. A container is always there.
 bool find_missing(const Node &node, const Node &found, NodePath &path) {
     static const Node nothing{};
     for (const Node &child : children(node)) {
@@ -66,7 +68,8 @@ bool find_missing(const Node &node, const Node &found, NodePath &path) {
     return false;
 }
 
-// What is read of native data by the list entries that the nodes with an operation stand in.
+// Returns an error when the native data lacks a list entry around a node with an operation. The mappings read the
+// native data to find out.
 std::vector<RpcError> refuse_missing(const Mappings &mappings, Framework &framework, RequestTrees &trees) {
     RequestTrees read;
     copy_tree(trees.request.root(), read.asked.root());
@@ -89,7 +92,7 @@ std::vector<RpcError> refuse_missing(const Mappings &mappings, Framework &framew
     return errors;
 }
 
-// Marks in a request the keys that its walk has marked in a copy.
+// Marks in node the keys that the walk has marked in walked, its copy.
 void mark_keys(Node &node, const Node &walked) {
     if (has_key_mark(walked)) {
         mark_key(node);
@@ -144,7 +147,7 @@ std::vector<RpcError> drop_what_does_nothing(const Mappings &mappings, Framework
     }
     mark_keys(trees.request.root(), trial.request.root());
     keep_what_acts(trees.request.root(), trial.request.root());
-    // Where no native data is given, nothing is known of what is there.
+    // Without native data nothing is known of what is there.
     return children(trees.native.root()).empty() ? errors : refuse_missing(mappings, framework, trees);
 }
 

@@ -1,3 +1,4 @@
+// Keeps the children of an edited node in linked lists, and finds them by hashing.
 #include "edited_children.h"
 
 #include <utility>
@@ -97,7 +98,7 @@ void EditedChildren::name_place(const Node &node, const NodeShape &shape, Place 
     places_[std::move(written)] = place;
 }
 
-// Adds a node as the last one of its name. It stands behind before.
+// Adds a node as the last one of its name, right behind the child at before.
 EditedChildren::Place EditedChildren::append(LooseNode node, Place before) {
     const auto place = static_cast<Place>(items_.size());
     Group &group = groups_[key_of_name(*node)];

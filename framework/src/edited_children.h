@@ -1,4 +1,4 @@
-// The children of a node while an edit changes them.
+// Holds the children of a node while an edit changes them.
 #pragma once
 
 #include <cstddef>

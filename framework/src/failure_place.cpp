@@ -1,3 +1,4 @@
+// Finds where in a request a failed walk has stopped.
 #include "failure_place.h"
 
 #include <algorithm>
@@ -16,13 +17,13 @@ bool is_seen_by_walk(const Node &node) {
     return (node.schema_info.flags & TVK_SCHEMA_INFO_HAS_NODE_TYPE) != 0;
 }
 
-// The element of node in the library's error path, written by whoever writes the path itself.
+// Returns the element for node in an error path. The library writes it, as it writes the path itself.
 std::string path_element(const Node &node) {
     char buffer[TVK_MAP_MAX_PATH] = "";
     return tvk_oc_error_path_list_append(buffer, &node) == TVK_OK ? buffer : "";
 }
 
-// The node below root where the library's error path ends.
+// Returns the path of the node below root that the library's error path leads to, as far as the nodes are there.
 NodePath end_of_error_path(const Node &root, const std::string &error_path) {
     NodePath path;
     const Node *node = &root;
@@ -43,7 +44,8 @@ NodePath end_of_error_path(const Node &root, const std::string &error_path) {
     return path;
 }
 
-// The node that the walk had not entered yet when it stopped: a delete with content, an entry without anything.
+// Returns the path of the first node below top that the walk had not entered when it stopped: a delete with content, or
+// an entry without children.
 std::optional<NodePath> first_not_entered(const Node &root, const Node &top) {
     return find_path(root, [&](const NodePath &path) {
         const Node &node = *path.back();
@@ -52,7 +54,7 @@ std::optional<NodePath> first_not_entered(const Node &root, const Node &top) {
     });
 }
 
-// What the place is where the library has recorded no error path.
+// Returns the path of the node at fault when the library has recorded no error path, or nothing.
 std::optional<NodePath> find_without_error_path(qerrno status, const Node &request, const Node &top) {
     switch (status) {
         case TVK_ERR_LIST_KEY:
@@ -66,7 +68,7 @@ std::optional<NodePath> find_without_error_path(qerrno status, const Node &reque
     }
 }
 
-// The child at the end of path for which is_meant is true is added to the path.
+// Adds to path the first child of its last node for which is_meant is true. Returns false when there is none.
 template <typename IsMeant>
 bool step_down(NodePath &path, const IsMeant &is_meant) {
     for (const Node &child : children(*path.back())) {
@@ -78,7 +80,7 @@ bool step_down(NodePath &path, const IsMeant &is_meant) {
     return false;
 }
 
-// What is wrong with the copy of a key, "" when nothing is.
+// Returns why copy may not stand for key, which it repeats, or "".
 std::string fault_of_copy(const Node &copy, const Node &key) {
     if (is_delete(copy)) {
         return "it repeats a key of its list entry and cannot be deleted or removed; delete the entry instead";
@@ -93,7 +95,8 @@ std::string fault_of_copy(const Node &copy, const Node &key) {
     return "";
 }
 
-// The faulty copy of a key inside the entry at the end of path.
+// Adds to path the first faulty copy of a key of its last node, a list entry. Sets its_key to the key and fault to the
+// reason. Returns false when there is none.
 bool step_to_copy(NodePath &path, const Node *&its_key, std::string &fault) {
     const auto keys = children(*path.back());
     for (const Node &container : keys) {

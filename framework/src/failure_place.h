@@ -1,4 +1,4 @@
-// Where in a request a failed walk has stopped.
+// Finds where in a request a failed walk has stopped.
 #pragma once
 
 #include <string>

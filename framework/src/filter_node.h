@@ -1,4 +1,4 @@
-// What the engine and the selection by NETCONF's rules both ask of a filter node.
+// A question that is asked of filter nodes both before the walk and after it.
 #pragma once
 
 #include "tvk_datatree.hpp"

@@ -1,3 +1,4 @@
+// Switches the debug log and the trace of the process.
 #include "framework/framework.h"
 
 #include "tvk_diagnostics.h"

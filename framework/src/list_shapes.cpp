@@ -1,3 +1,4 @@
+// Takes in declarations of lists, and learns lists from data.
 #include "framework/list_shapes.h"
 
 #include <algorithm>
@@ -15,12 +16,12 @@ bool is_leaf(const Node &node) {
     return children(node).empty();
 }
 
-// One parent's children of one name.
+// The children of one name of one parent.
 using Entries = std::vector<const Node *>;
-// What all trees show at one place: the children of that name, by parent.
+// The children of one name that all trees have at one place, by parent.
 using Instances = std::vector<Entries>;
 
-// The tags of the leaves that all entries have in front.
+// Returns the tags of the leaves that all entries begin with.
 std::vector<std::string> common_front(const Instances &instances) {
     std::vector<std::string> front;
     bool is_first = true;
@@ -42,7 +43,8 @@ std::vector<std::string> common_front(const Instances &instances) {
     return front;
 }
 
-// Entries that go may stand beside one of the same keys that comes.
+// Tells whether the keys of shape tell the entries of each parent apart. An entry that is deleted may stand beside a
+// new one of the same keys.
 bool tell_apart(const Instances &instances, const NodeShape &shape) {
     return std::all_of(instances.begin(), instances.end(), [&](const Entries &entries) {
         std::unordered_set<std::string> met;
@@ -68,7 +70,7 @@ void learn_keys(const Instances &instances, NodeShape &shape) {
 
 void learn_at(const Instances &instances, NodeShape &shape) {
     if (!shape.is_declared) {
-        // What goes may stand beside what comes in its place.
+        // A node that is deleted may stand beside the one that comes in its place.
         shape.is_list = shape.is_list || std::any_of(instances.begin(), instances.end(), [](const Entries &entries) {
                             return std::count_if(entries.begin(), entries.end(),
                                                  [](const Node *entry) { return !is_delete(*entry); }) > 1;

@@ -1,3 +1,4 @@
+// Makes the nodes that an edit adds.
 #include "loose_node.h"
 
 #include <new>

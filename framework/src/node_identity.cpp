@@ -1,3 +1,4 @@
+// Compares nodes of data.
 #include "framework/node_identity.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@ namespace tvk::framework {
 
 namespace {
 
-constexpr char kEndOfText = '\x1f';  // which XML cannot hold
+constexpr char kEndOfText = '\x1f';  // XML cannot hold it
 
 const Node *find_child(const Node &node, std::string_view tag) {
     const auto children = tvk::children(node);

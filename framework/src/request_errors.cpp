@@ -1,3 +1,4 @@
+// Words the errors of a request.
 #include "framework/request_errors.h"
 
 #include <cstdio>
@@ -83,7 +84,8 @@ const char *error_tag_of(qerrno status) {
     }
 }
 
-// Why a request failed, where the mapping does not say it. Changes the tag of error where the place tells more.
+// Returns why a request failed, for when the mapping does not say it. Changes the tag of error when the place tells
+// more.
 std::string reason_of(qerrno status, const MappingModule &module, const Place &place, RpcError &error) {
     switch (status) {
         case TVK_ERR_NAMESPACE:
@@ -154,7 +156,7 @@ RpcError error_at(const NodePath &path, const char *tag, const std::string &reas
 std::string list_of_failure(RequestScope &scope, const Node &request, const Node &top) {
     NodePath path = find_place(TVK_ERR_LIST_KEY, scope, request, top).path;
     if (path.size() > 1 && children(*path.back()).empty()) {
-        path.pop_back();  // one of its keys
+        path.pop_back();  // the path leads to a key of the list
     }
     std::string tags;
     for (const Node *node : path) {
@@ -201,7 +203,7 @@ std::vector<RpcError> describe_unmapped(const Mappings &mappings, const Node &re
         return false;
     });
     if (errors.empty()) {
-        // The mapping names no record of the request, against what it is asked for.
+        // The mapping has named a node that is none of the request's.
         errors.push_back({"unknown-element", {}, "the mapping has nothing for an element of the request", "", "", {}});
     }
     if (known > errors.size() || unmapped.lost_some) {

@@ -1,3 +1,4 @@
+// Sets up the records of a request, and tells modules of its begin and end.
 #include "framework/request_scope.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ void note_unmapped(tvk_map_context *ctx, const qidl_tvk_datatree *node) {
     auto &unmapped = *static_cast<Unmapped *>(ctx->framework_data);
     try {
         unmapped.nodes[node] = ctx->failure_reason != nullptr ? ctx->failure_reason : "";
-    } catch (const std::bad_alloc &) {  // which may not pass through the library
+    } catch (const std::bad_alloc &) {  // no exception may pass through the library
         unmapped.lost_some = true;
     }
     kel_named_free(ctx->failure_reason);
@@ -46,7 +47,7 @@ RequestScope::RequestScope(Framework &framework, uint32_t request_type, uint8_t 
 
 RequestScope::~RequestScope() {
     end_modules();
-    mapping_context_.trace_enabled = 0;  // clearing up is not part of the request
+    mapping_context_.trace_enabled = 0;  // the trace shows the request, not its release
     tvk_map_release_request_state(ctx());
     kel_named_free(mapping_context_.failure_reason);
 }

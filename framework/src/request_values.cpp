@@ -1,3 +1,4 @@
+// Resolves identities, and refuses what mappings do not take.
 #include "framework/request_values.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@ namespace tvk::framework {
 
 namespace {
 
-// The paths of identities, as a tree of tags.
+// A tag in the paths of identities, with the tags below it.
 struct IdentityStep {
     std::string_view tag;
     bool is_identity = false;

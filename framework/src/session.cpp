@@ -1,3 +1,4 @@
+// Registers the session, and keeps the data of modules.
 #include "framework/session.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Copies trees, and settles who owns arrays that several nodes show.
 #include "framework/tree_holder.h"
 
 #include <algorithm>
@@ -18,8 +19,8 @@ namespace {
 // The mark stands in the framework's byte of an array's first record, where only a framework looks.
 constexpr uint8_t kSeen = 0xff;
 
-// Child arrays still to be looked at. Linked through the framework words of their first records, since trees are also
-// released because memory ran out.
+// Child arrays that are still to be looked at. They are linked through the framework words of their first records,
+// since trees are also released when memory has run out.
 class PendingArrays {
 public:
     void push(Node &parent) {

@@ -1,3 +1,4 @@
+// Writes the nodes of a tree, with their namespaces and attributes.
 #include "netconf/xml_encode.h"
 
 #include <cstring>
@@ -18,7 +19,7 @@ bool is_name(const char *text) {
     return xmlValidateNCName(as_xml(text), 0) == 0;
 }
 
-// Of XML itself: neither elements nor prefixes of values can be in such a namespace.
+// Tells whether a namespace is one of XML itself. Neither elements nor prefixes of values can be in it.
 bool is_reserved(const char *ns) {
     return std::strcmp(ns, kXmlNamespace) == 0 || std::strcmp(ns, "http://www.w3.org/2000/xmlns/") == 0;
 }
@@ -41,7 +42,7 @@ void write_insert(XmlOutput &output, const Node &node) {
         output.attribute("yang:insert", kInsertNames[insert.position]);
     }
     if (insert.keys_presence != 0) {
-        const bool qualified = *namespace_of(node) != '\0';  // key names are in the namespace of their list
+        const bool qualified = *namespace_of(node) != '\0';  // keys are in the namespace of their list
         if (qualified) {
             output.attribute("xmlns:key", namespace_of(node));
         }
@@ -88,7 +89,8 @@ void write_attributes(XmlOutput &output, const Node &node) {
     }
 }
 
-// A prefix that the element may use already, or that cannot be declared. The text stays as it is without it.
+// Tells whether the element may use a prefix already, or cannot declare it. The value is then written without a
+// declaration.
 bool is_own_prefix(const std::string &prefix) {
     const bool is_numbered =
         prefix.size() > 1 && prefix.front() == 'a' && prefix.find_first_not_of("0123456789", 1) == std::string::npos;
@@ -108,7 +110,7 @@ void write_value(XmlOutput &output, const Node &node) {
         output.text(value);
         return;
     }
-    if (const char *colon = std::strchr(value, ':')) {  // a text as it was written, whose prefix may mean something
+    if (const char *colon = std::strchr(value, ':')) {  // the text still has the prefix that it was read with
         const std::string prefix(value, colon);
         if (is_name(prefix.c_str()) && !is_own_prefix(prefix)) {
             output.attribute(("xmlns:" + prefix).c_str(), ns);
@@ -120,7 +122,7 @@ void write_value(XmlOutput &output, const Node &node) {
     output.text(std::string("id:") + value);
 }
 
-// What the nodes of a tree carry beside their content.
+// The marks that some node of a tree carries.
 struct TreeMarks {
     bool operations = false;
     bool inserts = false;
@@ -150,7 +152,7 @@ void start_node(XmlOutput &output, const Node &node, const char *outer_ns, TreeM
     write_value(output, node);
 }
 
-constexpr size_t kMaxLevels = 250;  // and a few of the message
+constexpr size_t kMaxLevels = 250;  // the message around the data has a few more
 
 // A node whose children are being visited.
 struct Level {
@@ -186,7 +188,7 @@ TreeMarks write_children(XmlOutput &output, const Node &root, const char *outer_
 }  // namespace
 
 void write_data(XmlOutput &output, const Node &root) {
-    // What is to be declared here shows in the nodes. To ask them all before would be a second pass over a tree that
+    // The nodes show which prefixes are needed. A look at all of them before would be a second pass over a tree that
     // may be larger than the caches.
     const size_t place = output.end_of_attributes();
     const TreeMarks marks = write_children(output, root, kNetconfNamespace);

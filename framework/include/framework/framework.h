@@ -7,13 +7,13 @@
 
 namespace tvk::framework {
 
-// What mapping contexts ask for unless someone wants to know the difference.
+// The number of children from which on contexts ask the library to index them. Tests and benchmarks use others.
 inline constexpr uint32_t kIndexChildrenFrom = 16;
 
-// Lives as long as the command: the framework context, and the log and trace of the process.
+// Owns the framework context, and the switches of the debug log and the trace of the process. It outlives all requests.
 class Framework {
 public:
-    // With trace, the debug log and the trace lines of all requests go to standard error.
+    // When trace is true, the debug log and the trace lines of all requests go to standard error.
     explicit Framework(bool trace, uint32_t index_children_from = kIndexChildrenFrom);
     ~Framework();
     Framework(const Framework &) = delete;

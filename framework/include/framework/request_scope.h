@@ -1,4 +1,4 @@
-// One request: what a framework creates around it, and releases with it.
+// Creates the records around a request, and releases them with it.
 #pragma once
 
 #include <map>
@@ -12,23 +12,23 @@
 
 namespace tvk::framework {
 
-// The nodes of a request that mappings say they do not map, and why, if they say it.
+// The nodes of a request that mappings say they do not map, each with the reason, or "" when they give none.
 struct Unmapped {
     std::map<const qidl_tvk_datatree *, std::string> nodes;
-    bool lost_some = false;  // for want of memory
+    bool lost_some = false;  // memory ran out while a node was noted
 
     bool any() const { return !nodes.empty() || lost_some; }
 };
 
 /*
- * One request: its record, its context, its state record and the mapping context that ties them together. On the
- * way out the modules are told, and everything that the records own is released, also what a failed walk left on its
- * stacks; so the scope must end before the request's tree and the target.
+ * Owns the record of a request, its context, its state record, and the mapping context that ties them together. When
+ * the scope ends, it tells the modules, and releases all that the records own, also what a failed walk left on its
+ * stacks. It ends before the request's tree and the target are released.
  */
 class RequestScope {
 public:
-    // with_defaults is the mode that the client asked for, enum tvk_with_defaults_mode. What modules keep goes to
-    // memory, or, when that is null, ends with the request.
+    // with_defaults is the mode that the client asked for, enum tvk_with_defaults_mode. Modules keep their data in
+    // memory, which outlives the scope; when it is null, their data ends with the request.
     RequestScope(Framework &framework, uint32_t request_type, uint8_t with_defaults = TVK_WITH_DEFAULTS_NONE,
                  MappingMemory *memory = nullptr);
     ~RequestScope();
@@ -39,13 +39,14 @@ public:
     tvk_map_request_state &state() { return *state_; }
     const Unmapped &unmapped() const { return unmapped_; }
 
-    // Makes container what the request is about next, in a read the filter of the paths that are added, and module the
-    // one whose handlers are called. Returns what the module says to the request's begin.
+    // Prepares the handlers of module for container, a top container of the request, which is also the filter of what a
+    // read adds. Returns the status of the module's begin_request, or TVK_OK when it was called before.
     qerrno enter(const tvk_map_module &module, qidl_tvk_datatree &container);
 
 private:
     bool is_read() const;
-    void show(const tvk_map_module *module);  // its memory, in the context
+    // Puts the memory of module into the context; that of no module when it is null.
+    void show(const tvk_map_module *module);
     void end_modules();
 
     tvk_request request_{};

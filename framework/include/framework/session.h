@@ -1,4 +1,4 @@
-// The session of requests with the native data that they read, and what modules keep between reads.
+// The session of requests: the native data that they read, and the data that modules keep between them.
 #pragma once
 
 #include <optional>
@@ -14,7 +14,7 @@ namespace tvk::framework {
 // The number of the one session.
 inline constexpr uint32_t kSessionId = 1;
 
-// What modules keep from one read to the next, as long as the native data does not change.
+// Owns the data that modules keep from one read to the next, as long as the native data does not change.
 class MappingMemory {
 public:
     MappingMemory() = default;
@@ -22,6 +22,7 @@ public:
     MappingMemory(const MappingMemory &) = delete;
     MappingMemory &operator=(const MappingMemory &) = delete;
 
+    // Returns the data of module, null at first. Throws std::bad_alloc.
     void *&of(const tvk_map_module &module);
 
 private:
@@ -32,17 +33,19 @@ private:
     std::vector<Entry> entries_;
 };
 
-// The session of the requests, while it lives: every connection handle that it has leads to database, which does not
+// Makes itself the session of the framework while it lives. All its connection handles lead to database, which must not
 // change meanwhile.
 class Session {
 public:
+    // Throws std::bad_alloc.
     Session(Framework &framework, qidl_tvk_datatree &database);
     ~Session();
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
 
     MappingMemory &memory() { return memory_; }
-    // Found when they are first asked for, so that later reads need not look at all data. Throws std::bad_alloc.
+    // Returns the child arrays of database. They are gathered at the first call, so that later reads need not look at
+    // all data. Throws std::bad_alloc.
     const ChildArrays &database_arrays();
 
 private:

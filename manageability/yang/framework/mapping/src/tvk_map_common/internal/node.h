@@ -16,6 +16,7 @@ inline void reset(Node &node) {
     node.presence = framework_bits;
 }
 
+// The records of an array; none when it is null or the count is below 1.
 inline std::span<Node> child_array(Node *array, std::int32_t count) {
     return NodeRange<Node>(array, count);
 }
