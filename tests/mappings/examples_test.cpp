@@ -17,8 +17,9 @@ constexpr char kEthernetNs[] = "http://openconfig.net/yang/interfaces/ethernet";
 constexpr char kInstancesNs[] = "http://openconfig.net/yang/network-instance";
 constexpr char kNativeNs[] = "urn:example:native-interfaces";
 
-Node interfaces(const Node &entry) {
-    return node("interfaces", kInterfacesNs)(entry);
+template <class... Entries>
+Node interfaces(const Entries &...entries) {
+    return node("interfaces", kInterfacesNs)(entries...);
 }
 
 template <class... Children>
@@ -288,7 +289,7 @@ Node long_list(int interfaces, int subinterfaces) {
 
 // Where the subinterfaces of an interface are holds while the list grows, and not when it begins anew.
 TEST_F(ExampleMappings, DeleteThePartsOfAnInterfaceInALongList) {
-    Tree target = root()(long_list(10, 2));
+    Tree target = root()(long_list(12, 2));  // eth1 is not eth10
     MappingContext mapping;
     MappedRequest mapped(example(EXAMPLES, "openconfig_interfaces"), mapping.ctx);
     const auto edit_more = [&](const Node &request) { EXPECT_STATUS(TVK_OK, mapped.handle(Tree(request), target)); };
@@ -297,11 +298,12 @@ TEST_F(ExampleMappings, DeleteThePartsOfAnInterfaceInALongList) {
         return std::count_if(list.subtrees, list.subtrees + list.subtree_count,
                              [](const auto &entry) { return deletes(static_cast<int>(entry.operation)); });
     };
-    edit_more(interfaces(interface("eth3").op(TVK_OPERATION_DELETE)));
+    edit_more(interfaces(interface("eth1").op(TVK_OPERATION_DELETE)));
     EXPECT_EQ(3, deleted());
-    edit_more(interfaces(interface("eth4")(node("subinterfaces")(node("subinterface")(leaf("index", "17"))))));
-    edit_more(interfaces(interface("eth4").op(TVK_OPERATION_DELETE)));
-    EXPECT_EQ(7, deleted());
+    edit_more(interfaces(interface("eth3").op(TVK_OPERATION_DELETE),
+                         interface("eth4")(node("subinterfaces")(node("subinterface")(leaf("index", "17")))),
+                         interface("eth4").op(TVK_OPERATION_DELETE)));
+    EXPECT_EQ(3 + 3 + 4, deleted());
     edit_more(node("interfaces", kInterfacesNs).op(TVK_OPERATION_DELETE));
     for (int i = 40; i > 0; --i) {
         edit_more(interfaces(
@@ -349,6 +351,22 @@ TEST_F(ExampleMappings, AnswerTheEntriesThatAFilterMeans) {
         EXPECT_STATUS(TVK_OK, mapped.handle(filter, response));
         EXPECT_EQ(row.entries, response->subtrees[0].subtree_count) << show(response);
         EXPECT_NE(std::string::npos, show(response).find(row.first)) << show(response);
+    }
+}
+
+TEST_F(ExampleMappings, AnswerNoProtocolButTheirOwn) {
+    MappingContext mapping(TVK_REQUEST_GET);
+    const Database database(mapping, node("bgp")(node("instances")(node("instance")(leaf("instance-name", "default"),
+                                                                                    leaf("process-name", "main")))));
+    MappedRequest mapped(example(EXAMPLES, "openconfig_bgp"), mapping.ctx);
+    for (const std::string identifier : {"BGP", "OSPF"}) {
+        const Tree filter =
+            protocol(leaf("identifier", identifier), leaf("name", "main"), node("config")(node("name")));
+        Tree response = root();
+        mapping.state->datatree = filter.get();
+        mapping.state->build_flags = TVK_BUILD_FILTERED;
+        EXPECT_STATUS(TVK_OK, mapped.handle(filter, response));
+        EXPECT_EQ(identifier == "BGP", show(response).find("main") != std::string::npos) << show(response);
     }
 }
 

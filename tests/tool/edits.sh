@@ -105,6 +105,7 @@ refused "<t><u><k>1</k><v><x/></v></u></t>" "/t/u\[k='1'\]/v: it has a value on 
 unset list
 refused "<t><u><k>2</k></u></t>" "/t/u: nothing shows whether this is a list: 'k' is '1' in the data and '2' in the edit"
 refused "<t><u/><u/></t>" "nothing shows what the keys of this list are"
+refused "<r><u><a>1</a><b>1</b></u><u><a>1</a><c>1</c></u></r>" "nothing shows what the keys of this list are"
 run 2 apply --list=t data.xml edit.xml
 says "is no PATH=KEY"
 document edit.xml "<t op='delete'/>"
@@ -188,6 +189,8 @@ is_refused 1 "; 20 more are not listed" <<<"<config>$(printf '<other%s/>' {1..12
 is_refused 1 "<error-path xmlns:ns1=\"$oc\">/ns1:interfaces</error-path>" <<<"<interfaces xmlns='$oc'>text</interfaces>"
 says "/interfaces: 'text' stands where only elements may stand"
 is_refused 1 "<bad-attribute>insert<" <<<"<config xmlns:y='$yang'>$(interface eth0 " y:insert='first'" '')</config>"
+is_refused 1 "<error-tag>invalid-value<" \
+    <<<"<config xmlns:y='$yang'>$(interface eth0 " y:insert='first'" '<config><mtu>x</mtu></config>')</config>"
 is_refused 1 "eth0'\]/config: a delete must not carry content" \
     <<<"$(interface eth0 '' '<config nc:operation="delete"><name>eth0</name></config>')"
 is_refused 1 "name=concat\('a', &quot;'&quot;, '&quot;b'\)\]/ns1:config/ns1:mtu<" \
