@@ -145,6 +145,15 @@ private:
             tvk_map_get_list(mapping_.ctx, &node, path.data(), nullptr);
             tell(node);
         }
+        for (const char *tag : {"id", "name"}) {  // below an entry, whose children are indexed as well
+            std::string path = tag;
+            const Record *child = some_child();
+            if (child != nullptr && tvk_map_get_list(mapping_.ctx, &child, path.data(), nullptr) == TVK_OK) {
+                const Record *leaf = nullptr;
+                tvk_map_datatree_get_subtree(child, &leaf, tag, nullptr, nullptr);
+                tell(leaf);
+            }
+        }
     }
 
     std::mt19937 random_;
@@ -162,6 +171,27 @@ TEST_F(IndexedChanges, AreFoundAsByGoingThroughThem) {
             ASSERT_EQ(expected, Changes(seed, from).run(300)) << "seed " << seed << ", from " << from;
         }
     }
+}
+
+// While a container is replaced it has no children, and then it has them again.
+TEST_F(IndexedChanges, ChildrenThatComeBackAreFound) {
+    static Record *list = nullptr;
+    static int found = 0;
+    const auto search = [](tvk_map_ctx ctx, const Record *, std::uint32_t, Record *) {
+        std::string path = "entry", key = "id", value = "1";
+        const Record *entry = list;
+        found += tvk_map_iterate_list(ctx, &entry, key.data(), value.data(), path.data(), nullptr) == TVK_OK ? 1 : 0;
+        return qerrno{TVK_OK};
+    };
+    const tmap_node_cont_info info{search, nullptr, nullptr, 0, nullptr, nullptr};
+    const Tree tree = node("list", kNs)(node("entry").op(TVK_OPERATION_REPLACE)(leaf("id", "1"))), target = root();
+    list = tree.get();
+    MappingContext mapping;
+    mapping.context.index_children_from = 1;
+    EXPECT_EQ(TVK_OK, tmap_high_container_parse(mapping.ctx, tree->subtrees, target.get(), &info));
+    EXPECT_EQ(1, found) << "in the second pass";
+    search(mapping.ctx, nullptr, 0, nullptr);
+    EXPECT_EQ(2, found);
 }
 
 }  // namespace

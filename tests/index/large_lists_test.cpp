@@ -7,7 +7,6 @@
 #include "status.h"
 #include "tree.h"
 #include "tvk_map.h"
-#include "tvk_platform_control.h"
 
 using namespace tvk::test;
 using Record = qidl_tvk_datatree;
@@ -40,47 +39,6 @@ TEST_F(Index, FirstOfSeveralEntries) {
         }
         ASSERT_EQ(&tree->subtrees->subtrees[first], found) << "entry " << i;
     }
-}
-
-// What is found while entries are given other keys, lose them or go, one at a time; and the allocations for it.
-std::pair<std::string, std::uint64_t> change_entries(std::uint32_t index_children_from) {
-    constexpr int kEntries = 1000, kSteps = 4000;
-    std::vector<Node> entries;
-    for (int i = 0; i < kEntries; ++i) {
-        entries.push_back(node("list").index(i + 1)(leaf("id", std::to_string(i % 300))));
-    }
-    const Tree tree = node("box", kNs).children(entries);
-    MappingContext mapping;
-    mapping.context.index_children_from = index_children_from;
-    std::string found;
-    tvk_platform_fail_allocation(0, 0);  // counts from here
-    unsigned number = 1;
-    for (int step = 0; step < kSteps; ++step) {
-        number = number * 1103515245 + 12345;
-        std::string value = std::to_string(number / 65536 % 300);
-        Record *entry = &tree->subtrees[number / 256 % static_cast<unsigned>(tree->subtree_count)];
-        if (step % 4 == 0) {
-            tvk_map_datatree_remove_last_subtree(mapping.ctx, tree.get());
-        } else if (step % 8 == 1) {
-            tvk_map_datatree_add_subtree(mapping.ctx, tree.get(), "list", kNs, nullptr, nullptr, &entry, 1);
-            tvk_map_datatree_add_subtree(mapping.ctx, entry, "id", kNs, value.c_str(), nullptr, nullptr, 0);
-        } else {
-            tvk_map_forget_children(mapping.ctx, entry);
-            std::swap(entry->subtrees->tag[0], entry->subtrees->tag[1]);  // the key is lost, or found again
-            tvk_map_datatree_add_subtree(mapping.ctx, entry, "id", kNs, value.c_str(), nullptr, nullptr, 0);
-        }
-        const Record *first = nullptr;
-        char path[] = "list", key[] = "id";
-        tvk_map_search_list(mapping.ctx, tree.get(), &first, path, value.data(), key, nullptr);
-        found += (first != nullptr ? place_of(*tree, first) : "none") + " ";
-    }
-    return {found, tvk_platform_allocation_count()};
-}
-
-TEST_F(Index, EntriesThatChangeAreLookedAtAloneAgain) {
-    const auto scanned = change_entries(0), indexed = change_entries(16);
-    EXPECT_EQ(scanned.first, indexed.first);
-    EXPECT_LT(indexed.second, scanned.second + 200) << "no table is made anew for one entry";
 }
 
 // More parents than are remembered: those that are dropped are gone through again. None of them comes up while entries
