@@ -3,6 +3,7 @@
 
 #include "context.h"
 #include "kel_memory.h"
+#include "status.h"
 #include "tree.h"
 #include "tvk_map.h"
 #include "tvk_string.h"
@@ -192,6 +193,34 @@ TEST_F(IndexedChanges, ChildrenThatComeBackAreFound) {
     EXPECT_EQ(1, found) << "in the second pass";
     search(mapping.ctx, nullptr, 0, nullptr);
     EXPECT_EQ(2, found);
+}
+
+// More parents than are remembered: those that are dropped are gone through again. None of them comes up while entries
+// of one list are compared, which could drop that list.
+TEST_F(IndexedChanges, ManyParents) {
+    constexpr int kParents = 1100;
+    MappingContext mapping;
+    mapping.context.index_children_from = 1;
+    const Node box = node("box").op(TVK_OPERATION_REMOVE)(leaf("id", "0"), node("list")(leaf("id", "0")),
+                                                          node("list")(leaf("id", "1")));
+    Tree tree = node("top", kNs).children(std::vector<Node>(kParents, box));
+    for (int i = 0; i < 3 * kParents; ++i) {
+        Record &parent = tree->subtrees[i % kParents];
+        const Record *found = nullptr;
+        char path[] = "list", key[] = "id", wanted[] = "1";
+        EXPECT_STATUS(TVK_OK, tvk_map_search_list(mapping.ctx, &parent, &found, path, wanted, key, nullptr));
+        ASSERT_EQ(&parent.subtrees[2], found) << "search " << i;
+    }
+    tvk_map_node_operation record{};
+    record.root = tree.get();
+    record.kind = TVK_XPATH_LEAF;
+    std::string(kNs).copy(record.ns, sizeof record.ns - 1);
+    std::string("/box[id=0]/id").copy(record.xpath, sizeof record.xpath - 1);
+    for (const std::uint32_t op : {TVK_XPATH_READ, TVK_XPATH_READ, TVK_XPATH_ADD}) {
+        record.op = op;
+        EXPECT_STATUS(TVK_OK, tvk_map_tree_xpath_operations(mapping.ctx, &record));
+    }
+    EXPECT_EQ(kParents + 1, tree->subtree_count) << "all that are removed were passed over";
 }
 
 }  // namespace

@@ -122,6 +122,9 @@ says "data-missing"
 edit_config replace "$(config '<t><m>2</m></t>')"
 run 0 apply data.xml edit.xml
 comes_to '<t><m>2</m></t>'
+edit_config replace "$(config '<t nc:operation="merge"><m>2</m></t>')"
+run 0 apply data.xml edit.xml
+comes_to '<t><m>2</m><u><k>1</k><v>a</v></u></t>'
 echo "<copy-config xmlns='$nc'><source>$(config '')</source></copy-config>" >edit.xml
 run 0 apply data.xml edit.xml
 comes_to ''
