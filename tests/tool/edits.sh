@@ -229,6 +229,10 @@ fi
 
 # ---- get ----
 
+echo '<config/>' >empty.xml
+run 0 get --mapping openconfig_interfaces --native empty.xml
+says '<data/>'
+
 # Several filter nodes for one entry, namespaces left out, values of leaves that are not mapped.
 filtered() {
     "$tool" get --mapping openconfig_interfaces --native native.xml --phase "$2" - <<<"$1" >out 2>err || fail "$1"
