@@ -72,6 +72,9 @@ struct Operation {
     std::function<void(World &)> beforehand;  // what must have happened, memory at hand
 };
 
+// A row for each exported operation, or several.
+const std::vector<Operation> &operations();
+
 // What an operation answers, and the world then: with all memory, and with each allocation failing in turn.
 struct Outcomes {
     std::string whole;

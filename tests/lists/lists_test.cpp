@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "context.h"
+#include "kel_memory.h"
 #include "status.h"
 #include "tree.h"
 #include "tvk_map_lists.h"
@@ -50,6 +51,12 @@ TEST_F(FindList, AChildByValueOrByNamespace) {
         const qidl_tvk_datatree *found = nullptr;
         EXPECT_STATUS(row.status, tvk_map_datatree_get_subtree(row.parent, &found, row.tag, row.data, row.ns));
         EXPECT_EQ(row.found.empty() ? nullptr : find(tree, row.found), found);
+    }
+    for (const auto &[value, status] : {std::pair("1", TVK_OK), {"3", TVK_ERR_INVALID}}) {  // 3: no tag by its bit
+        Argument key = "k", wanted = value, path = "x/l/";
+        const qidl_tvk_datatree *list = tree.get();
+        EXPECT_STATUS(status, tvk_map_iterate_list(ctx, &list, key.get(), wanted.get(), path.get(), nullptr));
+        EXPECT_EQ("x/l/", path.text) << "is not cut";
     }
     Argument text = "k";
     const qidl_tvk_datatree *at = broken.get();
@@ -162,6 +169,18 @@ TEST_F(ErrorPath, NamesLevelsAndKeys) {
 }
 
 class Namespaces : public MappingTest {};
+
+TEST_F(Namespaces, OfAValueLeavesTheFormerOneToItsHolder) {
+    const Tree tree = node("top", "urn:old")(leaf("a", "1"));
+    char *former = nullptr;
+    for (const char *ns : {"urn:first", "urn:second"}) {
+        former = find(tree, "a")->data_ns;
+        EXPECT_STATUS(TVK_OK, tvk_map_datatree_add_data_ns(ctx, tree.get(), "top/a", ns));
+    }
+    EXPECT_STREQ("urn:first", former);
+    kel_named_free(former);
+    EXPECT_TREE(node("top", "urn:old")(leaf("a", "1").data_ns("urn:second")), tree);
+}
 
 TEST_F(Namespaces, RestampsWithTextsOfTheTree) {
     const Tree tree = node("top", "urn:old")(node("a")(node("x"), node("b")(leaf("c", "1"))));

@@ -105,6 +105,7 @@ refused "<t><u><k>1</k><v><x/></v></u></t>" "/t/u\[k='1'\]/v: it has a value on 
 unset list
 refused "<t><u><k>2</k></u></t>" "/t/u: nothing shows whether this is a list: 'k' is '1' in the data and '2' in the edit"
 refused "<t><u/><u/></t>" "nothing shows what the keys of this list are"
+refused "<r><u><a>1</a><b>1</b></u><u><a>1</a><c>1</c></u></r>" "nothing shows what the keys of this list are"
 run 2 apply --list=t data.xml edit.xml
 says "is no PATH=KEY"
 document edit.xml "<t op='delete'/>"
@@ -121,6 +122,9 @@ says "data-missing"
 edit_config replace "$(config '<t><m>2</m></t>')"
 run 0 apply data.xml edit.xml
 comes_to '<t><m>2</m></t>'
+edit_config replace "$(config '<t nc:operation="merge"><m>2</m></t>')"
+run 0 apply data.xml edit.xml
+comes_to '<t><m>2</m><u><k>1</k><v>a</v></u></t>'
 echo "<copy-config xmlns='$nc'><source>$(config '')</source></copy-config>" >edit.xml
 run 0 apply data.xml edit.xml
 comes_to ''
@@ -188,6 +192,8 @@ is_refused 1 "; 20 more are not listed" <<<"<config>$(printf '<other%s/>' {1..12
 is_refused 1 "<error-path xmlns:ns1=\"$oc\">/ns1:interfaces</error-path>" <<<"<interfaces xmlns='$oc'>text</interfaces>"
 says "/interfaces: 'text' stands where only elements may stand"
 is_refused 1 "<bad-attribute>insert<" <<<"<config xmlns:y='$yang'>$(interface eth0 " y:insert='first'" '')</config>"
+is_refused 1 "<error-tag>invalid-value<" \
+    <<<"<config xmlns:y='$yang'>$(interface eth0 " y:insert='first'" '<config><mtu>x</mtu></config>')</config>"
 is_refused 1 "eth0'\]/config: a delete must not carry content" \
     <<<"$(interface eth0 '' '<config nc:operation="delete"><name>eth0</name></config>')"
 is_refused 1 "name=concat\('a', &quot;'&quot;, '&quot;b'\)\]/ns1:config/ns1:mtu<" \
@@ -222,6 +228,10 @@ if [ -w /dev/full ]; then
 fi
 
 # ---- get ----
+
+echo '<config/>' >empty.xml
+run 0 get --mapping openconfig_interfaces --native empty.xml
+says '<data/>'
 
 # Several filter nodes for one entry, namespaces left out, values of leaves that are not mapped.
 filtered() {
