@@ -64,6 +64,12 @@ TEST_F(FindList, AChildByValueOrByNamespace) {
     EXPECT_EQ(Lines{"ERR: Failed to get subtrees!"}, errors());
 }
 
+TEST_F(FindList, AValueIsLookedForBelowTheLastOfEachTag) {
+    const Tree twice = node("r")(node("a")(leaf("v", "1")), node("a")(leaf("v", "2")));
+    EXPECT_STATUS(TVK_OK, tvk_map_get_subtree_from_key(ctx, twice.get(), "a/v", "2", nullptr));
+    EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_get_subtree_from_key(ctx, twice.get(), "a/v", "1", nullptr));
+}
+
 TEST_F(FindList, TheWayToAListStopsAtItsParent) {
     const struct {
         const char *path, *ns, *reached;
