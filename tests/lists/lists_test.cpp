@@ -127,6 +127,14 @@ TEST_F(SearchOrAdd, TheFirstTrimPathStaysUntilReset) {
     EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_datatree_reset_trim_path_ctx(nullptr));
 }
 
+TEST_F(SearchOrAdd, AnEntryOfAnotherNamespaceIsAnother) {
+    const Node one = node("l", "n").index(1)(leaf("k", "1")), other = node("l", "o").index(2)(leaf("k", "2"));
+    const Tree tree = root()(one, other);
+    EXPECT_STATUS(TVK_OK, search_or_add(mapping, tree, "l", "2", &entry));
+    EXPECT_TREE(root()(one, other, node("l", "n").index(3)(leaf("k", "2"))), tree);
+    EXPECT_EQ(&tree->subtrees[2], entry);
+}
+
 class ErrorPath : public MappingTest {
 protected:
     static qerrno record(MappingContext &at, const std::vector<std::pair<std::uint32_t, const Tree *>> &levels) {
