@@ -107,7 +107,7 @@ function print_shared_comment(line) {
 # Comments reach as far as a declaration does: a statement with its braces, or a macro.
 function follow(code) {
     level += gsub(/[{]/, "{", code) - gsub(/[}]/, "}", code)
-    is_inside = code ~ /[^;{}]$/ && code !~ /^#/
+    is_inside = code ~ /\\$/ || (code ~ /[^;{}]$/ && code !~ /^#/)
 }
 
 /^ *\/\*/ {
@@ -133,7 +133,7 @@ function follow(code) {
 }
 
 /^$/ {
-    is_fresh = is_shared = 0
+    is_fresh = is_shared = is_inside = 0
 }
 
 # The end of what is declared for C.

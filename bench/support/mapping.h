@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "framework/framework.h"
+#include "framework/request_scope.h"
 #include "framework/tree_holder.h"
 #include "harness.h"
 #include "qidl_tvk_datatree.h"

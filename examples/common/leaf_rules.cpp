@@ -1,3 +1,4 @@
+// Edits and answers leaves by their rules.
 #include "leaf_rules.h"
 
 #include <algorithm>
@@ -10,6 +11,7 @@ namespace mapping {
 
 namespace {
 
+// Returns the rule of the leaf of that tag, or null.
 const LeafRule *find_rule(const LeafContainer &container, const char *tag) {
     const bool is_state = container.enter == nullptr;
     for (const LeafRule &rule : container.rules) {
@@ -30,7 +32,8 @@ qerrno refuse_value(tvk_map_ctx ctx, const Node *leaf, const char *name) {
     return refuse(ctx, leaf, TVK_ERR_INVALID, "%s is no %s", Quoted(leaf->data).text, name);
 }
 
-// The native form of the value of a leaf, which has one in the model; sets value.
+// Sets value to the native form of the value of a leaf. Refuses a value that the model or the native side does not
+// have.
 qerrno convert(tvk_map_ctx ctx, const Node *leaf, const LeafRule &rule, Scratch &scratch, const char *&value) {
     const char *given = leaf->data != nullptr ? leaf->data : "";
     if (!is_of_module(*leaf, rule.value_ns)) {
@@ -54,7 +57,7 @@ qerrno convert(tvk_map_ctx ctx, const Node *leaf, const LeafRule &rule, Scratch 
     return TVK_OK;
 }
 
-// Node is the leaf, or, in a deletion, the container around it.
+// Edits a leaf by its rule. node is the leaf, or, in a deletion, the container around it.
 qerrno edit_leaf(tvk_map_ctx ctx, const Node *node, Node *target, const LeafRule &rule) {
     Scratch scratch;
     const char *value = nullptr;
@@ -69,7 +72,7 @@ qerrno edit_leaf(tvk_map_ctx ctx, const Node *node, Node *target, const LeafRule
     return rule.path != nullptr ? add_value(ctx, node, target, rule.path, value) : TVK_OK;
 }
 
-// A leaf has one value, and no elements.
+// Checks that each leaf is of the model, stands once, and holds no elements.
 qerrno check_leaves(tvk_map_ctx ctx, const Node *node, const LeafContainer &container) {
     uint32_t seen = 0;
     for (const Node &leaf : children_of(node)) {
@@ -94,7 +97,7 @@ qerrno check_leaves(tvk_map_ctx ctx, const Node *node, const LeafContainer &cont
 
 // ---- Reads ----
 
-// The value that the native tree has for the leaf; null for none.
+// Returns the value that the native tree has for the leaf, or null.
 const char *read_leaf(tvk_map_ctx ctx, const LeafContainer &container, const LeafRule &rule, Scratch &scratch) {
     const Node *native = container.list != nullptr ? native_entry(ctx, *container.list) : native_root(ctx);
     if (rule.read != nullptr) {
@@ -113,8 +116,8 @@ const char *read_leaf(tvk_map_ctx ctx, const LeafContainer &container, const Lea
     return rule.from_native != nullptr ? rule.from_native(leaf->data, scratch) : leaf->data;
 }
 
-// Whether a value is told to the client, by the with-defaults mode that it asked for. A server that is asked for
-// none tells what was set.
+// Tells whether the client gets a value, by the with-defaults mode that it asked for. When it asked for none, it gets
+// the values that were set.
 bool is_told(tvk_map_ctx ctx, const LeafRule &rule, const char *value) {
     switch (tvk_map_is_with_defaults_enabled(ctx)) {
         case TVK_WITH_DEFAULTS_REPORT_ALL:
@@ -127,7 +130,7 @@ bool is_told(tvk_map_ctx ctx, const LeafRule &rule, const char *value) {
     }
 }
 
-// Joins the texts without snprintf, since this runs for each leaf of each entry. They are this mapping's own and fit.
+// Joins texts without snprintf, since this runs for each leaf of each entry. They are this mapping's own and fit.
 void join(char (&path)[TVK_MAP_MAX_PATH], std::initializer_list<const char *> parts) {
     std::size_t length = 0;
     for (const char *part : parts) {
@@ -138,6 +141,7 @@ void join(char (&path)[TVK_MAP_MAX_PATH], std::initializer_list<const char *> pa
     path[length] = '\0';
 }
 
+// Answers a leaf by its rule. is_match says that the filter names a value, which the leaf has.
 qerrno answer_leaf(tvk_map_ctx ctx, Node *target, const LeafContainer &container, const LeafRule &rule, bool is_match) {
     Scratch scratch;
     const char *value = read_leaf(ctx, container, rule, scratch);
@@ -154,7 +158,8 @@ qerrno answer_leaf(tvk_map_ctx ctx, Node *target, const LeafContainer &container
                         {container.list, path, container.ns, ns_of(container, rule), told, rule.value_ns, is_tagged});
 }
 
-// A value in the filter must be the one that the leaf has, set or by default. A leaf that is not mapped has none.
+// Tells whether each leaf has the value that the filter names for it, set or by default. A leaf that is not mapped has
+// none.
 bool content_matches(tvk_map_ctx ctx, const Node *node, const LeafContainer &container) {
     for (const Node &leaf : children_of(node)) {
         if (!tvk::has(leaf, TVK_HAS_DATA)) {
@@ -250,7 +255,7 @@ qerrno handle_leaf(tvk_map_ctx ctx, const Node *leaf, Node *target, const LeafCo
         return rule != nullptr ? edit_leaf(ctx, leaf, target, *rule) : leave_unmapped(ctx, leaf);
     }
     if (rule == nullptr || !is_of_model(ctx, *leaf, ns_of(container, *rule))) {
-        return TVK_OK;  // what the model does not know selects nothing
+        return TVK_OK;  // a node that the model does not know selects nothing
     }
     return answer_leaf(ctx, target, container, *rule, tvk::has(*leaf, TVK_HAS_DATA));
 }

@@ -1,3 +1,4 @@
+// Groups the entries of long lists by their texts.
 #include "memory.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@ namespace {
 
 constexpr char kTag[] = "example mapping";
 
-// Shorter lists are looked through.
+// Lists up to this length are searched from end to end.
 constexpr std::size_t kLongList = 16;
 
 uint32_t hash_of(Text text) {
@@ -26,7 +27,7 @@ uint32_t hash_of(Text text) {
 
 }  // namespace
 
-// The entries of one list in chains by their texts' hashes. Entries are numbered from 1, so that 0 ends a chain.
+// The entries of one list, in chains by the hashes of their texts. Entries are numbered from 1, so that 0 ends a chain.
 struct Groups {
     struct Entry {
         uint32_t hash;
@@ -100,7 +101,7 @@ struct Groups {
     bool take_in(Nodes list) {
         const auto count = static_cast<uint32_t>(list.size());
         if (known > count) {
-            forget();  // fewer ones are others, though nobody has said so
+            forget();  // a list that has shrunk has other entries, though nobody has said so
         }
         if (!make_room(count)) {
             return false;
@@ -120,7 +121,7 @@ Groups *&chain_of(Memory &memory, const void *list_id) {
     return memory.chains[reinterpret_cast<uintptr_t>(list_id) / alignof(std::max_align_t) % Memory::kChains];
 }
 
-// Null when there is no memory.
+// Returns the groups of a list, new ones when there are none, or null without memory.
 Groups *groups_for(tvk_map_ctx ctx, const void *list_id, TextOf text_of) {
     Groups *&chain = chain_of(memory_of(ctx), list_id);
     for (Groups *groups = chain; groups != nullptr; groups = groups->next) {
@@ -204,6 +205,14 @@ qerrno open_memory(tvk_map_ctx ctx) {
     memory.failure = TVK_OK;
     memory.entry_is_new = false;
     return TVK_OK;
+}
+
+qerrno note_failure(tvk_map_ctx ctx, qerrno status) {
+    qerrno &failure = memory_of(ctx).failure;
+    if (failure == TVK_OK) {
+        failure = status;
+    }
+    return status;
 }
 
 void release_memory(void *memory) {

@@ -1,4 +1,4 @@
-// The library's tables, with counts that come from the arrays.
+// Makes the library's tables of handlers, with counts that come from the arrays.
 #ifndef EXAMPLES_COMMON_TABLES_H
 #define EXAMPLES_COMMON_TABLES_H
 
@@ -6,6 +6,7 @@
 
 namespace mapping {
 
+// Returns the table of a container.
 template <std::size_t kCount>
 constexpr struct tmap_node_cont_info container_table(tmap_cont_handler_fp enter,
                                                      const struct tmap_child_entry (&children)[kCount]) {
@@ -18,6 +19,7 @@ constexpr struct tmap_node_cont_info container_table(tmap_cont_handler_fp enter,
             .unsupported_ns = nullptr};
 }
 
+// Returns the table of a list.
 template <std::size_t kCount, std::size_t kKeyCount>
 constexpr struct tmap_node_list_info list_table(tmap_node_process_fp handle,
                                                 const struct tmap_child_entry (&children)[kCount],

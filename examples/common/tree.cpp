@@ -1,3 +1,4 @@
+// Enters entries, joins operations, and words refusals.
 #include "tree.h"
 
 #include <cstdarg>
@@ -14,7 +15,8 @@ namespace {
 
 constexpr char kTag[] = "example mapping";
 
-// An entry that this request adds has a number, unlike those that the native tree had before.
+// Numbers the first entry of a list. An entry that this request adds has a number, unlike those that the native tree
+// had before.
 void number_first_entry(tvk_map_ctx ctx, Node &container) {
     Node &first = container.subtrees[0];
     if (container.subtree_count == 1 && !tvk::has(first, TVK_HAS_SUBTREE_INDEX)) {
@@ -24,14 +26,14 @@ void number_first_entry(tvk_map_ctx ctx, Node &container) {
     }
 }
 
-// Whether all that an entry holds is of this request, and the device does not have it yet.
+// Tells whether all that an entry holds is of this request, so that the device does not have it yet.
 bool is_of_request(const Node &entry) {
     return tvk::has(entry, TVK_HAS_SUBTREE_INDEX) || tvk::has_operation(entry, TVK_OPERATION_CREATE) ||
            tvk::has_operation(entry, TVK_OPERATION_REPLACE);
 }
 
-// The device may not have what this request itself has put there: deleting it must not fail for want of it. What was
-// deleted as something that must be there stays so.
+// Returns the operation that deletes native. The device may not have a node that this request has added, so such a node
+// is removed, which does not fail. A node that was deleted before stays deleted.
 uint32_t deletion(const Node &native, const Node &node, const Node *within) {
     if (tvk::has_operation(native, TVK_OPERATION_DELETE)) {
         return TVK_OPERATION_DELETE;
@@ -41,17 +43,18 @@ uint32_t deletion(const Node &native, const Node &node, const Node *within) {
     return is_own ? uint32_t{TVK_OPERATION_REMOVE} : node.operation;
 }
 
-// What is created or replaced stays so, whatever else is put into it.
+// Tells whether a node keeps its operation when something is put into it: it is created or replaced.
 bool stays(const Node &native) {
     return tvk::has_operation(native, TVK_OPERATION_CREATE) || tvk::has_operation(native, TVK_OPERATION_REPLACE);
 }
 
-// In the removal that a replaced list entry begins with.
+// Tells whether the walk is in the removal that the replacement of a list entry begins with.
 bool is_replaced_next(tvk_map_ctx ctx) {
     return ctx->state->replace_converted != 0 && ctx->state->delete_walk_active != 1 &&
            (ctx->state->build_flags & TVK_BUILD_REPLACE_REMOVING) != 0;
 }
 
+// Releases all children of node but the first ones.
 void drop_children(tvk_map_ctx ctx, Node *node, int32_t kept) {
     tvk_map_forget_children(ctx, node);
     for (int32_t i = kept; i < node->subtree_count; ++i) {
@@ -114,7 +117,7 @@ void give_operation(tvk_map_ctx ctx, const Node *node, Node *native, const Node 
         return;
     }
     take_back_removal(native);
-    // What a replace has turned into a merge is the walk's own operation, not the request's.
+    // A merge that the walk has made of a replace is no operation of the request.
     const bool is_own = tvk::has_operation(*node) && ctx->state->replace_converted == 0;
     if (is_own && !stays(*native)) {
         tvk_map_datatree_set_operation(native, node->operation);
@@ -134,7 +137,7 @@ qerrno settle_entry(tvk_map_ctx ctx, const Node *node, int32_t key_count) {
     }
     const bool is_new = memory_of(ctx).entry_is_new;
     if (is_replaced_next(ctx) && tvk::has_operation(*entry, TVK_OPERATION_CREATE)) {
-        drop_children(ctx, entry, key_count);  // what this request creates, and then replaces, it creates
+        drop_children(ctx, entry, key_count);  // an entry that this request creates and then replaces is created
     } else {
         remove_entry(ctx, node, entry, key_count, is_new ? nullptr : entry);
     }
@@ -170,7 +173,7 @@ Quoted::Quoted(const char *value) {
     const bool is_cut = length > kShown;
     if (is_cut) {
         for (length = kShown; (static_cast<unsigned char>(shown[length]) & 0xc0) == 0x80; --length) {
-        }  // not inside a character
+        }  // a cut stands between characters
     }
     std::snprintf(text, sizeof text, "'%.*s%s'", static_cast<int>(length), shown, is_cut ? "..." : "");
 }

@@ -1,3 +1,4 @@
+// Checks the forms of values.
 #include "value_types.h"
 
 #include <arpa/inet.h>
@@ -46,7 +47,8 @@ bool is_boolean(const char *value) {
 bool is_text(const char *value, std::size_t least, std::size_t most) {
     std::size_t length = 0;
     for (; *value != '\0'; ++value) {
-        length += (static_cast<unsigned char>(*value) & 0xc0) != 0x80 ? 1 : 0;  // the first byte of a character
+        length +=
+            (static_cast<unsigned char>(*value) & 0xc0) != 0x80 ? 1 : 0;  // counts the first byte of each character
     }
     return least <= length && length <= most;
 }

@@ -1,4 +1,4 @@
-// The types that leaves have in the published models, so that a value that is none of its type's is refused.
+// The types of leaves in the published models. A value that its type does not have is refused.
 #ifndef EXAMPLES_COMMON_VALUE_TYPES_H
 #define EXAMPLES_COMMON_VALUE_TYPES_H
 
@@ -8,25 +8,30 @@
 
 namespace mapping {
 
-// Room for a value in another form.
+// Holds a value in another form.
 using Scratch = char[TVK_MAP_XPATH_MAX_VALUE];
 
+// A type of values.
 struct ValueType {
-    const char *name;  // as in "'banana' is no uint16"
+    const char *name;  // stands in messages: "'banana' is no uint16"
     bool (*accepts)(const char *value);
-    // The one form of a value that has several, at rest in scratch; null: a value has one form.
+    // Returns the canonical form of a value that has several, in scratch. It is null when values have one form.
     const char *(*canonical)(const char *value, Scratch &scratch) = nullptr;
 };
 
-// Digits, and perhaps a sign before them, of a number up to max.
+// Reads a number up to max: digits, and perhaps a sign before them. Returns false when value is none.
 bool read_number(const char *value, uint64_t max, uint64_t &number);
 
-bool is_ipv4_address(const char *value);  // of the default zone, like the next
+// Tells whether value is an address of the default zone.
+bool is_ipv4_address(const char *value);
 bool is_ipv6_address(const char *value);
 bool is_mac_address(const char *value);
 bool is_boolean(const char *value);
-bool is_text(const char *value, std::size_t least, std::size_t most);  // counts characters
 
+// Tells whether value has at least and at most so many characters of UTF-8.
+bool is_text(const char *value, std::size_t least, std::size_t most);
+
+// Returns a number without sign and leading zeros, in scratch.
 const char *canonical_number(const char *value, Scratch &scratch);
 
 template <uint64_t kMax>

@@ -1,4 +1,4 @@
-// The address families of a neighbor.
+// Maps the address families of a neighbor.
 #include "conversions.h"
 #include "native.h"
 
@@ -55,7 +55,7 @@ constexpr LeafContainer kState = {kRules, &kAfiSafiList, "state", kNetworkInstan
 
 // ---- afi-safi ----
 
-// Without its module an identity would be one of the model that the leaf stands in, which has none.
+// Checks the key. An identity without its module would be one of the model of the leaf, which has none.
 qerrno check_identity(tvk_map_ctx ctx, const Node *identity) {
     if (!equal(identity->data_ns, kBgpTypesNs)) {
         return refuse_identity(ctx, identity, kBgpTypesNs);

@@ -1,3 +1,4 @@
+// Converts addresses, rates and numbers.
 #include "conversions.h"
 
 #include <cstdio>
@@ -19,7 +20,7 @@ const char *write_number(uint64_t number, Scratch &scratch) {
 constexpr uint64_t kMaxAddress = UINT32_MAX;
 constexpr uint64_t kMaxAs = UINT32_MAX;
 constexpr uint64_t kBitsInKilobit = 1000;
-constexpr uint64_t kMaxKilobits = UINT32_MAX / kBitsInKilobit;  // above, the library's conversion wraps
+constexpr uint64_t kMaxKilobits = UINT32_MAX / kBitsInKilobit;  // the library's conversion wraps above
 
 }  // namespace
 
@@ -82,7 +83,7 @@ const char *bits_of_kilobits(const char *kilobits, Scratch &scratch) {
 
 const char *as_number(const char *number, Scratch &scratch) {
     uint64_t value = 0;
-    // 0 is reserved.
+    // The number 0 is reserved.
     return read_number(number, kMaxAs, value) && value != 0 ? write_number(value, scratch) : nullptr;
 }
 

@@ -1,5 +1,5 @@
-// Values in the form of the other side. Those that take a scratch buffer may answer with it; null says that the other
-// side has no such value.
+// Converts values to the form of the other side. A result may stand in scratch. Null says that the other side has no
+// such value.
 #ifndef OPENCONFIG_BGP_CONVERSIONS_H
 #define OPENCONFIG_BGP_CONVERSIONS_H
 
@@ -9,22 +9,22 @@ namespace bgp {
 
 using namespace mapping;
 
-// An IPv4 address, and its number with the first byte as the highest.
+// These convert between an IPv4 address and its number, with the first byte as the highest.
 const char *number_of_address(const char *address, Scratch &scratch);
 const char *address_of_number(const char *number, Scratch &scratch);
 
-// An IPv4 address, and the prefix of the interface that has it.
+// These convert between an IPv4 address and the prefix of the interface that has it.
 const char *prefix_of_address(const char *address, Scratch &scratch);
 const char *address_of_prefix(const char *prefix, Scratch &scratch);
 
-// Bits per second, and kilobits per second. What is no whole number of kilobits has no native form.
+// These convert between bits and kilobits per second. Only whole kilobits have a native form.
 const char *kilobits_of_bits(const char *bits, Scratch &scratch);
 const char *bits_of_kilobits(const char *kilobits, Scratch &scratch);
 
-// An AS number, alike on both sides but for 0, which is reserved.
+// Returns an AS number, which is the same on both sides, or null for 0, which is reserved.
 const char *as_number(const char *number, Scratch &scratch);
 
-// Identities of address families.
+// The identities of address families, with their native names.
 inline constexpr ValuePair kFamilies[] = {{"IPV4_UNICAST", "inet"},
                                           {"IPV6_UNICAST", "inet6"},
                                           {"L3VPN_IPV4_UNICAST", "vpn-inet"},

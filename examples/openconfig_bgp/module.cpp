@@ -1,4 +1,4 @@
-// OpenConfig network instances with their BGP neighbors, on native BGP instances with their peers.
+// Maps OpenConfig network instances with their BGP neighbors to native BGP instances with their peers.
 #include "tvk_map_module.h"
 
 #include <iterator>

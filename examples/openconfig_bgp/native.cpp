@@ -1,3 +1,4 @@
+// Enters native entries by keys of the node hierarchy, and adds values by xpath.
 #include "native.h"
 
 #include <cstdio>
@@ -11,7 +12,7 @@ namespace bgp {
 
 namespace {
 
-// An operation on what xpath leads to below root. TVK_ERR_INVALID when a text does not fit.
+// Runs an operation on the node that xpath leads to below root. Returns TVK_ERR_INVALID when a text does not fit.
 qerrno run(tvk_map_ctx ctx, Node *root, uint32_t op, const char *xpath, const char *value,
            tvk_map_node_operation &record) {
     record = {};
@@ -24,7 +25,7 @@ qerrno run(tvk_map_ctx ctx, Node *root, uint32_t op, const char *xpath, const ch
     return fits ? tvk_map_tree_xpath_operations(ctx, &record) : TVK_ERR_INVALID;
 }
 
-// Adds the node at path below root, or changes its value; the former value is the caller's then.
+// Adds the node at path below root, or changes its value. The former value belongs to the caller then.
 qerrno put(tvk_map_ctx ctx, Node *root, uint32_t op, const char *path, const char *value) {
     char xpath[TVK_MAP_MAX_PATH];
     std::snprintf(xpath, sizeof xpath, "/%s", path);
@@ -32,7 +33,7 @@ qerrno put(tvk_map_ctx ctx, Node *root, uint32_t op, const char *path, const cha
     return run(ctx, root, op, xpath, value, record);
 }
 
-// The value of a key of the list entry at a path of the hierarchy; null when the walk is in none.
+// Returns the value of a key of the list entry at a path of the hierarchy, or null when the walk is in none.
 const char *key_value(tvk_map_ctx ctx, const char *path, const char *tag) {
     char *value = nullptr;
     tvk_map_get_node_info(ctx, path, tag, &value);
@@ -104,7 +105,7 @@ qerrno mapping::add_value(tvk_map_ctx ctx, const Node *leaf, Node *target, const
     Node *native = find(entry, path);
     const bool was_there = native != nullptr;
     if (tvk_map_is_request_delete(leaf) == 0) {
-        take_back_removal(native);  // what is marked as removed is passed over
+        take_back_removal(native);  // xpaths pass over a node that is marked as removed
     }
     if (!was_there || value != nullptr) {
         char *former = was_there ? native->data : nullptr;

@@ -1,4 +1,4 @@
-// The neighbors of a BGP protocol.
+// Maps the neighbors of a BGP protocol.
 #include <cstring>
 
 #include "conversions.h"
@@ -30,7 +30,7 @@ const char *peer_of(const char *address, const char *, Scratch &scratch) {
 
 }  // namespace
 
-// The model has IPv6 addresses as well, and the device has not.
+// The model has IPv6 addresses as well; the device has none.
 constexpr ListShape kNeighborList = {.level = 2,
                                      .parent = &kProtocolList,
                                      .path = "network-instance/protocols/protocol/bgp/neighbors/neighbor",
@@ -51,7 +51,7 @@ constexpr ValuePair kSessions[] = {{"IDLE", "idle"},        {"CONNECT", "trying"
                                    {"OPENSENT", "opening"}, {"OPENCONFIRM", "opened"}, {"ESTABLISHED", "running"},
                                    {nullptr, nullptr}};
 
-// What the device and an xpath take.
+// Tells whether the device takes a text, and an xpath can hold it.
 bool is_label(const char *value) {
     const std::size_t length = std::strlen(value);
     return length > 0 && length < TVK_MAP_XPATH_MAX_VALUE;
@@ -81,7 +81,7 @@ constexpr LeafContainer kState = {kRules, &kNeighborList, "state", kNetworkInsta
 
 // ---- transport ----
 
-// Where the device has the address already, it stays in the prefix that it has there.
+// Sets the source address. When the device has that address already, it stays in the prefix that it has there.
 qerrno edit_local_address(tvk_map_ctx ctx, const Node *leaf, Node *target, const char *value) {
     const Node *source = find(current_entry(ctx), "source");
     Scratch address;

@@ -1,4 +1,4 @@
-// /network-instances/network-instance, and its protocols, of which BGP is mapped.
+// Maps /network-instances/network-instance with its protocols. Of the protocols it maps BGP alone.
 #include "native.h"
 
 namespace bgp {
@@ -19,7 +19,7 @@ const char *instance_key(const Node *instance, const char *, Scratch &) {
     return plain_name(find(instance, "instance-name"));
 }
 
-// The one process of an instance is natively no node of its own.
+// An instance has one process, which is no native node of its own.
 Nodes protocol_candidates(tvk_map_ctx, const Node *instance) {
     return {instance, 1};
 }
@@ -75,7 +75,7 @@ constexpr LeafRule kProtocolRules[] = {
 constexpr LeafContainer kProtocolConfig = {kProtocolRules, &kProtocolList, "config", kNetworkInstanceNs, in_instance};
 constexpr LeafContainer kProtocolState = {kProtocolRules, &kProtocolList, "state", kNetworkInstanceNs, nullptr};
 
-// Clients leave the module of the identifier out; it is the only one that has protocols.
+// Checks the identifier. Clients may leave its module out, as no other module has protocols.
 qerrno check_identifier(tvk_map_ctx ctx, const Node *protocol) {
     const Node *identifier = find(protocol, kIdentifier.tag);
     if (!is_of_module(*identifier, kIdentifier.value_ns)) {
@@ -124,8 +124,8 @@ qerrno parse_protocol(tvk_map_ctx ctx, const Node *node, Node *target) {
 
 // ---- protocols, network-instance ----
 
-// The native instance is nothing but its BGP process, and goes with whatever holds that. Else there is nothing to do
-// before the process is met.
+// Removes the native instance when an OpenConfig node around its BGP process is deleted, since the instance is nothing
+// but that process. Does nothing else: the instance is entered when the walk meets the process.
 qerrno remove_instance(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (tvk_map_is_request_delete(node) == 0) {
         return TVK_OK;
@@ -145,7 +145,7 @@ qerrno parse_protocols(tvk_map_ctx ctx, const Node *node, Node *target) {
     return parse_container(ctx, node, target, &kProtocols, kNetworkInstanceNs);
 }
 
-// Of the name there is no native copy but the key.
+// The native side has the name as the key alone, so an edit has nothing to enter.
 qerrno enter_config(tvk_map_ctx ctx, const Node *, uint32_t, Node *) {
     return is_read(ctx) ? enter_read(ctx) : TVK_OK;
 }

@@ -1,4 +1,4 @@
-// The response of a read. The entries of its lists are stitched, each at an xpath with the keys of those around it.
+// Builds the response of a read. It stitches each entry of a list at an xpath with the keys of the entries around it.
 #include <cstdio>
 #include <cstring>
 
@@ -9,7 +9,7 @@ namespace bgp {
 
 namespace {
 
-// Appends the steps that lead to the entry of list that is being answered; false when they do not fit.
+// Appends the steps that lead to the entry of list that is being answered. Returns false when they do not fit.
 bool append_steps(tvk_map_ctx ctx, const ListShape &list, char (&xpath)[TVK_MAP_MAX_PATH]) {
     std::size_t passed = 0;
     if (list.parent != nullptr) {
@@ -28,7 +28,8 @@ bool append_steps(tvk_map_ctx ctx, const ListShape &list, char (&xpath)[TVK_MAP_
     return length < static_cast<int>(sizeof steps) && tvk_strcat_s(__func__, xpath, sizeof xpath, steps) == 0;
 }
 
-// Says of which module an identity among the keys is. An entry is added even if there is no memory for a key of it.
+// Gives a key that is an identity its namespace. The library adds an entry even without memory for a key of it, so the
+// key is looked for.
 qerrno qualify_key(tvk_map_ctx ctx, const Node *entry, const char *tag, const char *value_ns) {
     const Node *key = find(entry, tag);
     if (key == nullptr) {
@@ -42,8 +43,10 @@ qerrno qualify_key(tvk_map_ctx ctx, const Node *entry, const char *tag, const ch
     return tvk_map_datatree_add_data_ns(ctx, entry, path, value_ns);
 }
 
+// An operation of the library that stitches an entry.
 using StitchOperation = qerrno (*)(tvk_map_ctx ctx, struct tvk_map_node_operation *record);
 
+// Adds the entry of list that is being answered to target by operation.
 qerrno stitch(tvk_map_ctx ctx, Node *target, const ListShape &list, StitchOperation operation) {
     tvk_map_node_operation record{};
     record.root = target;
@@ -69,8 +72,9 @@ qerrno stitch(tvk_map_ctx ctx, Node *target, const ListShape &list, StitchOperat
 
 }  // namespace bgp
 
-// An entry in the output list ends with the container that the walk is in, and is stitched anew in the next: it is
-// found again then. The innermost list has no entry there: its own stays pending, and leaves are trimmed by that.
+// The output list drops an entry with the container that the walk leaves. In the next container the entry is stitched
+// again, and found. An entry of the innermost list is not in the output list: it stays pending, and paths are trimmed
+// by it.
 qerrno mapping::open_entry(tvk_map_ctx ctx, Node *target, const ListShape &list, Place &place) {
     if (list.parent != nullptr) {
         if (const qerrno status = open_entry(ctx, target, *list.parent, place); status != TVK_OK) {

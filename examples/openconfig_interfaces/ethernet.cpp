@@ -1,4 +1,4 @@
-// /interfaces/interface/ethernet and /interfaces/interface/aggregation.
+// Maps /interfaces/interface/ethernet and /interfaces/interface/aggregation.
 #include "openconfig.h"
 
 namespace interfaces {
@@ -20,7 +20,7 @@ constexpr LeafRule kEthernetRules[] = {
     {.tag = "auto-negotiate", .type = &kBoolean, .path = "ethernet/auto-negotiation", .default_value = "true"},
     {.tag = "duplex-mode", .path = "ethernet/duplex", .values = kDuplexModes},
     {.tag = "port-speed", .path = "ethernet/speed", .values = kSpeeds, .value_ns = kEthernetNs},
-    // Of the aggregation model: the port becomes a member of that bundle.
+    // The leaf is of the aggregation model: the port becomes a member of that bundle.
     {.tag = "aggregate-id", .type = &kInterfaceName, .path = "bundle/member-of", .ns = kAggregateNs},
 };
 constexpr LeafContainer kEthernetConfig = {kEthernetRules, &kInterfaceList, "ethernet/config", kEthernetNs,

@@ -1,4 +1,4 @@
-// /interfaces/interface with config, state and hold-time.
+// Maps /interfaces/interface with config, state and hold-time.
 #include "openconfig.h"
 
 namespace interfaces {
@@ -36,7 +36,7 @@ constexpr char kInterfaceTypeNs[] = "urn:ietf:params:xml:ns:yang:iana-if-type";
 constexpr ValuePair kTypes[] = {
     {"ethernetCsmacd", "ethernet"}, {"ieee8023adLag", "bundle"}, {"softwareLoopback", "loopback"}, {nullptr, nullptr}};
 
-// The size for all protocols is the entry with the owner interface.
+// Sets the size for all protocols, which is the entry with the owner "interface".
 qerrno edit_mtu(tvk_map_ctx ctx, const Node *leaf, Node *, const char *value) {
     constexpr List kMtus = {"mtus", "mtu", "owner", kNativeNs};
     Node *interface_entry = current_entry(ctx);
@@ -47,7 +47,7 @@ qerrno edit_mtu(tvk_map_ctx ctx, const Node *leaf, Node *, const char *value) {
     if (status == TVK_OK) {
         status = tvk_map_datatree_add_subtree(ctx, current_entry(ctx), "mtu", kNativeNs, value, nullptr, nullptr, 0);
     }
-    ctx->state->pending_list_node = interface_entry;  // where it was: only its children have moved
+    ctx->state->pending_list_node = interface_entry;  // it has not moved, only its children have
     return status == TVK_SKIP_NODE ? TVK_OK : status;
 }
 
@@ -62,7 +62,7 @@ const char *read_mtu(tvk_map_ctx, const Node *native) {
     return nullptr;
 }
 
-// What the device observes stands in a list of its own.
+// Returns a leaf that the device observes, or null. Observed leaves stand in a list of their own.
 const Node *observed(tvk_map_ctx ctx, const char *leaf) {
     const Nodes states = children_of(find(native_root(ctx), kNativeStates));
     const Node *state = find_entry(ctx, states, interface_name, entry_key(ctx, kInterfaceList));
@@ -163,7 +163,7 @@ qerrno enter_interfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *targe
     if (is_read(ctx)) {
         return enter_read(ctx);
     }
-    forget_interfaces(ctx);  // a deletion takes them all
+    forget_interfaces(ctx);  // a deletion removes them all
     return settle_container(ctx, node, target, kNativeInterfaces);
 }
 

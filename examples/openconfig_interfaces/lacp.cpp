@@ -1,4 +1,4 @@
-// /lacp: the device's priority, and what each bundle says to its partner.
+// Maps /lacp: the priority of the device, and the settings of each bundle.
 #include "openconfig.h"
 
 namespace interfaces {
@@ -45,8 +45,8 @@ constexpr LeafRule kBundleRules[] = {
 constexpr LeafContainer kBundleConfig = {kBundleRules, &kBundleList, "config", kLacpNs, in_bundle};
 constexpr LeafContainer kBundleState = {kBundleRules, &kBundleList, "state", kLacpNs, nullptr};
 
-// The native interface stays when its LACP settings go: only the container below it is deleted or replaced. That it is
-// there says that the bundle speaks LACP, whatever it holds.
+// The native interface stays when its LACP settings are deleted or replaced: only the container below it is. The bundle
+// speaks LACP when that container is there, even an empty one.
 qerrno handle_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
     if (is_read(ctx)) {
         return push_instances(ctx, kBundleList);
@@ -57,7 +57,7 @@ qerrno handle_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
     }
     const bool is_delete = tvk_map_is_request_delete(node) != 0;
     if (!is_delete) {
-        take_back_removal(current_entry(ctx));  // deleted as an interface, and there again for this
+        take_back_removal(current_entry(ctx));  // it was deleted as an interface, and is there again as a bundle
     }
     const qerrno added = add_value(ctx, node, target, "lacp", nullptr);
     return added == TVK_OK && is_delete ? TVK_SKIP_NODE : added;
@@ -77,7 +77,7 @@ qerrno parse_interface(tvk_map_ctx ctx, const Node *node, Node *target) {
 
 // ---- interfaces ----
 
-// Deleting the LACP settings of all bundles: those that stand in the target.
+// Deletes the LACP settings of all bundles in the target.
 qerrno enter_interfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *target) {
     if (is_read(ctx)) {
         return enter_read(ctx);
@@ -102,7 +102,7 @@ qerrno parse_lacp_interfaces(tvk_map_ctx ctx, const Node *node, Node *target) {
 
 // ---- lacp ----
 
-// Of no interface: the paths lead on from the root.
+// Leaves the entry of any interface, so that paths lead on from the root.
 qerrno enter_global(tvk_map_ctx ctx, const Node *, uint32_t, Node *) {
     tvk_map_datatree_reset_trim_path_ctx(ctx);
     return TVK_OK;

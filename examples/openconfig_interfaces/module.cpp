@@ -1,4 +1,4 @@
-// OpenConfig interfaces and LACP on a flat native list of interfaces.
+// Maps OpenConfig interfaces and LACP to a flat native list of interfaces.
 #include "tvk_map_module.h"
 
 #include <iterator>

@@ -1,3 +1,4 @@
+// Enters native interfaces, and adds values by path.
 #include "native.h"
 
 namespace interfaces {
@@ -13,7 +14,7 @@ bool is_current(tvk_map_ctx ctx, const char *name) {
            tvk_map_datatree_get_subtree(entry, &key, kInterfaces.key, name, nullptr) == TVK_OK;
 }
 
-// What is deleted leaves its name to either.
+// Refuses an entry of another kind. The name of a deleted entry is free for either kind.
 qerrno check_kind(tvk_map_ctx ctx, const Node *node, const char *name, Kind kind) {
     const Node *entry = current_entry(ctx);
     if (kind == Kind::kEither || memory_of(ctx).entry_is_new || tvk_map_is_request_delete(entry) != 0 ||
@@ -52,7 +53,7 @@ qerrno mapping::add_value(tvk_map_ctx ctx, const Node *leaf, Node *target, const
     Node *native = find(entry, path);
     const bool was_there = native != nullptr;
     if (tvk_map_is_request_delete(leaf) == 0) {
-        take_back_removal(native);  // what is marked as removed is not found by path
+        take_back_removal(native);  // paths pass over a node that is marked as removed
     }
     if (!was_there || value != nullptr) {
         const qerrno status =

@@ -1,4 +1,4 @@
-// The native side of an edit: the list entry that values go to.
+// Enters the native list entry that the values of an edit go to.
 //
 // Paths lead on from that entry, or, while there is none, from the root of the native tree.
 #ifndef OPENCONFIG_INTERFACES_NATIVE_H
@@ -14,16 +14,17 @@ inline constexpr char kNativeNs[] = "urn:example:native-interfaces";
 inline constexpr char kNativeInterfaces[] = "interface-configurations";
 inline constexpr char kNativeStates[] = "interface-states";
 
-// What an entry of the one native list is.
+// The kinds of entries in the one native list.
 enum class Kind { kEither, kInterface, kSubinterface };
 
-// Makes the native interface of that name the current entry; adds it if need be. Entering the one that is current
-// already costs nothing. One that is there and not of that kind is refused, with node as what asks for it.
+// Makes the native interface of that name the current entry, and adds it when it is missing. It costs nothing to enter
+// the current one again. Refuses node, the node that asks for it, when the interface is there and of another kind.
 qerrno enter_interface(tvk_map_ctx ctx, const Node *node, Node *target, const char *name, Kind kind);
 
-// Whether a native entry is a subinterface.
+// Tells whether a native entry is a subinterface.
 bool is_virtual(const Node *entry);
 
+// The number of keys of a native interface: its name and whether it is active.
 inline constexpr int32_t kInterfaceKeyCount = 2;
 
 }  // namespace interfaces

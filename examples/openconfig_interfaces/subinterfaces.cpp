@@ -1,5 +1,5 @@
-// Subinterfaces with their addresses. Each is an interface of its own on the native side, called eth0.1 for
-// subinterface 1 of eth0.
+// Maps subinterfaces with their addresses. On the native side subinterface 1 of eth0 is an interface of its own,
+// eth0.1.
 #include <cstdio>
 #include <cstring>
 
@@ -9,9 +9,9 @@ namespace interfaces {
 
 namespace {
 
-constexpr std::size_t kMaxName = 1024;  // bytes of 255 characters, with the terminator
+constexpr std::size_t kMaxName = 1024;  // room for 255 characters of UTF-8
 
-// The name of the subinterface of that index; false when it is too long.
+// Composes the native name of a subinterface. Returns false when it is too long.
 bool compose_name(const char *interface_name, const char *index, char (&name)[kMaxName]) {
     const int length = std::snprintf(name, sizeof name, "%s.%s", interface_name, index);
     return length < static_cast<int>(sizeof name) && kInterfaceName.accepts(name);
@@ -46,7 +46,7 @@ Nodes subinterface_candidates(tvk_map_ctx ctx, const Node *) {
     return native_interfaces(native_root(ctx));
 }
 
-// The index at the end of a name, as it would be written; null when there is none, as in eth0.a, eth0.01 and eth0.
+// Returns the index at the end of a name, or null when there is none in canonical form, as in eth0.a, eth0.01 and eth0.
 const char *index_in(Text name) {
     const char *end = name.begin != nullptr ? name.begin + name.length : nullptr;
     const char *dot = end != nullptr ? std::strrchr(name.begin, '.') : nullptr;
@@ -56,7 +56,8 @@ const char *index_in(Text name) {
     return is_index ? dot + 1 : nullptr;
 }
 
-// A name may hold more than one dot: eth0.1.2 is subinterface 2 of eth0.1 and nothing to eth0.
+// Returns the name of the interface that an entry is a subinterface of, by its name. A name may hold more than one dot:
+// eth0.1.2 is subinterface 2 of eth0.1, and not of eth0.
 Text outer_name(const Node &entry) {
     const Text name = interface_name(entry);
     const char *index = index_in(name);
@@ -87,9 +88,10 @@ constexpr ListShape kSubinterfaceList = {.level = 1,
 
 // ---- Addresses, alike for both families ----
 
+// An address family.
 struct Family {
-    const char *hierarchy_path;  // of the OpenConfig list
-    List list;                   // native, below the interface
+    const char *hierarchy_path;  // the path of the OpenConfig list
+    List list;                   // the native list below the interface
 };
 
 constexpr Family kIpv4 = {"/interfaces/interface/subinterfaces/subinterface/ipv4/addresses/address",
@@ -249,7 +251,7 @@ qerrno enter_subinterfaces(tvk_map_ctx ctx, const Node *node, uint32_t, Node *ta
     }
     qerrno status = tvk_map_get_node_info(ctx, kInterfacePath, "name", &name);
     if (status == TVK_OK) {
-        ctx->state->pending_list_node = nullptr;  // an address, it may be, of one of those
+        ctx->state->pending_list_node = nullptr;  // it may be an address of a subinterface
         status = remove_subinterfaces(ctx, node, target, name);
     }
     return status == TVK_OK ? TVK_SKIP_NODE : status;
@@ -259,7 +261,7 @@ constexpr struct tmap_child_entry kSubinterfacesChildren[] = {
     {"subinterface", parse_subinterface, TMAP_CHILD_PROPAGATE}};
 constexpr struct tmap_node_cont_info kSubinterfaces = container_table(enter_subinterfaces, kSubinterfacesChildren);
 
-// In an edit the list moves as it grows.
+// Identifies the native list in an edit, where it moves as it grows.
 constexpr int kEditedList = 0;
 
 }  // namespace

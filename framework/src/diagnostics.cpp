@@ -1,3 +1,4 @@
+// Makes texts fit for people.
 #include "framework/diagnostics.h"
 
 #include <cstdio>
@@ -6,7 +7,7 @@ namespace tvk::framework {
 
 namespace {
 
-// A reason may quote a document, which has texts of any length. Cut between characters of UTF-8.
+// Returns the beginning of a reason, which may quote texts of any length. It is cut between characters of UTF-8.
 std::string shortened(const std::string &reason) {
     constexpr size_t kMaxReason = 1000;
     if (reason.size() <= kMaxReason) {
@@ -23,8 +24,8 @@ std::string located(const std::string &file, long line, const std::string &reaso
     return (line > 0 ? file + ":" + std::to_string(line) : file) + ": " + shortened(printable(reason));
 }
 
-// Of the control character at a place of text, 0 when none begins there. The second half of them has two bytes in
-// UTF-8.
+// Returns the bytes of the control character that begins at a place of text, or 0 when none does. Those from U+0080 on
+// have two bytes in UTF-8.
 size_t length_of_control(std::string_view text, size_t at) {
     const auto byte = static_cast<unsigned char>(text[at]);
     const auto next = static_cast<unsigned char>(at + 1 < text.size() ? text[at + 1] : 0);
@@ -60,6 +61,10 @@ bool has_controls(std::string_view text) {
         }
     }
     return false;
+}
+
+std::string quoted(const std::string &text) {
+    return "'" + text + "'";
 }
 
 UsageError::UsageError(const std::string &file, long line, const std::string &reason)

@@ -1,3 +1,4 @@
+// Turns the default operation of an edit into operations of its nodes.
 #include "framework/edit_defaults.h"
 
 #include <algorithm>
@@ -11,40 +12,32 @@ namespace tvk::framework {
 
 namespace {
 
-// walked is a copy of node in which keys are marked. True when something below node has an operation.
+// Keeps the children of node that carry an operation, those around a node that does, and keys. walked is a copy of node
+// in which keys are marked. Returns whether something below node carries an operation.
 bool keep_what_acts(Node &node, const Node &walked) {
     bool acts = false;
-    int32_t kept = 0;
-    for (int32_t i = 0; i < node.subtree_count; ++i) {
-        Node &child = node.subtrees[i];
-        const bool child_acts = has_operation(child) || keep_what_acts(child, walked.subtrees[i]);
+    const Node *counterpart = walked.subtrees;
+    keep_children(node, [&](Node &child) {
+        const Node &its_copy = *counterpart++;
+        const bool child_acts = has_operation(child) || keep_what_acts(child, its_copy);
         acts = acts || child_acts;
-        if (child_acts || has_key_mark(walked.subtrees[i])) {
-            std::swap(node.subtrees[kept++], child);
-        }
-    }
-    for (int32_t i = kept; i < node.subtree_count; ++i) {
-        release(node.subtrees[i]);
-    }
-    node.subtree_count = kept;
+        return child_acts || has_key_mark(its_copy);
+    });
     return acts;
 }
 
-// Leaves of a request what stands around the nodes that carry an operation.
+// Keeps the nodes around those that carry an operation, and drops the latter.
 void drop_what_acts(Node &node) {
-    int32_t kept = 0;
-    for (int32_t i = 0; i < node.subtree_count; ++i) {
-        if (!has_operation(node.subtrees[i])) {
-            drop_what_acts(node.subtrees[i]);
-            std::swap(node.subtrees[kept++], node.subtrees[i]);
+    keep_children(node, [](Node &child) {
+        if (has_operation(child)) {
+            return false;
         }
-    }
-    for (int32_t i = kept; i < node.subtree_count; ++i) {
-        release(node.subtrees[i]);
-    }
-    node.subtree_count = kept;
+        drop_what_acts(child);
+        return true;
+    });
 }
 
+// Tells whether node has the name of entry, and all leaves with values that entry has.
 bool has_keys_of(const Node &node, const Node &entry) {
     const auto keys = children(entry);
     const auto leaves = children(node);
@@ -56,8 +49,8 @@ bool has_keys_of(const Node &node, const Node &entry) {
            });
 }
 
-// The first list entry below node that found, what a read has found for node, does not hold. A container is always
-// there.
+// Finds the first list entry below node that found, the answer of a read to node, does not hold, and adds its path to
+// path. Returns false when there is none. A container is always there.
 bool find_missing(const Node &node, const Node &found, NodePath &path) {
     static const Node nothing{};
     for (const Node &child : children(node)) {
@@ -75,7 +68,8 @@ bool find_missing(const Node &node, const Node &found, NodePath &path) {
     return false;
 }
 
-// What is read of native data by the list entries that the nodes with an operation stand in.
+// Returns an error when the native data lacks a list entry around a node with an operation. The mappings read the
+// native data to find out.
 std::vector<RpcError> refuse_missing(const Mappings &mappings, Framework &framework, RequestTrees &trees) {
     RequestTrees read;
     copy_tree(trees.request.root(), read.asked.root());
@@ -98,13 +92,14 @@ std::vector<RpcError> refuse_missing(const Mappings &mappings, Framework &framew
     return errors;
 }
 
-// Marks in a request the keys that its walk has marked in a copy.
+// Marks in node the keys that the walk has marked in walked, its copy.
 void mark_keys(Node &node, const Node &walked) {
     if (has_key_mark(walked)) {
         mark_key(node);
     }
-    for (int32_t i = 0; i < node.subtree_count; ++i) {
-        mark_keys(node.subtrees[i], walked.subtrees[i]);
+    const Node *counterpart = walked.subtrees;
+    for (Node &child : children(node)) {
+        mark_keys(child, *counterpart++);
     }
 }
 
@@ -152,7 +147,7 @@ std::vector<RpcError> drop_what_does_nothing(const Mappings &mappings, Framework
     }
     mark_keys(trees.request.root(), trial.request.root());
     keep_what_acts(trees.request.root(), trial.request.root());
-    // Where no native data is given, nothing is known of what is there.
+    // Without native data nothing is known of what is there.
     return children(trees.native.root()).empty() ? errors : refuse_missing(mappings, framework, trees);
 }
 

@@ -1,3 +1,4 @@
+// Runs an edit request through mappings.
 #include "framework/edit_run.h"
 
 #include "framework/edit_defaults.h"
@@ -20,7 +21,7 @@ TopNames mapped_tops(const Mappings &mappings) {
 std::vector<RpcError> walk_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,
                                 const EditParameters &parameters) {
     RequestScope scope(framework, TVK_REQUEST_EDIT_CONFIG);
-    // What a get was answered with holds state as well, which is no configuration.
+    // The answer to a get holds state as well, which no mapping can edit.
     const UnmappedNodes unmapped = parameters.is_reply ? UnmappedNodes::kPassedOver : UnmappedNodes::kRefused;
     std::vector<RpcError> errors = walk(mappings, scope, trees.request, trees.native, unmapped);
     if (errors.empty() && parameters.has_inserts) {

@@ -1,3 +1,4 @@
+// Widens the filter of a client to one that mappings and engine can work on, and prunes the response.
 #include "framework/filter_tree.h"
 
 #include <algorithm>
@@ -6,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "filter_node.h"
 #include "framework/heap.h"
 #include "framework/subtree_filter.h"
 #include "tvk_map_filter.h"
@@ -14,41 +16,14 @@ namespace tvk::framework {
 
 namespace {
 
-// More nodes than that which each name an entry are not walked one by one: the engine compares each with all entries.
+// When more nodes name an entry each, the list is walked whole: the engine would compare each with all entries.
 constexpr size_t kMaxNamedEntries = 64;
 
 using Nodes = std::vector<const Node *>;
 using Name = std::pair<std::string_view, std::string_view>;  // tag and namespace
 
-bool is_content_match(const Node &node) {
-    return children(node).empty() && *value_of(node) != '\0';
-}
-
-// Keeps, in order, the top nodes for which keep is true.
-template <typename Keep>
-void keep_tops(TreeHolder &tree, Keep keep) {
-    const NodeRange<Node> tops = tree.tops();
-    size_t kept = 0;
-    for (Node &top : tops) {
-        if (keep(top)) {
-            std::swap(tops[kept++], top);
-        }
-    }
-    std::for_each(tops.begin() + kept, tops.end(), release);
-    tree.root().subtree_count = static_cast<int32_t>(kept);
-}
-
 Node &append(Node &parent, const char *tag, const char *ns) {
-    const auto count = static_cast<size_t>(parent.subtree_count);
-    void *grown = kel_named_realloc(parent.subtrees, (count + 1) * sizeof(Node));
-    if (grown == nullptr) {
-        throw std::bad_alloc();
-    }
-    parent.subtrees = static_cast<Node *>(grown);
-    parent.subtrees[count] = Node{};
-    ++parent.subtree_count;
-    set_present(parent, TVK_HAS_SUBTREES);
-    Node &node = parent.subtrees[count];
+    Node &node = append_child(parent);
     node.tag = copy_text(tag);
     node.ns = copy_text(ns);
     node.presence = TVK_HAS_TAG | TVK_HAS_NS;
@@ -65,7 +40,7 @@ void append_value(Node &parent, const Node &leaf) {
     }
 }
 
-// The leaves of a node that name values, in an order that depends on nothing but their names.
+// Returns the leaves of a node that name values, in the order of their names.
 Nodes values_of(const Node &node) {
     Nodes values;
     for (const Node &child : children(node)) {
@@ -78,9 +53,10 @@ Nodes values_of(const Node &node) {
     return values;
 }
 
+// The values that a filter node names.
 struct Conditions {
-    std::string names;
-    std::string text;  // with the values
+    std::string names;  // the leaves
+    std::string text;   // names and values
 };
 
 Conditions conditions_of(const Node &node) {
@@ -111,7 +87,7 @@ bool names_a_leaf_twice(const Node &node) {
     });
 }
 
-// Whether names alone, which are all that mappings and engine look at, do not tell what is selected below.
+// Tells whether the children of the nodes select by namespace. Mappings and engine look at names alone.
 bool is_open_inside(const Nodes &nodes) {
     std::map<std::string_view, std::string_view> namespaces;
     for (const Node *node : nodes) {
@@ -129,7 +105,8 @@ class Widener {
 public:
     explicit Widener(const OpenLists &open) : open_(open) {}
 
-    // same are filter nodes of one name below one or several equal parents; parent is what these became.
+    // Adds to parent, in namespace ns, what the filter nodes same ask for. They have one name and stand below filter
+    // nodes that have become parent; above names the tags of these.
     void add(Node &parent, const char *ns, const Nodes &same, const std::string &above) {
         const char *tag = tag_of(*same.front());
         const std::string path = above.empty() ? tag : above + "/" + tag;
@@ -161,7 +138,8 @@ public:
     }
 
 private:
-    // Whether each of several nodes selects where no other one does, as they name other values of the same leaves.
+    // Tells whether the nodes name values of the same leaves, so that each selects other entries, unless the values are
+    // the same.
     static bool are_apart(const Nodes &nodes) {
         const std::string names = conditions_of(*nodes.front()).names;
         return std::all_of(nodes.begin(), nodes.end(), [&](const Node *node) {
@@ -169,7 +147,8 @@ private:
         });
     }
 
-    // What nodes ask for beside values. False, and none, when one of them asks for all.
+    // Adds to parent what the nodes ask for beside values. Returns false, and adds nothing, when one of them asks for
+    // all.
     bool add_children(Node &parent, const Nodes &nodes, const std::string &path) {
         if (std::any_of(nodes.begin(), nodes.end(), [](const Node *node) { return asks_for_all(*node); })) {
             return false;
@@ -196,7 +175,7 @@ private:
         return true;
     }
 
-    // The leaves whose values decide, so that they are part of the response.
+    // Adds the leaves whose values decide, so that the response has them.
     static void ask_for_values(Node &parent, const Nodes &nodes) {
         std::set<Name> asked;
         for (const Node &child : children(parent)) {
@@ -218,7 +197,7 @@ private:
     const OpenLists &open_;
 };
 
-// The namespaces in which a top node of a filter selects something that is mapped.
+// Returns the namespaces in which a top node of a filter selects a mapped container.
 std::vector<std::string_view> namespaces_of(const Mappings &mappings, const Node &top) {
     std::vector<std::string_view> found;
     for (const MappingModule &module : mappings.modules()) {
@@ -271,7 +250,7 @@ void prune(RequestScope &scope, MarkPhase mark, const Node &asked, TreeHolder &w
     }
     mark_selected(asked, walked.root(), response.root());
     tvk_map_dfs_filter_sweep(scope.ctx(), &response.root());
-    keep_tops(response, [](const Node &top) { return !children(top).empty() || *value_of(top) != '\0'; });
+    keep_children(response.root(), [](const Node &top) { return !children(top).empty() || *value_of(top) != '\0'; });
 }
 
 }  // namespace tvk::framework

@@ -1,3 +1,4 @@
+// Runs a read through mappings, again while the library refuses the conditions of lists.
 #include "framework/get_run.h"
 
 #include "framework/request_values.h"
@@ -6,8 +7,8 @@ namespace tvk::framework {
 
 namespace {
 
-// One walk. Where the library refuses conditions of a list, since they name some of its keys and not all, list gets its
-// place.
+// Walks the filter once. When the library refuses the conditions of a list, as they name some of its keys and not all,
+// list gets the tags that lead to it.
 std::vector<RpcError> walk_filter(const Mappings &mappings, Framework &framework, Session &session,
                                   const GetParameters &parameters, MarkPhase mark, RequestTrees &trees,
                                   std::string &list) {

@@ -1,3 +1,4 @@
+// Hands the top containers of a request to their handlers.
 #include "framework/mapping_run.h"
 
 #include "framework/request_errors.h"

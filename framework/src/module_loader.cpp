@@ -1,3 +1,4 @@
+// Finds mapping modules, checks their files and tables, and loads them.
 #include "framework/module_loader.h"
 
 #include <dlfcn.h>
@@ -90,7 +91,8 @@ fs::path find_module(const std::string &name) {
                      "; modules there: " + joined(modules_in(folders)));
 }
 
-// The loader tells a module of another machine as a file that is not there, and does not survive one that is cut off.
+// Returns why the file is no module of this machine, or "". The loader would say of a module of another machine that
+// the file is missing, and it crashes on a file that is cut off.
 std::string fault_in_file(const fs::path &path) {
     std::error_code kind;
     if (fs::exists(path, kind) && !fs::is_regular_file(path, kind)) {
@@ -101,7 +103,7 @@ std::string fault_in_file(const fs::path &path) {
     ElfW(Ehdr) own{};
     std::ifstream program("/proc/self/exe", std::ios::binary);
     if (!file || !program.read(reinterpret_cast<char *>(&own), sizeof own)) {
-        return "";  // the loader has a reason for the first, and the second says nothing of the module
+        return "";  // dlopen gives the reason
     }
     if (!file.read(reinterpret_cast<char *>(&header), sizeof header) ||
         std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) {
@@ -124,7 +126,7 @@ std::string fault_in_file(const fs::path &path) {
     return "";
 }
 
-// What dlopen says, without the file name that it may begin with.
+// Returns the message of dlopen, without the file name that it may begin with.
 std::string loader_message(const std::string &file) {
     const char *text = dlerror();
     std::string message = text != nullptr ? text : "unknown fault";
@@ -134,7 +136,7 @@ std::string loader_message(const std::string &file) {
     return message;
 }
 
-// Why the table cannot be used, or "".
+// Returns why the table cannot be used, or "".
 std::string fault_in(const tvk_map_module *table) {
     if (table == nullptr) {
         return "has no table of containers";

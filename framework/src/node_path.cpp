@@ -1,3 +1,4 @@
+// Finds nodes in a tree, and writes their paths.
 #include "framework/node_path.h"
 
 #include <algorithm>
@@ -7,7 +8,7 @@ namespace tvk::framework {
 
 namespace {
 
-// Requests come from XML, of which the parser reads no more levels, so that a descent may be a recursion.
+// The parser reads no more levels of XML, so a descent may be a recursion.
 constexpr size_t kMaxLevels = 256;
 
 template <typename Visit>
@@ -25,7 +26,7 @@ bool visit_below(const Node &node, NodePath &path, const Visit &visit) {
     return false;
 }
 
-// A text of XPath, which has no way to escape a quote.
+// Returns text as a literal of XPath, which has no way to escape a quote.
 std::string literal(const std::string &text) {
     if (text.find('\'') == std::string::npos) {
         return "'" + text + "'";
@@ -43,7 +44,7 @@ std::string literal(const std::string &text) {
     return pieces + ")";
 }
 
-// What stands in front of a name of that namespace.
+// Returns the prefix, with its colon, of names in a namespace.
 using Prefix = std::function<std::string(const char *ns)>;
 
 std::string predicate(const Node &key, const Prefix &prefix) {
@@ -54,7 +55,7 @@ std::string predicate(const Node &key, const Prefix &prefix) {
            literal(is_identity ? prefix(value_ns) + value : value) + "]";
 }
 
-// "[2]" for the second of several nodes of one name, which nothing else tells apart; "" for the only one.
+// Returns "[2]" for the second of several children of one name, or "" for the only one.
 std::string position_of(const Node &node, const Node &parent) {
     size_t count = 0;
     size_t position = 0;

@@ -1,10 +1,11 @@
+// Words the errors of a request.
 #include "framework/request_errors.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
-#include "tvk_map_lists.h"
+#include "failure_place.h"
+#include "framework/diagnostics.h"
 
 namespace tvk::framework {
 
@@ -12,163 +13,9 @@ namespace {
 
 constexpr size_t kMaxUnmapped = 100;
 
-// Not in brackets or double quotes: the message is read in its XML, where these are escaped.
-std::string quoted(const std::string &text) {
-    return "'" + text + "'";
-}
-
 std::string element_text(const std::string &tag, const std::string &ns) {
     return quoted(tag) + (ns.empty() ? " without a namespace" : " (namespace " + ns + ")");
 }
-
-bool is_seen_by_walk(const Node &node) {
-    return (node.schema_info.flags & TVK_SCHEMA_INFO_HAS_NODE_TYPE) != 0;
-}
-
-// ---- The place ----
-
-// The element of node in the library's error path, written by whoever writes the path itself.
-std::string path_element(const Node &node) {
-    char buffer[TVK_MAP_MAX_PATH] = "";
-    return tvk_oc_error_path_list_append(buffer, &node) == TVK_OK ? buffer : "";
-}
-
-// The node below root where the library's error path ends.
-NodePath end_of_error_path(const Node &root, const std::string &error_path) {
-    NodePath path;
-    const Node *node = &root;
-    for (std::string_view rest = error_path; !rest.empty();) {
-        std::string element;
-        const auto children = tvk::children(*node);
-        const auto child = std::find_if(children.begin(), children.end(), [&](const Node &candidate) {
-            element = path_element(candidate);
-            return !element.empty() && rest.starts_with(element);
-        });
-        if (child == children.end()) {
-            break;
-        }
-        node = &*child;
-        path.push_back(node);
-        rest.remove_prefix(element.size());
-    }
-    return path;
-}
-
-// The node that the walk had not entered yet when it stopped: a delete with content, an entry without anything.
-std::optional<NodePath> first_not_entered(const Node &root, const Node &top) {
-    return find_path(root, [&](const NodePath &path) {
-        const Node &node = *path.back();
-        const bool is_leaf = children(node).empty() && has(node, TVK_HAS_DATA);
-        return path.front() == &top && !is_leaf && !is_seen_by_walk(node);
-    });
-}
-
-// A key leaf without a value. The library records no path to what is below it.
-bool is_empty_key(const Node &node) {
-    return has(node, TVK_HAS_IS_KEY) && !has(node, TVK_HAS_DATA);
-}
-
-// What the place is where the library has recorded no error path.
-std::optional<NodePath> find_without_error_path(qerrno status, const Node &request, const Node &top) {
-    switch (status) {
-        case TVK_ERR_LIST_KEY:
-            return find_path(request,
-                             [&](const NodePath &path) { return path.front() == &top && is_empty_key(*path.back()); });
-        case TVK_ERR_INVALID:
-        case TVK_ERR_NOT_FOUND:
-            return first_not_entered(request, top);
-        default:
-            return std::nullopt;
-    }
-}
-
-// The child at the end of path for which is_meant is true is added to the path.
-template <typename IsMeant>
-bool step_down(NodePath &path, const IsMeant &is_meant) {
-    for (const Node &child : children(*path.back())) {
-        if (is_meant(child)) {
-            path.push_back(&child);
-            return true;
-        }
-    }
-    return false;
-}
-
-// What is wrong with the copy of a key, "" when nothing is.
-std::string fault_of_copy(const Node &copy, const Node &key) {
-    if (is_delete(copy)) {
-        return "it repeats a key of its list entry and cannot be deleted or removed; delete the entry instead";
-    }
-    if (!children(copy).empty()) {
-        return "it repeats a key of its list entry and holds elements";
-    }
-    if (std::strcmp(value_of(copy), value_of(key)) != 0) {
-        return "the value " + quoted(value_of(copy)) + " differs from the list key that it must repeat, " +
-               quoted(value_of(key));
-    }
-    return "";
-}
-
-// The faulty copy of a key inside the entry at the end of path.
-bool step_to_copy(NodePath &path, const Node *&its_key, std::string &fault) {
-    const auto keys = children(*path.back());
-    for (const Node &container : keys) {
-        for (const Node &leaf : children(container)) {
-            const auto key = std::find_if(keys.begin(), keys.end(), [&](const Node &other) {
-                return children(other).empty() && std::strcmp(tag_of(other), tag_of(leaf)) == 0;
-            });
-            if (key != keys.end() && !(fault = fault_of_copy(leaf, *key)).empty()) {
-                path.insert(path.end(), {&container, &leaf});
-                its_key = &*key;
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
-struct Place {
-    NodePath path;
-    std::string name;           // what the library says is at fault there: a tag or a value
-    bool is_certain;            // not only the container that holds it
-    const Node *key = nullptr;  // that the walk has not marked yet
-    std::string fault{};        // what is wrong there, if that is known already
-};
-
-Place find_place(qerrno status, RequestScope &scope, const Node &request, const Node &top) {
-    const tvk_map_request_state &state = scope.state();
-    const std::string name = state.error_node_tag != nullptr ? state.error_node_tag : "";
-    if (const Node *failed = scope.ctx()->failed_node) {
-        if (NodePath path = paths_of(request, {failed}).front(); !path.empty()) {
-            return {std::move(path), name, true};
-        }
-    }
-    NodePath path = end_of_error_path(request, state.error_xpath != nullptr ? state.error_xpath : "");
-    if (path.empty()) {
-        const auto found = find_without_error_path(status, request, top);
-        return found ? Place{*found, name, true} : Place{{&top}, name, false};
-    }
-    const auto is_foreign = [&](const Node &child) {
-        return name == tag_of(child) && std::strcmp(namespace_of(child), namespace_of(*path.back())) != 0;
-    };
-    const auto is_named = [&](const Node &child) { return name == tag_of(child); };
-    bool found = false;
-    const Node *key = nullptr;
-    std::string fault;
-    if (status == TVK_ERR_KEY_OPERATION) {
-        found = step_down(path, is_delete);
-    } else if (status == TVK_ERR_LIST_KEY) {
-        found = step_down(path, is_empty_key);
-    } else if (!name.empty()) {
-        found = step_down(path, is_foreign) || step_down(path, is_named);
-    }
-    if (!found && status == TVK_ERR_NAMESPACE) {
-        found = step_to_copy(path, key, fault);
-    }
-    return {std::move(path), name, found, key, fault};
-}
-
-// ---- What is said ----
 
 bool is_foreign_here(const NodePath &path) {
     return path.size() < 2 ||
@@ -237,7 +84,8 @@ const char *error_tag_of(qerrno status) {
     }
 }
 
-// Why a request failed, where the mapping does not say it. Changes the tag of error where the place tells more.
+// Returns why a request failed, for when the mapping does not say it. Changes the tag of error when the place tells
+// more.
 std::string reason_of(qerrno status, const MappingModule &module, const Place &place, RpcError &error) {
     switch (status) {
         case TVK_ERR_NAMESPACE:
@@ -308,7 +156,7 @@ RpcError error_at(const NodePath &path, const char *tag, const std::string &reas
 std::string list_of_failure(RequestScope &scope, const Node &request, const Node &top) {
     NodePath path = find_place(TVK_ERR_LIST_KEY, scope, request, top).path;
     if (path.size() > 1 && children(*path.back()).empty()) {
-        path.pop_back();  // one of its keys
+        path.pop_back();  // the path leads to a key of the list
     }
     std::string tags;
     for (const Node *node : path) {
@@ -355,7 +203,7 @@ std::vector<RpcError> describe_unmapped(const Mappings &mappings, const Node &re
         return false;
     });
     if (errors.empty()) {
-        // The mapping names no record of the request, against what it is asked for.
+        // The mapping has named a node that is none of the request's.
         errors.push_back({"unknown-element", {}, "the mapping has nothing for an element of the request", "", "", {}});
     }
     if (known > errors.size() || unmapped.lost_some) {

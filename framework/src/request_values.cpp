@@ -1,3 +1,4 @@
+// Resolves identities, and refuses what mappings do not take.
 #include "framework/request_values.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@ namespace tvk::framework {
 
 namespace {
 
-// The paths of identities, as a tree of tags.
+// A tag in the paths of identities, with the tags below it.
 struct IdentityStep {
     std::string_view tag;
     bool is_identity = false;
@@ -53,8 +54,7 @@ void resolve_below(Node &node, IdentityStep &step) {
     if (step.below.empty() || children(node).empty()) {
         return;
     }
-    for (int32_t i = 0; i < node.subtree_count; ++i) {
-        Node &child = node.subtrees[i];
+    for (Node &child : children(node)) {
         if (IdentityStep *next = step.find(tag_of(child))) {
             resolve_below(child, *next);
         }

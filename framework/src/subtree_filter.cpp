@@ -1,3 +1,4 @@
+// Matches a subtree filter against a response.
 #include "framework/subtree_filter.h"
 
 #include <algorithm>
@@ -10,13 +11,11 @@
 #include <unordered_set>
 #include <vector>
 
+#include "filter_node.h"
+
 namespace tvk::framework {
 
 namespace {
-
-bool is_content_match(const Node &node) {
-    return children(node).empty() && *value_of(node) != '\0';
-}
 
 bool is_named(const Node &filter, const Node &node) {
     const char *ns = namespace_of(filter);
@@ -43,12 +42,13 @@ bool has_attributes_of(const Node &filter, const Node &node) {
     });
 }
 
-// A value that decides whether a filter node selects anything: the first one where only single nodes lead to it.
+// A value that a filter node selects nothing without.
 struct Condition {
-    std::vector<std::string_view> path;  // tags, without that of the filter node
+    std::vector<std::string_view> path;  // the tags that lead to the value, without that of the filter node
     std::string_view value;
 };
 
+// Returns the first value below filter that only single nodes lead to, or nothing.
 std::optional<Condition> condition_of(const Node &filter) {
     Condition condition;
     for (const Node *node = &filter;;) {
@@ -67,7 +67,7 @@ std::optional<Condition> condition_of(const Node &filter) {
     }
 }
 
-// Everything that a filter node says, as a text.
+// Appends a text that is the same for filter nodes that say the same.
 void append_content(std::string &text, const Node &filter) {
     for (const char *part : {tag_of(filter), namespace_of(filter), value_of(filter), value_namespace_of(filter)}) {
         text += part;
@@ -82,9 +82,9 @@ void append_content(std::string &text, const Node &filter) {
     text += '\x1e';
 }
 
-// The children of a filter node, by what they do.
+// The children of a filter node, sorted by how they select.
 struct Parts {
-    // Different filter nodes of one name. Those that a value decides about are found by it.
+    // The different filter nodes of one name. Those with a condition are found by its value.
     struct Group {
         using ByValue = std::unordered_map<std::string_view, std::vector<const Node *>>;
         std::vector<const Node *> plain;
@@ -114,7 +114,7 @@ struct Parts {
         }
     }
 
-    // Calls visit for each filter node that may select node, perhaps for some that do not.
+    // Calls visit for each filter node that may select node. It may select nothing of it.
     template <typename Visit>
     void visit_candidates(const Node &node, const Visit &visit) const {
         const auto group = groups.find(tag_of(node));
@@ -125,7 +125,8 @@ struct Parts {
             visit(*candidate);
         }
         for (const auto &[path, by_value] : group->second.by_condition) {
-            std::unordered_set<const std::vector<const Node *> *> found;  // once, however many nodes have the value
+            std::unordered_set<const std::vector<const Node *> *>
+                found;  // each once, however many nodes have the value
             find_values(node, path, by_value, found);
             for (const auto *candidates : found) {
                 std::for_each(candidates->begin(), candidates->end(), [&](const Node *other) { visit(*other); });
@@ -159,7 +160,7 @@ void keep_at_least(Node &node, uint32_t verdict) {
 }
 
 void drop_all(Node &root) {
-    std::vector<Node *> pending{&root};  // as deep as a mapping has built it
+    std::vector<Node *> pending{&root};  // a mapping may have built a tree of any depth
     while (!pending.empty()) {
         Node &node = *pending.back();
         pending.pop_back();
@@ -187,7 +188,7 @@ const Node *walked_child(const Node *walked, const Node &node) {
     return child != children.end() ? &*child : nullptr;
 }
 
-// What the walk knows of the keys of an entry: it marks them in the filter, all or none.
+// Keeps the keys of an entry that holds something selected. The walk has marked all keys in its filter, or none.
 void keep_keys(Node &entry, const Node *walked) {
     const auto known = walked != nullptr ? children(*walked) : NodeRange<const Node>();
     const auto is_key = [](const Node &child) { return has(child, TVK_HAS_IS_KEY); };
@@ -212,7 +213,7 @@ void keep_keys(Node &entry, const Node *walked) {
 
 class Selector {
 public:
-    // Whether filter, which has the name of node, selects something of it.
+    // Marks what filter selects of node, which has its name. Returns false when that is nothing.
     bool select(const Node &filter, Node &node, const Node *walked) {
         if (!has_attributes_of(filter, node)) {
             return false;
@@ -281,11 +282,11 @@ private:
 
 void mark_selected(const Node &filter, const Node &walked, Node &response) {
     for (Node &top : children(response)) {
-        // Nobody looks below a node that is kept with all that it has.
+        // Below a node that is kept whole no verdict is read.
         is_asked_for_whole(filter, top) ? set_verdict(top, TVK_NODE_KIND_NONE) : drop_all(top);
     }
     Selector selector;
-    // A value of a top container is no condition for the others: it is one that no container fulfils.
+    // match_values is not asked here: a value in place of a top container selects nothing, and hinders no other.
     selector.select_children(selector.parts_of(filter), response, &walked);
     set_verdict(response, TVK_NODE_KIND_KN);
 }

@@ -1,3 +1,4 @@
+// Copies trees, and settles who owns arrays that several nodes show.
 #include "framework/tree_holder.h"
 
 #include <algorithm>
@@ -9,6 +10,8 @@
 #include <unordered_set>
 #include <vector>
 
+#include "kel_memory.h"
+
 namespace tvk::framework {
 
 namespace {
@@ -16,8 +19,8 @@ namespace {
 // The mark stands in the framework's byte of an array's first record, where only a framework looks.
 constexpr uint8_t kSeen = 0xff;
 
-// Child arrays still to be looked at. Linked through the framework words of their first records, since trees are also
-// released because memory ran out.
+// Child arrays that are still to be looked at. They are linked through the framework words of their first records,
+// since trees are also released when memory has run out.
 class PendingArrays {
 public:
     void push(Node &parent) {
@@ -73,6 +76,18 @@ void copy_array(Node &node) {
 
 }  // namespace
 
+Node &append_child(Node &parent) {
+    const auto count = static_cast<size_t>(parent.subtree_count);
+    void *grown = kel_named_realloc(parent.subtrees, (count + 1) * sizeof(Node));
+    if (grown == nullptr) {
+        throw std::bad_alloc();
+    }
+    parent.subtrees = static_cast<Node *>(grown);
+    ++parent.subtree_count;
+    set_present(parent, TVK_HAS_SUBTREES);
+    return parent.subtrees[count] = Node{};
+}
+
 void copy_tree(const Node &tree, Node &copy) {
     if (qidl_tvk_datatree_duplicate(&copy, &tree, tvk_gpb_alloc, nullptr) != TVK_OK) {
         qidl_tvk_datatree_free_ext(&copy, tvk_gpb_free, nullptr, 0);
@@ -121,8 +136,8 @@ void own_arrays(Node &tree, std::initializer_list<const ChildArrays *> others) {
             copy_array(node);
             continue;
         }
-        for (int32_t i = 0; i < node.subtree_count; ++i) {
-            pending.push_back(&node.subtrees[i]);
+        for (Node &child : children(node)) {
+            pending.push_back(&child);
         }
     }
 }

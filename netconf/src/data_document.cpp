@@ -1,3 +1,4 @@
+// Finds the data in documents that hold no request.
 #include "netconf/data_document.h"
 
 #include "netconf/rpc_envelope.h"

@@ -1,3 +1,4 @@
+// Takes off framing, recodes UTF-16, and checks what the parser must not see.
 #include "netconf/document_bytes.h"
 
 #include <libxml/encoding.h>
@@ -37,7 +38,8 @@ bool is_blank(std::string_view text) {
     return text.find_first_not_of(kBlanks) == std::string_view::npos;
 }
 
-// The size of the chunk that begins at a line "#SIZE", behind which at points then. Zero when there is none.
+// Returns the size of the chunk whose line "#SIZE" begins at `at`, and moves `at` behind that line. Returns 0 when
+// there is no such line.
 size_t take_chunk_size(std::string_view bytes, size_t &at) {
     constexpr size_t kMaxDigits = 10;
     size_t end = at + 2;
@@ -72,7 +74,7 @@ std::string without_chunks(std::string_view bytes, const std::string &name) {
     return message;
 }
 
-// A document may hold "]]>]]>" in a section; then more of it comes behind.
+// The end-of-message framing is taken off at the end alone: a document may hold "]]>]]>" in a section.
 void take_off_framing(std::string &bytes, const std::string &name) {
     if (bytes.starts_with("\n#")) {
         bytes = without_chunks(bytes, name);
@@ -118,7 +120,7 @@ std::string utf8_of(const std::string &bytes, xmlCharEncoding encoding, const st
     return text.starts_with(kByteOrderMark) ? text.substr(kByteOrderMark.size()) : text;
 }
 
-// What the XML declaration says, in small letters; "" without one.
+// Returns the encoding of the XML declaration in small letters, or "".
 std::string declared_encoding(std::string_view text) {
     const std::string_view declaration = text.substr(0, std::min(text.find("?>"), text.size()));
     const size_t at = declaration.find("encoding");
@@ -137,7 +139,7 @@ std::string declared_encoding(std::string_view text) {
     return encoding;
 }
 
-// In any other encoding a tag might not look like one.
+// In any other encoding a tag might have other bytes than in ASCII.
 void check_encoding(const std::string &encoding, const std::string &name) {
     constexpr std::string_view kKnown[] = {"",      "utf-8",      "utf8",      "us-ascii",
                                            "ascii", "iso-8859-1", "iso8859-1", "latin1"};
@@ -146,14 +148,14 @@ void check_encoding(const std::string &encoding, const std::string &name) {
     }
 }
 
-// The place behind the next end at or after at, or the end of the document.
+// Returns the offset behind the next `end` at or after `at`, or the end of the document.
 size_t find_behind(std::string_view bytes, size_t at, std::string_view end) {
     const size_t found = bytes.find(end, at);
     return found == std::string_view::npos ? bytes.size() : found + end.size();
 }
 
-// at is a "<"; returns what is behind the tag. Tags are short: a search for the next byte of several would take longer
-// than a look at each.
+// Returns the offset behind the tag that begins at `at`. Tags are short, so a look at each byte is faster than a search
+// for the next of several bytes.
 size_t pass_tag(std::string_view bytes, size_t at, const std::string &name) {
     const size_t start = at;
     size_t attributes = 0;
@@ -172,8 +174,8 @@ size_t pass_tag(std::string_view bytes, size_t at, const std::string &name) {
     return at;
 }
 
-// Whether a "<" may begin a tag of more attributes than are let in, each with its two quotes. The parser reads no tag
-// further than to the next "<".
+// Tells whether a tag may hold more attributes than are let in, each with its two quotes. The parser reads a tag up to
+// the next "<" at most.
 bool has_long_tags(std::string_view bytes) {
     for (size_t at = bytes.find('<'); at < bytes.size();) {
         const size_t next = std::min(bytes.find('<', at + 1), bytes.size());
@@ -204,7 +206,7 @@ void check_text(const std::string &text, const char *zero, const std::string &na
     if (const size_t at = text.find('\0'); at != std::string::npos) {
         fail(text, at, name, std::string("not well-formed XML: ") + zero);
     }
-    if (has_long_tags(text)) {  // to look at each byte of the tags takes four times as long
+    if (has_long_tags(text)) {  // the check of each byte takes four times as long
         check_tags(text, name);
     }
 }

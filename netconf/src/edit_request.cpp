@@ -1,3 +1,4 @@
+// Reads edit requests.
 #include "netconf/edit_request.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@ namespace tvk::netconf {
 
 namespace {
 
-// Throws UsageError when a parameter of that name is there and has none of the values.
+// Throws UsageError when edit holds a parameter of that name with none of the values.
 void check_parameter(const XmlDocument &document, const xmlNode *edit, const char *name,
                      std::initializer_list<const char *> values) {
     const xmlNode *element = find_envelope(document, edit, name);
@@ -29,6 +30,7 @@ void check_parameter(const XmlDocument &document, const xmlNode *edit, const cha
     document.fail(element, std::string(name) + " \"" + text + "\" is none of " + list);
 }
 
+// Returns the default operation of an edit, whose text is checked already, or nothing.
 std::optional<uint32_t> default_operation_of(const XmlDocument &document, const xmlNode *edit) {
     const xmlNode *element = find_envelope(document, edit, "default-operation");
     if (element == nullptr) {
@@ -45,7 +47,7 @@ std::vector<xmlNode *> open_config(const XmlDocument &document, const xmlNode *c
     return document.child_elements(config);
 }
 
-// An <edit-config>, or a <copy-config> with the configuration itself as its source.
+// Reads an <edit-config>, or a <copy-config> whose source is a configuration in the message.
 void read_operation(const XmlDocument &document, const xmlNode *operation, EditPayload &payload) {
     const xmlNode *place = operation;
     if (is_envelope(operation, "copy-config")) {
@@ -79,7 +81,7 @@ bool is_edit_operation(const xmlNode *element) {
     return is_envelope(element, "edit-config") || is_envelope(element, "copy-config");
 }
 
-// Of a root: whether it is around the data and not data itself.
+// Tells whether a root stands around the data and is no data itself.
 bool is_message(const xmlNode *root) {
     return is_envelope(root, "rpc") || is_edit_operation(root) || is_envelope(root, "config") || is_reply(root);
 }

@@ -1,3 +1,4 @@
+// Reads read requests.
 #include "netconf/get_request.h"
 
 #include <algorithm>
@@ -64,7 +65,7 @@ void read_operation(const XmlDocument &document, const xmlNode *operation, GetPa
     }
 }
 
-// Of a root: whether it belongs to a message, be it another than a read, and not to data.
+// Tells whether a root is part of a message, also of one that is no read, and no data.
 bool is_message(const xmlNode *root) {
     constexpr const char *kNames[] = {"rpc",         "get",    "get-config", "filter",   "edit-config",
                                       "copy-config", "config", "data",       "rpc-reply"};

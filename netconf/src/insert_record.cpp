@@ -1,3 +1,4 @@
+// Parses and writes the place of an entry.
 #include "netconf/insert_record.h"
 
 #include <libxml/tree.h>
@@ -17,7 +18,7 @@ namespace {
 
 constexpr uint8_t kPresent = 1;
 
-// Takes the first predicate off text. Nothing when text does not begin with one.
+// Takes the first predicate off text. Returns its name and value, or nothing when text does not begin with a predicate.
 std::optional<std::pair<std::string, std::string>> take_predicate(std::string_view &text) {
     const size_t equals = text.find('=');
     if (text.empty() || text.front() != '[' || equals == std::string_view::npos) {

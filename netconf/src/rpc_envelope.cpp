@@ -1,3 +1,4 @@
+// Reads the elements around data.
 #include "netconf/rpc_envelope.h"
 
 #include <algorithm>
@@ -7,6 +8,20 @@
 #include "netconf/namespaces.h"
 
 namespace tvk::netconf {
+
+namespace {
+
+RpcAttributes attributes_of(const xmlNode *rpc) {
+    RpcAttributes attributes;
+    for (const xmlAttr *attribute = rpc->properties; attribute != nullptr; attribute = attribute->next) {
+        xmlChar *value = xmlNodeListGetString(rpc->doc, attribute->children, 1);
+        attributes.push_back({as_text(attribute->name), uri_of(attribute->ns), value != nullptr ? as_text(value) : ""});
+        xmlFree(value);
+    }
+    return attributes;
+}
+
+}  // namespace
 
 bool is_envelope(const xmlNode *element, const char *name) {
     const char *ns = uri_of(element->ns);
@@ -68,16 +83,6 @@ std::string parameter_text(const XmlDocument &document, const xmlNode *parameter
     const std::string text = content != nullptr ? as_text(content) : "";
     xmlFree(content);
     return std::string(without_blanks(text));
-}
-
-RpcAttributes attributes_of(const xmlNode *rpc) {
-    RpcAttributes attributes;
-    for (const xmlAttr *attribute = rpc->properties; attribute != nullptr; attribute = attribute->next) {
-        xmlChar *value = xmlNodeListGetString(rpc->doc, attribute->children, 1);
-        attributes.push_back({as_text(attribute->name), uri_of(attribute->ns), value != nullptr ? as_text(value) : ""});
-        xmlFree(value);
-    }
-    return attributes;
 }
 
 Rpc open_rpc(const XmlDocument &document, xmlNode *rpc) {

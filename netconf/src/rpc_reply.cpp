@@ -1,3 +1,4 @@
+// Writes data replies and error replies.
 #include "netconf/rpc_reply.h"
 
 #include "netconf/namespaces.h"

@@ -1,3 +1,4 @@
+// Builds records from tags, texts and attributes.
 #include "netconf/xml_decode.h"
 
 #include <algorithm>
@@ -16,7 +17,7 @@ namespace tvk::netconf {
 
 namespace {
 
-// Every node has a copy of its own, while in the document it may stand but once.
+// Each node has a copy of its namespace, which the document may hold but once.
 constexpr size_t kMaxNamespace = 1000;
 
 struct Attribute {
@@ -33,6 +34,7 @@ Attribute attribute_of(const StartTag &tag, size_t index) {
             std::string_view(text, static_cast<size_t>(as_text(fields[4]) - text))};
 }
 
+// The use of an attribute.
 enum class Role { kOperation, kInsert, kKey, kValue, kOther };
 
 Role role_of(const Attribute &attribute) {
@@ -173,7 +175,7 @@ void DataDecoder::decode_operation(const std::string &text) {
 void DataDecoder::add_attribute(const char *name, const char *ns, const std::string &text, size_t room) {
     const std::string qualified = *checked_namespace(ns) != '\0' ? "{" + std::string(ns) + "}" + name : name;
     Node &node = open_.back().node;
-    if (node.attributes == nullptr) {  // not before one is counted, too: a release goes by the count
+    if (node.attributes == nullptr) {  // made with the first one, since a release goes by the count
         node.attributes = framework::zeroed_array<qidl_tvk_name_value>(room);
         set_present(node, TVK_HAS_ATTRIBUTES);
     }
@@ -218,7 +220,7 @@ void DataDecoder::refuse_text_beside_elements() const {
     }
 }
 
-// The namespace that prefix stands for in the innermost element when prefix:name can name an identity, else null.
+// Returns the namespace that prefix stands for in the open element when prefix:name can name an identity, else null.
 const char *DataDecoder::identity_namespace(const std::string &prefix, const char *name) const {
     if (prefix == "xml" || xmlValidateNCName(as_xml(prefix.c_str()), 0) != 0 ||
         xmlValidateNCName(as_xml(name), 0) != 0) {

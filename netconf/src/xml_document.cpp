@@ -1,3 +1,4 @@
+// Gives access to the elements of a parsed document.
 #include "netconf/xml_document.h"
 
 #include <utility>

@@ -1,9 +1,11 @@
+// Writes the nodes of a tree, with their namespaces and attributes.
 #include "netconf/xml_encode.h"
 
 #include <cstring>
 #include <set>
 #include <vector>
 
+#include "framework/diagnostics.h"
 #include "netconf/insert_record.h"
 #include "netconf/namespaces.h"
 #include "netconf/operation.h"
@@ -17,19 +19,15 @@ bool is_name(const char *text) {
     return xmlValidateNCName(as_xml(text), 0) == 0;
 }
 
-// Not in brackets or double quotes: the text goes into an rpc-error, where these are escaped.
-std::string quoted(const std::string &text) {
-    return "'" + text + "'";
-}
-
-// Of XML itself: neither elements nor prefixes of values can be in such a namespace.
+// Tells whether a namespace is one of XML itself. Neither elements nor prefixes of values can be in it.
 bool is_reserved(const char *ns) {
     return std::strcmp(ns, kXmlNamespace) == 0 || std::strcmp(ns, "http://www.w3.org/2000/xmlns/") == 0;
 }
 
 void write_operation(XmlOutput &output, const Node &node) {
     if (node.operation >= kOperationNames.size()) {
-        throw EncodeError(quoted(node.tag) + " carries an unknown operation, " + std::to_string(node.operation));
+        throw EncodeError(framework::quoted(node.tag) + " carries an unknown operation, " +
+                          std::to_string(node.operation));
     }
     output.attribute("nc:operation", kOperationNames[node.operation]);
 }
@@ -38,13 +36,13 @@ void write_insert(XmlOutput &output, const Node &node) {
     const qidl_tvk_edit_insert &insert = node.edit_insert;
     if ((insert.insert_presence & TVK_INSERT_HAS_POSITION) != 0) {
         if (insert.position >= kInsertNames.size()) {
-            throw EncodeError(quoted(node.tag) + " carries an unknown insert position, " +
+            throw EncodeError(framework::quoted(node.tag) + " carries an unknown insert position, " +
                               std::to_string(insert.position));
         }
         output.attribute("yang:insert", kInsertNames[insert.position]);
     }
     if (insert.keys_presence != 0) {
-        const bool qualified = *namespace_of(node) != '\0';  // key names are in the namespace of their list
+        const bool qualified = *namespace_of(node) != '\0';  // keys are in the namespace of their list
         if (qualified) {
             output.attribute("xmlns:key", namespace_of(node));
         }
@@ -60,7 +58,8 @@ void write_attribute(XmlOutput &output, const Node &node, const std::string &nam
     const bool qualified = !name.empty() && name.front() == '{' && close != std::string::npos && close > 1;
     const std::string local = qualified ? name.substr(close + 1) : name;
     if (!is_name(local.c_str())) {
-        throw EncodeError(quoted(name) + " of " + quoted(node.tag) + " is no name for an attribute");
+        throw EncodeError(framework::quoted(name) + " of " + framework::quoted(node.tag) +
+                          " is no name for an attribute");
     }
     if (!qualified) {
         output.attribute(local.c_str(), value);
@@ -83,14 +82,15 @@ void write_attributes(XmlOutput &output, const Node &node) {
         const qidl_tvk_name_value &attribute = node.attributes[i];
         const std::string name = attribute.name != nullptr ? attribute.name : "";
         if (!written.insert(name).second || name == "xmlns") {
-            throw EncodeError(quoted(node.tag) + " carries the attribute " + quoted(name) +
+            throw EncodeError(framework::quoted(node.tag) + " carries the attribute " + framework::quoted(name) +
                               ", which cannot be written twice or at all");
         }
         write_attribute(output, node, name, attribute.value != nullptr ? attribute.value : "", i + 1);
     }
 }
 
-// A prefix that the element may use already, or that cannot be declared. The text stays as it is without it.
+// Tells whether the element may use a prefix already, or cannot declare it. The value is then written without a
+// declaration.
 bool is_own_prefix(const std::string &prefix) {
     const bool is_numbered =
         prefix.size() > 1 && prefix.front() == 'a' && prefix.find_first_not_of("0123456789", 1) == std::string::npos;
@@ -104,13 +104,13 @@ void write_value(XmlOutput &output, const Node &node) {
         return;
     }
     if (!children(node).empty()) {
-        throw EncodeError(quoted(node.tag) + " has a value and children as well");
+        throw EncodeError(framework::quoted(node.tag) + " has a value and children as well");
     }
     if (*ns == '\0') {
         output.text(value);
         return;
     }
-    if (const char *colon = std::strchr(value, ':')) {  // a text as it was written, whose prefix may mean something
+    if (const char *colon = std::strchr(value, ':')) {  // the text still has the prefix that it was read with
         const std::string prefix(value, colon);
         if (is_name(prefix.c_str()) && !is_own_prefix(prefix)) {
             output.attribute(("xmlns:" + prefix).c_str(), ns);
@@ -122,7 +122,7 @@ void write_value(XmlOutput &output, const Node &node) {
     output.text(std::string("id:") + value);
 }
 
-// What the nodes of a tree carry beside their content.
+// The marks that some node of a tree carries.
 struct TreeMarks {
     bool operations = false;
     bool inserts = false;
@@ -131,10 +131,10 @@ struct TreeMarks {
 void start_node(XmlOutput &output, const Node &node, const char *outer_ns, TreeMarks &marks) {
     const char *tag = tag_of(node);
     if (!is_name(tag)) {
-        throw EncodeError(quoted(tag) + " is no name for an element");
+        throw EncodeError(framework::quoted(tag) + " is no name for an element");
     }
     if (is_reserved(namespace_of(node)) || is_reserved(value_namespace_of(node))) {
-        throw EncodeError(quoted(tag) + " is in the namespace of XML itself");
+        throw EncodeError(framework::quoted(tag) + " is in the namespace of XML itself");
     }
     output.start(tag);
     if (std::strcmp(namespace_of(node), outer_ns) != 0) {
@@ -152,7 +152,7 @@ void start_node(XmlOutput &output, const Node &node, const char *outer_ns, TreeM
     write_value(output, node);
 }
 
-constexpr size_t kMaxLevels = 250;  // and a few of the message
+constexpr size_t kMaxLevels = 250;  // the message around the data has a few more
 
 // A node whose children are being visited.
 struct Level {
@@ -188,7 +188,7 @@ TreeMarks write_children(XmlOutput &output, const Node &root, const char *outer_
 }  // namespace
 
 void write_data(XmlOutput &output, const Node &root) {
-    // What is to be declared here shows in the nodes. To ask them all before would be a second pass over a tree that
+    // The nodes show which prefixes are needed. A look at all of them before would be a second pass over a tree that
     // may be larger than the caches.
     const size_t place = output.end_of_attributes();
     const TreeMarks marks = write_children(output, root, kNetconfNamespace);

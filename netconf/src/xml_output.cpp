@@ -1,3 +1,4 @@
+// Escapes and indents XML.
 #include "netconf/xml_output.h"
 
 #include <libxml/chvalid.h>
@@ -11,8 +12,9 @@ namespace tvk::netconf {
 
 namespace {
 
+// A character of UTF-8.
 struct Character {
-    size_t length;  // in bytes; 0 when the text begins with none that XML can hold
+    size_t length;  // in bytes; 0 when XML cannot hold it
     unsigned code;
 };
 
@@ -24,12 +26,12 @@ Character leading_character(std::string_view text) {
     int length = static_cast<int>(text.size() < 4 ? text.size() : 4);
     const int code = xmlGetUTF8Char(reinterpret_cast<const unsigned char *>(text.data()), &length);
     const int shortest = code < 0x80 ? 1 : code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
-    const bool leads = first >= 0xc0;  // libxml2 takes a byte that goes on for one that begins
+    const bool leads = first >= 0xc0;  // libxml2 lets a character begin with a byte that continues one
     const bool is_character = leads && code >= 0 && length == shortest && xmlIsCharQ(code);
     return {is_character ? static_cast<size_t>(length) : 0, static_cast<unsigned>(code)};
 }
 
-// Whether a byte is written as it is, in texts and attributes alike.
+// Tells whether a byte is written as it is, in texts and attributes alike.
 bool is_plain(unsigned char byte) {
     return byte >= ' ' && byte < 0x80 && byte != '<' && byte != '>' && byte != '&' && byte != '"';
 }
@@ -48,8 +50,8 @@ std::string numbered(unsigned code) {
     return reference;
 }
 
-// A reader takes line breaks and tabs of an attribute for blanks, so these are references there, as is what is not
-// ASCII.
+// Appends a character. In attributes a reader takes line breaks and tabs for blanks, so these are written as references
+// there, and so are all characters that are not ASCII.
 void append_character(std::string &out, std::string_view bytes, unsigned code, bool is_attribute) {
     switch (code) {
         case '<':
@@ -69,7 +71,7 @@ void append_character(std::string &out, std::string_view bytes, unsigned code, b
     }
 }
 
-// Returns what of text, if anything, begins with a byte that XML cannot hold.
+// Appends text up to the first byte that XML cannot hold. Returns the rest, "" when there is none.
 std::string_view append_escaped(std::string &out, std::string_view text, bool is_attribute) {
     for (;;) {
         const size_t plain = length_of_plain(text);
@@ -133,7 +135,7 @@ void XmlOutput::attribute(const char *name, std::string_view value) {
 }
 
 void XmlOutput::attribute(const char *prefix, const char *name, const char *ns, std::string_view value) {
-    // Declared behind the attributes, the last one first.
+    // Declarations stand behind the attributes, the last one first.
     std::string declaration;
     append_attribute(declaration, (std::string("xmlns:") + prefix).c_str(), ns);
     append_attribute(document_, (std::string(prefix) + ":" + name).c_str(), value);
@@ -178,7 +180,7 @@ void XmlOutput::end_tag(const char *end) {
 }
 
 void XmlOutput::indent() {
-    constexpr size_t kMaxIndent = 64;  // levels: that of a deep tree would take more room than the tree
+    constexpr size_t kMaxIndent = 64;  // levels; the blanks of a deep tree would take more room than the tree
     document_.append(2 * std::min(open_.size(), kMaxIndent), ' ');
 }
 

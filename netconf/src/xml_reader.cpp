@@ -1,3 +1,4 @@
+// Drives the parser, and sends what it meets to the document or to the decoder.
 #include "netconf/xml_reader.h"
 
 #include <libxml/parser.h>
@@ -18,7 +19,7 @@ namespace {
 
 constexpr int kMaxDeclarations = 1000;
 
-// What the parser stumbled over first; later messages are mostly consequences.
+// The first fault that the parser reports. Later ones are mostly consequences.
 struct FirstFault {
     std::string reason;
     long line = 0;
@@ -33,7 +34,7 @@ struct FirstFault {
 
 void say_nothing(void *, const char *, ...) {}
 
-// The parser's own advice names an option that no user of the tool has.
+// Takes out the parser's advice, which names an option that no user of the tool has.
 void take_out_advice(std::string &reason) {
     constexpr std::string_view kAdvice = " use XML_PARSE_HUGE option";
     if (const size_t at = reason.find(kAdvice); at != std::string::npos) {
@@ -60,8 +61,8 @@ public:
         if (!parser_) {
             throw std::bad_alloc();
         }
-        // Without NOENT an "&" of an attribute would come as "&#38;". It lets in no more than that: a document without
-        // a document type has no entities of its own. What xml:id says does not concern data.
+        // Without NOENT an "&" of an attribute would come as "&#38;". NOENT lets in no more than that, as a document
+        // without a document type has no entities of its own. xml:id does not concern data.
         xmlCtxtUseOptions(parser_.get(), XML_PARSE_NONET | XML_PARSE_NOCDATA | XML_PARSE_NOENT |
                                              (bytes.is_recoded ? XML_PARSE_IGNORE_ENC : 0));
         parser_->loadsubset |= XML_SKIP_IDS;
@@ -94,8 +95,8 @@ public:
     }
 
 private:
-    // No exception may pass through the parser: the first is kept until the parser has returned. That is not stopped,
-    // as it would release the input, from which a step around this one may still read.
+    // No exception may pass through the parser, so the first one is kept until the parser has returned. The parser is
+    // not stopped: it would release the input, from which a step around this one may still read.
     template <typename Step>
     static void guard(void *user, Step step) {
         Reader &reader = *static_cast<Reader *>(static_cast<xmlParserCtxt *>(user)->_private);
@@ -123,7 +124,7 @@ private:
     static void on_document_type(void *user, const xmlChar *, const xmlChar *, const xmlChar *) {
         guard(user,
               [](Reader &reader) { reader.fault_.note(reader.line(), "a document type declaration is not accepted"); });
-        xmlStopParser(static_cast<xmlParserCtxt *>(user));  // before any entity of it is read
+        xmlStopParser(static_cast<xmlParserCtxt *>(user));  // before it reads an entity
     }
 
     static void on_start(void *user, const xmlChar *name, const xmlChar *prefix, const xmlChar *ns,
@@ -179,12 +180,14 @@ private:
         });
     }
 
-    // The parser looks through all of them for each prefix.
+    // Tells whether more declarations are in force than are let in. The parser looks through all of them for each
+    // prefix.
     bool has_many_declarations() const { return parser_->nsNr > 2 * kMaxDeclarations; }
 
     long line() { return xmlSAX2GetLineNumber(parser_.get()); }
 
-    // Whether the new element of the document is data. Its line has no room in the record, which counts to 65,535.
+    // Notes a new element of the document, and returns whether it is data. Its line is kept apart, as the element
+    // itself counts to 65,535.
     bool enter(xmlNode &element) {
         element.psvi = reinterpret_cast<void *>(static_cast<intptr_t>(line()));
         if (!layout_.is_data(&element)) {
@@ -195,8 +198,8 @@ private:
         return true;
     }
 
-    // What a data element has wrong is told when it is asked for: the message around it may be refused before. Of the
-    // rest of the element nothing is kept.
+    // Keeps the first fault of a data element until its data is asked for, since the message around it may be refused
+    // before. Nothing of the rest of the element is decoded.
     template <typename Step>
     void decode(Step step) {
         if (!decoder_) {
@@ -224,8 +227,8 @@ private:
     FirstFault fault_;
     std::exception_ptr failure_;
     ParsedXml parsed_;
-    std::optional<DataDecoder> decoder_;  // of the last data element, until its end or a fault
-    size_t data_depth_ = 0;               // tags of that element that are open
+    std::optional<DataDecoder> decoder_;  // for the last data element, until its end or a fault
+    size_t data_depth_ = 0;               // open tags of that element
 };
 
 }  // namespace

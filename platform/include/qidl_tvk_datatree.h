@@ -35,8 +35,8 @@ enum qidl_tvk_operation {
 };
 
 /*
- * All edit operations and their names in NETCONF, in the order of their values. Every table of operations is made from
- * this list, so that a new operation is named everywhere.
+ * Calls entry(value, name) for each edit operation and its name in NETCONF, in the order of the values. Every table of
+ * operations is made from this list, so that a new operation is named everywhere.
  */
 #define TVK_FOR_EACH_OPERATION(entry)                                                                                 \
     entry(TVK_OPERATION_MERGE, "merge") entry(TVK_OPERATION_REPLACE, "replace") entry(TVK_OPERATION_CREATE, "create") \

@@ -1,8 +1,8 @@
 /*
  * Accessors of data tree records for C++17: presence bits, texts, children, operations and key marks.
  *
- * All functions are inline and need no library. None of them allocates, throws or changes more than it says. They
- * read a field only when its presence bit is set.
+ * All functions are inline and need no library. None of them allocates or throws. They read a field only when its
+ * presence bit is set, except for carries_insert.
  */
 #ifndef TVK_DATATREE_HPP
 #define TVK_DATATREE_HPP
@@ -38,8 +38,8 @@ inline void set_absent(Node &node, std::uint16_t bit) {
 }
 
 /*
- * Neighbouring records that someone else owns. A range is valid until the array is grown, shrunk or released. In C++20
- * it converts to std::span.
+ * A range of neighbouring records, which it does not own. A range is valid until the array is grown, shrunk or
+ * released. In C++20 it converts to std::span.
  */
 template <typename Record>
 class NodeRange {

@@ -1,3 +1,4 @@
+// Runs tvk-map apply.
 #include "apply_command.h"
 
 #include "data_file.h"

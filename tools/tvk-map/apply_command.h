@@ -1,11 +1,11 @@
-// tvk-map apply: carries out an edit of native data, as the device would.
+// The command tvk-map apply carries out an edit of native data, as the device would.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "framework/list_keys.h"
+#include "framework/list_shapes.h"
 #include "framework/tree_holder.h"
 #include "netconf/rpc_attributes.h"
 #include "reply.h"
@@ -21,16 +21,18 @@ struct ApplyOptions {
     bool tree = false;
 };
 
-// Returns the exit status. Throws UsageError.
+// Runs the command. Returns the exit status. Throws UsageError.
 int run_apply(const ApplyOptions &options);
 
+// The form of the answer.
 struct ApplyOutput {
     netconf::RpcAttributes attributes;
-    bool changes;  // alone
-    bool tree;
+    bool changes;  // only what is different
+    bool tree;     // a listing instead of XML
 };
 
-// Carries out edit on data and shows the data, or what is different in it. shapes learns what data and edit show.
+// Carries out edit on data, and answers with the data or with what is different in it. shapes learns the lists of data
+// and edit.
 Reply answer_apply(framework::TreeHolder &data, const Node &edit, uint32_t default_operation, framework::Shapes &shapes,
                    const ApplyOutput &output);
 

@@ -1,3 +1,4 @@
+// Reads files and standard input.
 #include "data_file.h"
 
 #include <cerrno>

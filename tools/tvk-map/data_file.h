@@ -1,4 +1,4 @@
-// Reads files.
+// Reads files of XML.
 #pragma once
 
 #include <string>
@@ -7,10 +7,11 @@
 
 namespace tvk::tool {
 
-// path "-" is standard input. Throws UsageError for what cannot be read or is not well formed.
+// Returns the document in a file; "-" is standard input. Throws UsageError when it cannot be read or is not well
+// formed.
 netconf::XmlDocument read_document(const std::string &path, const netconf::Layout &layout);
 
-// Moves the top nodes of a file, of kDataLayout or kNativeLayout, into a tree without nodes. Throws UsageError.
+// Moves the top nodes of a file of kDataLayout or kNativeLayout into data, which has no nodes yet. Throws UsageError.
 void read_data(const std::string &path, const netconf::Layout &layout, framework::TreeHolder &data);
 
 }  // namespace tvk::tool

@@ -1,3 +1,4 @@
+// Runs tvk-map edit.
 #include "edit_command.h"
 
 #include <algorithm>

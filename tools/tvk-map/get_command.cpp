@@ -1,3 +1,4 @@
+// Runs tvk-map get.
 #include "get_command.h"
 
 #include <utility>

@@ -1,4 +1,4 @@
-// tvk-map get: a read through a mapping, from native data to what the filter selects.
+// The command tvk-map get reads native data through mappings, and prints what the filter selects.
 #pragma once
 
 #include <optional>
@@ -12,20 +12,20 @@
 namespace tvk::tool {
 
 struct GetOptions {
-    std::optional<std::string> filter;  // file, or "-"; none: everything
+    std::optional<std::string> filter;  // a file, or "-"; without it everything is selected
     std::vector<std::string> mappings;
-    std::string native;                        // file with the native data, or "-"
+    std::string native;                        // a file with the native data, or "-"
     std::string phase = "mark";                // or "container"
-    std::optional<std::string> with_defaults;  // mode; none: what the request says
-    bool config = false;                       // a <get-config>, whatever the request says
+    std::optional<std::string> with_defaults;  // the mode, in place of the request's
+    bool config = false;                       // read as <get-config> does, whatever the request says
     bool tree = false;
     bool trace = false;
 };
 
-// Returns the exit status. Throws UsageError.
+// Runs the command. Returns the exit status. Throws UsageError.
 int run_get(const GetOptions &options);
 
-// The step between the command's files and its output.
+// Answers a request whose filter is the asked tree of trees, without files or output. tree asks for a listing.
 Reply answer_get(const framework::Mappings &mappings, framework::Framework &framework, framework::Session &session,
                  framework::RequestTrees &trees, const netconf::GetRequest &request, framework::MarkPhase mark,
                  bool tree);

@@ -1,4 +1,4 @@
-// tvk-map: runs mappings on a desk.
+// The program tvk-map runs mappings on a desk. This is its command line.
 #include <libxml/parser.h>
 
 #include <CLI/CLI.hpp>
@@ -89,6 +89,7 @@ Examples:
   tvk-map print running.xml
   tvk-map print --namespaces - < request.xml)";
 
+// Adds the option --mapping, and returns it.
 CLI::Option *add_mappings(CLI::App &command, std::vector<std::string> &mappings) {
     return command
         .add_option("--mapping", mappings,
@@ -102,7 +103,7 @@ void add_tree(CLI::App &command, Options &options) {
     command.add_flag("--tree", options.tree, "Print an indented listing instead of XML");
 }
 
-// What every command that walks a request has.
+// Adds the flags of each command that walks a request.
 template <typename Options>
 void add_flags(CLI::App &command, Options &options) {
     add_tree(command, options);

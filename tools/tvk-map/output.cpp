@@ -1,3 +1,4 @@
+// Writes standard output, and catches the listings that the library prints there.
 #include "output.h"
 
 #include <sys/mman.h>
@@ -67,7 +68,8 @@ private:
     int file_;
 };
 
-// Calls visit for each text of a tree that a document chooses freely, until it returns true.
+// Calls visit for each text of a tree that a document may choose freely, until visit returns true. Returns whether it
+// did.
 template <typename Visit>
 bool visit_texts(Node &root, const Visit &visit) {
     std::vector<Node *> pending{&root};
@@ -85,8 +87,8 @@ bool visit_texts(Node &root, const Visit &visit) {
         if (found) {
             return true;
         }
-        for (size_t i = 0; i < children(node).size(); ++i) {
-            pending.push_back(&node.subtrees[i]);
+        for (Node &child : children(node)) {
+            pending.push_back(&child);
         }
     }
     return false;
@@ -96,6 +98,7 @@ bool is_printable(const char *text) {
     return text == nullptr || !framework::has_controls(text);
 }
 
+// Escapes the control characters of text. Returns false, so that a visit goes on.
 bool make_printable(char *&text) {
     if (!is_printable(text)) {
         kel_named_free(std::exchange(text, framework::copy_text(framework::printable(text).c_str())));
@@ -106,7 +109,7 @@ bool make_printable(char *&text) {
 std::string listing(const Node &root, bool namespaces) {
     const CapturedOutput captured;
     if (tvk_map_print_subtrees(&root, 0, namespaces ? 1 : 0) != TVK_OK) {
-        throw std::bad_alloc();  // the one failure of a listing of a tree that is there
+        throw std::bad_alloc();  // a listing fails for want of memory alone
     }
     return captured.text();
 }

@@ -1,4 +1,4 @@
-// Standard output: whole or not at all.
+// Writes to standard output, whole or not at all.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@ namespace tvk::tool {
 // Writes text to standard output. Throws UsageError when it cannot be written.
 void write_out(const std::string &text);
 
-// What tvk_map_print_subtrees prints for root, with namespaces if asked for. Control characters of a document, which a
-// terminal might obey, are escaped: each node has a line of its own.
+// Returns the listing that tvk_map_print_subtrees prints for root. Each node has a line of its own, as control
+// characters, which a terminal might obey, are escaped. Throws UsageError and std::bad_alloc.
 std::string tree_listing(const Node &root, bool namespaces = false);
 
 }  // namespace tvk::tool

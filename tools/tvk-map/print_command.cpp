@@ -1,3 +1,4 @@
+// Runs tvk-map print.
 #include "print_command.h"
 
 #include "data_file.h"

@@ -1,4 +1,4 @@
-// tvk-map print: the listing of any file of data.
+// The command tvk-map print lists any file of data.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ struct PrintOptions {
     bool namespaces = false;
 };
 
-// Returns the exit status. Throws UsageError.
+// Runs the command. Returns the exit status. Throws UsageError.
 int run_print(const PrintOptions &options);
 
 }  // namespace tvk::tool

@@ -1,3 +1,4 @@
+// Makes replies of trees and errors.
 #include "reply.h"
 
 #include "framework/diagnostics.h"

@@ -1,4 +1,4 @@
-// What the commands that run a mapping have in common: their inputs and replies.
+// Makes the replies of the commands that run a mapping, and checks their inputs.
 #pragma once
 
 #include <functional>
@@ -11,24 +11,25 @@
 
 namespace tvk::tool {
 
-// Throws UsageError, with rule, when both inputs are standard input.
+// Throws UsageError with the text rule when both inputs are standard input.
 void check_inputs(const std::string &first, const std::string &second, const char *rule);
 
-// What a command prints on standard output, and its exit status.
+// The text that a command prints on standard output, and its exit status.
 struct Reply {
     int status;
     std::string text;
 };
 
+// Returns the reply that tells a client the errors.
 Reply refusal(const std::vector<framework::RpcError> &errors, const netconf::RpcAttributes &attributes);
 
-// What encode returns, or, when it throws EncodeError, that as an error.
+// Returns the reply with the text that encode returns, or, when that throws EncodeError, a refusal with the reason.
 Reply encoded(const std::function<std::string()> &encode, const netconf::RpcAttributes &attributes);
 
-// The children of root as a <config>, or as a listing.
+// Returns the reply with the children of root as a <config>, or, if tree, as a listing.
 Reply config_reply(const Node &root, const netconf::RpcAttributes &attributes, bool tree);
 
-// Returns the exit status. Throws UsageError.
+// Prints the reply, and returns its status. Throws UsageError.
 int print(const Reply &reply);
 
 }  // namespace tvk::tool

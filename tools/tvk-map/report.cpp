@@ -1,3 +1,4 @@
+// Reports failures on standard error.
 #include "report.h"
 
 #include <unistd.h>

@@ -1,26 +1,26 @@
-// Carrying out on data what an edit of it says, by the rules of NETCONF.
+// Carries out an edit of data, by the rules of NETCONF.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 
-#include "framework/list_keys.h"
+#include "framework/list_shapes.h"
 #include "framework/rpc_error.h"
 #include "framework/tree_holder.h"
 
 namespace tvk::framework {
 
-// What only a default can be: nothing is done where no node says what to do.
+// A default operation, which no node can carry: nodes without an operation do nothing.
 inline constexpr uint32_t kNoOperation = UINT32_MAX;
 
 /*
- * Changes data as edit says: merge, replace, create, delete, remove, and the places of entries that a user orders.
- * default_operation is what nodes without an operation do, merge, or kNoOperation for nothing. New nodes come behind
- * the last one of their name. changes gets what is different then, as an edit of its own: created and deleted nodes and
- * leaves with another value, each with its operation, in what they stand in.
+ * Changes data as edit says: it merges, replaces, creates, deletes and removes nodes, and moves entries that a user
+ * orders. Nodes without an operation do default_operation, merge or kNoOperation. A new node comes behind the last one
+ * of its name. changes, which has no nodes yet, becomes an edit that has the same effect on the same data: created and
+ * deleted nodes and leaves with another value, each with its operation, in the nodes around them.
  *
- * Returns the error of the first node that is there already or is missing, against its operation; data and changes are
- * good for nothing then. Throws std::bad_alloc.
+ * Returns nothing when all went well, else the error of the first node whose operation the data does not allow. data
+ * and changes can only be released then. Throws std::bad_alloc.
  */
 std::optional<RpcError> apply_edit(TreeHolder &data, const Node &edit, uint32_t default_operation, const Shapes &shapes,
                                    TreeHolder &changes);

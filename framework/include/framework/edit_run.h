@@ -10,15 +10,16 @@
 
 namespace tvk::framework {
 
-// What an edit says beside its data.
+// The parameters of an edit beside its data.
 struct EditParameters {
-    std::optional<uint32_t> default_operation;  // of top containers without one of their own; kNoOperation for none
-    bool is_whole = false;                      // they replace the whole configuration
-    bool is_reply = false;                      // they are what a get was answered with, which may hold state
-    bool has_inserts = false;                   // places of entries
+    std::optional<uint32_t> default_operation;  // for nodes without an operation; kNoOperation for none
+    bool is_whole = false;                      // the data replaces the whole configuration
+    bool is_reply = false;                      // the data is the answer to a get, which may hold state
+    bool has_inserts = false;                   // an entry has a place (yang:insert)
 };
 
-// Edits the native tree as the request tree says. Returns what a client is told, nothing when all went well.
+// Runs the request tree through the mappings, which edit the native tree. Returns the errors for the client, none when
+// all went well. Throws std::bad_alloc.
 std::vector<RpcError> make_edit(const Mappings &mappings, Framework &framework, RequestTrees &trees,
                                 const EditParameters &parameters);
 

@@ -10,15 +10,15 @@
 
 namespace tvk::framework {
 
-// What a read says beside its filter.
+// The parameters of a read beside its filter.
 struct GetParameters {
     uint32_t type = TVK_REQUEST_GET;
     uint8_t with_defaults = TVK_WITH_DEFAULTS_NONE;
-    bool walk_all = false;  // ask mappings for everything, whatever the filter selects: the reply is the same
+    bool walk_all = false;  // the mappings are asked for everything, and the filter selects of that: for tests
 };
 
-// Makes the response tree what the filter that is asked selects. Returns what a client is told, nothing when all went
-// well.
+// Runs the filter that the client asks with through the mappings, and leaves in the response tree what it selects. The
+// engine marks it by the phase mark. Returns the errors for the client, none when all went well. Throws std::bad_alloc.
 std::vector<RpcError> make_get(const Mappings &mappings, Framework &framework, Session &session,
                                const GetParameters &parameters, MarkPhase mark, RequestTrees &trees);
 

@@ -1,4 +1,4 @@
-// Blocks of the named heap for trees that the tool builds.
+// Allocates blocks of the named heap for trees that the framework builds.
 #pragma once
 
 #include <cstddef>
@@ -11,6 +11,7 @@ namespace tvk::framework {
 
 inline constexpr char kHeapTag[] = "tvk-map tool";
 
+// Returns a copy of text, which is not null. The caller frees it with kel_named_free. Throws std::bad_alloc.
 inline char *copy_text(const char *text) {
     char *copy = tvk_strdup(text, kHeapTag);
     if (copy == nullptr) {
@@ -19,6 +20,7 @@ inline char *copy_text(const char *text) {
     return copy;
 }
 
+// Returns count records of zeros. The caller frees them with kel_named_free. Throws std::bad_alloc.
 template <typename T>
 T *zeroed_array(std::size_t count) {
     void *block = kel_named_calloc_(count, sizeof(T), kHeapTag, 0);

@@ -1,4 +1,4 @@
-// Where a node of a tree stands, for messages and as an XPath.
+// Paths of nodes in a tree, for messages and as XPaths.
 #pragma once
 
 #include <functional>
@@ -10,19 +10,20 @@
 
 namespace tvk::framework {
 
-// A node behind those that it stands in, outermost first. The record that stands for no node is not among them.
+// The nodes from a top container down to a node. The root of the tree, which stands for no node, is not among them.
 using NodePath = std::vector<const Node *>;
 
-// The path of the first node below root, in document order, that is meant; of no more levels than XML is read with.
+// Returns the path of the first node below root, in document order, for which is_meant is true. It looks 256 levels
+// deep, as deep as XML is read.
 std::optional<NodePath> find_path(const Node &root, const std::function<bool(const NodePath &)> &is_meant);
 
-// Those of several nodes at once; a node that is not below root has an empty one.
+// Returns the paths of several nodes. The path of a node that is not below root is empty.
 std::vector<NodePath> paths_of(const Node &root, const std::vector<const Node *> &nodes);
 
-// Whether child is a key of the list entry at the end of a path.
+// Tells whether child is a key of the list entry at the end of a path.
 using IsKey = std::function<bool(const NodePath &entry, const Node &child)>;
 
-// Keys as the walk of a request has marked them.
+// Tells whether the walk of the request has marked child as a key.
 bool is_marked_key(const NodePath &entry, const Node &child);
 
 // An absolute XPath that selects a node. The prefix of the namespace at index i is "ns" and i + 1.
@@ -30,9 +31,11 @@ struct XPath {
     std::string text;
     std::vector<std::string> namespaces;
 };
+
+// Returns the XPath of a node. The entries around it are named by their keys, or else by position.
 XPath xpath_of(const NodePath &path, const IsKey &is_key = is_marked_key);
 
-// The same for people, without prefixes: /interfaces/interface[name='eth0']
+// Returns the same without prefixes, for people: /interfaces/interface[name='eth0']
 std::string readable_path(const NodePath &path, const IsKey &is_key = is_marked_key);
 
 }  // namespace tvk::framework

@@ -1,4 +1,4 @@
-// The values of a request as its mappings want them, and what they do not take.
+// Brings values of a request into the form that mappings expect, and refuses what they do not take.
 #pragma once
 
 #include <vector>
@@ -10,19 +10,21 @@
 namespace tvk::framework {
 
 /*
- * Takes the prefix off the values of all leaves of request that its mappings call identities: data is the name then,
- * data_ns the namespace. A prefix that is not declared stays part of the value.
+ * Takes the prefix off the values of all leaves of request that its mappings call identities. data is then the name,
+ * data_ns the namespace. A prefix that is not declared stays part of the value. Throws std::bad_alloc.
  */
 void resolve_identities(const Mappings &mappings, TreeHolder &request);
 
-// An error for the first node that is to be inserted at a place (yang:insert), where the mapping does not look at
-// places.
+// Returns an error for the first node that is to be inserted at a place (yang:insert) although its mapping does not
+// obey places, or none.
 std::vector<RpcError> refuse_inserts(const Mappings &mappings, TreeHolder &request);
 
-// An error for the first node with an operation, in a request that is a whole configuration.
+// Returns an error for the first node that carries an operation, or none. A request that is a whole configuration has
+// no operations.
 std::vector<RpcError> refuse_operations(const Node &request);
 
-// An error for the first container or list entry with text in it, once the walk has marked which nodes these are.
+// Returns an error for the first container or list entry with text in it, or none. The walk has marked which nodes are
+// containers and entries.
 std::vector<RpcError> refuse_texts(const Node &request);
 
 }  // namespace tvk::framework

@@ -8,7 +8,7 @@
 
 namespace tvk::framework {
 
-// The texts of an <rpc-error>; one that is empty is left out.
+// The texts of an <rpc-error>. The reply leaves out those that are empty.
 struct RpcError {
     std::string tag;
     XPath path;

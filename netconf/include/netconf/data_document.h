@@ -1,4 +1,4 @@
-// Documents of data.
+// Reads documents that hold data and no request.
 #pragma once
 
 #include <string>
@@ -8,12 +8,12 @@
 
 namespace tvk::netconf {
 
-// Data are the children of a <config>, of a <data>, also of one in an <rpc-reply>, or else the root itself. Operations
-// and the places of entries are refused in native data, which edits and reads start from.
+// The data of a document are the children of its <config>, <data>, or <data> in an <rpc-reply>, or else the root
+// itself. Native data, which edits and reads start from, must not carry operations or places of entries.
 extern const Layout kDataLayout;
 extern const Layout kNativeLayout;
 
-// Moves the top nodes out of a document of either layout. Throws UsageError.
+// Moves the top nodes of a document of either layout into data, which has no nodes yet. Throws UsageError.
 void take_data(XmlDocument document, framework::TreeHolder &data);
 
 }  // namespace tvk::netconf

@@ -1,4 +1,4 @@
-// Finding what an edit asks for.
+// Finds the data and the parameters of an edit request.
 #pragma once
 
 #include <libxml/tree.h>
@@ -14,27 +14,29 @@
 
 namespace tvk::netconf {
 
-// What an edit request says beside its data.
+// The parameters of an edit request, and the attributes that its reply repeats.
 struct EditRequest {
     framework::EditParameters parameters;
     RpcAttributes attributes;
 };
 
+// The elements of the top containers, in document order, and the parameters.
 struct EditPayload {
-    std::vector<xmlNode *> tops;  // top containers, in document order
+    std::vector<xmlNode *> tops;
     EditRequest request;
 };
 
-// Data are the elements of a <config> or <data>, or a root that belongs to no message.
+// The data of an edit are the elements in a <config> or <data>, or a root that is no part of a message.
 extern const Layout kEditLayout;
 
 /*
- * Finds the top containers of an edit: an <rpc> with <edit-config> or <copy-config>, one of these alone, a <config>,
- * what a get was answered with, or a bare top container. Throws UsageError when the message asks for something else.
+ * Finds the top containers of an edit. The document is an <rpc> with <edit-config> or <copy-config>, one of these
+ * alone, a <config>, the answer to a get, or a bare top container. Throws UsageError when the message asks for
+ * something else.
  */
 EditPayload find_edit_payload(const XmlDocument &document);
 
-// Moves the data of a document of kEditLayout into a tree without nodes. Throws UsageError.
+// Moves the data of a document of kEditLayout into request, which has no nodes yet. Throws UsageError.
 EditRequest read_edit(XmlDocument document, framework::TreeHolder &request);
 
 }  // namespace tvk::netconf

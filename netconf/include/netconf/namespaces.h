@@ -1,4 +1,4 @@
-// XML namespaces that the tool itself knows.
+// The XML namespaces of NETCONF, YANG and XML itself.
 #pragma once
 
 namespace tvk::netconf {

@@ -1,4 +1,4 @@
-// The edit operations and insert positions as NETCONF and YANG write them.
+// Names the edit operations and insert positions as NETCONF and YANG write them.
 #pragma once
 
 #include <array>
@@ -24,6 +24,7 @@ inline constexpr const char *kOperationList = &(TVK_FOR_EACH_OPERATION(TVK_LISTE
 inline constexpr std::array<const char *, 4> kInsertNames{"last", "first", "before", "after"};
 inline constexpr char kInsertList[] = "first, last, before, after";
 
+// Returns the index of name among names, or nothing.
 template <std::size_t size>
 std::optional<uint32_t> index_of_name(const std::array<const char *, size> &names, std::string_view name) {
     for (uint32_t i = 0; i < size; ++i) {

@@ -1,4 +1,4 @@
-// The attributes of a request's <rpc>, all of which its reply has to carry.
+// The attributes of a request's <rpc>. The reply has to carry all of them.
 #pragma once
 
 #include <string>

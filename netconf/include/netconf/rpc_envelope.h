@@ -1,4 +1,4 @@
-// The elements that NETCONF puts around data. They stand in NETCONF's namespace or in none.
+// Reads the elements that NETCONF puts around data. They are in NETCONF's namespace or in none.
 #pragma once
 
 #include <libxml/tree.h>
@@ -13,31 +13,34 @@
 
 namespace tvk::netconf {
 
+// Tells whether an element is the NETCONF element of that name.
 bool is_envelope(const xmlNode *element, const char *name);
 
-// The first such element in parent, or null. Text in parent is an error.
+// Returns the first NETCONF element of that name in parent, or null. Throws UsageError when parent holds text.
 xmlNode *find_envelope(const XmlDocument &document, const xmlNode *parent, const char *name);
 
 // Throws UsageError for the first child of parent that is none of names, or that stands there a second time.
 void check_children(const XmlDocument &document, const xmlNode *parent, std::initializer_list<const char *> names);
 
-// Whether root is what a get is answered with, an <rpc-reply> or its <data>, and the elements of that data. The latter
-// throws UsageError for a reply without data.
+// Tells whether root is the answer to a get: an <rpc-reply>, or its <data>.
 bool is_reply(const xmlNode *root);
+
+// Returns the elements in the data of such a root. Throws UsageError when it has no data.
 std::vector<xmlNode *> open_reply(const XmlDocument &document, xmlNode *root);
 
-// "<name>", for messages.
+// Returns "<name>", for messages.
 std::string named(const xmlNode *element);
 
-// The text of a parameter without white space around it. Elements in it are an error.
+// Returns the text of a parameter without white space around it. Throws UsageError when it holds elements.
 std::string parameter_text(const XmlDocument &document, const xmlNode *parameter);
 
+// The operation of an <rpc>, and the attributes of the <rpc>.
 struct Rpc {
     xmlNode *operation;
     RpcAttributes attributes;
 };
 
-// Throws UsageError when the <rpc> element does not hold exactly one operation.
+// Reads an <rpc>. Throws UsageError when it does not hold exactly one operation.
 Rpc open_rpc(const XmlDocument &document, xmlNode *rpc);
 
 }  // namespace tvk::netconf

@@ -1,4 +1,4 @@
-// The replies to a request.
+// Writes the replies to requests.
 #pragma once
 
 #include <optional>
@@ -11,10 +11,10 @@
 
 namespace tvk::netconf {
 
-// An <rpc-reply> with the children of root as its <data>. Throws EncodeError.
+// Returns an <rpc-reply> with the children of root as its <data>. Throws EncodeError.
 std::string encode_data_reply(const Node &root, const RpcAttributes &attributes);
 
-// An <rpc-reply> with the errors. What XML cannot hold is shown as "?".
+// Returns an <rpc-reply> with the errors. A byte that XML cannot hold is shown as "?".
 std::string encode_rpc_errors(const std::vector<framework::RpcError> &errors, const RpcAttributes &attributes);
 
 }  // namespace tvk::netconf

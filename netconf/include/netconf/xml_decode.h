@@ -1,4 +1,4 @@
-// From the tags and texts of XML, as they are read, to data tree records.
+// Makes data tree records of tags and texts while XML is read.
 #pragma once
 
 #include <libxml/tree.h>
@@ -11,58 +11,63 @@
 
 namespace tvk::netconf {
 
-// White space around a value: part of it in data, but not in a filter.
+// White space around a value is part of it in data, but not in a filter.
 enum class Values { kAsWritten, kTrimmed };
 
-// Operations and insert positions: part of an edit, but not of data that an edit is made of.
+// Operations and insert positions are part of an edit. They are refused in data that an edit starts from.
 enum class Edits { kTaken, kRefused };
 
-// A start tag as libxml2's parser tells it. Texts live as long as the parser, values of attributes until it goes on.
+// A start tag as libxml2's parser hands it over. Its texts live as long as the parser, the values of its attributes
+// until the parser goes on.
 struct StartTag {
     const xmlChar *name;
     const xmlChar *ns;                   // null for none
-    const xmlChar *const *declarations;  // of each the prefix, null for none, and the namespace
+    const xmlChar *const *declarations;  // two texts each: the prefix, null for none, and the namespace
     std::size_t declaration_count;
-    const xmlChar *const *attributes;  // of each the name, prefix, namespace, value and the value's end
+    const xmlChar *const *attributes;  // five each: name, prefix, namespace, value and end of the value
     std::size_t attribute_count;
     long line;
 };
 
 /*
- * Decodes one data element. Of it and, down to the leaves, of its child elements:
- *   - name and namespace become tag and ns; text becomes data when there are no child elements. White space beside
- *     child elements is formatting; white space with a line break and nothing else is no value. Other text is kept
- *     as values says, text beside child elements is an error.
- *   - A value "p:name" whose prefix is declared where it stands may be an identity: data is the text as it stands,
- *     data_ns the namespace.
+ * Decodes one data element with all elements in it:
+ *   - The name and namespace of an element become tag and ns. The text of an element without child elements becomes
+ *     data, with the white space around it or without, as values says. White space that has a line break and nothing
+ *     else is no value. White space beside child elements is formatting; other text there is an error.
+ *   - A value "p:name" may be an identity when its prefix is declared. data is then the text as it stands, and data_ns
+ *     the namespace.
  *   - A namespace has at most 1,000 characters.
- *   - nc:operation becomes the operation; yang:insert, yang:key and yang:value the insert record. Other attributes go
- *     to attributes, by name, or as "{namespace}name" when they have a namespace.
- * start and end throw UsageError with file and line; then nothing but the destructor may be called.
+ *   - nc:operation becomes the operation; yang:insert, yang:key and yang:value become the insert record. Other
+ *     attributes go to attributes, by name, or as "{namespace}name" when they have a namespace.
+ * start and end throw UsageError with file and line, and std::bad_alloc. Nothing but the destructor may be called then.
  */
 class DataDecoder {
 public:
-    // The file is for messages. Prefixes may be declared on place, too, and on the elements around it.
+    // file is named in messages. Prefixes may be declared on place, too, and on the elements around it. Both outlive
+    // the decoder.
     DataDecoder(const std::string &file, const xmlNode *place, Values values, Edits edits)
         : file_(file), place_(place), values_(values), edits_(edits) {}
     DataDecoder(const DataDecoder &) = delete;
     DataDecoder &operator=(const DataDecoder &) = delete;
     ~DataDecoder();
 
+    // Begins an element in the one that is open.
     void start(const StartTag &tag);
+    // Takes a piece of text of the open element.
     void text(std::string_view piece) { text_ += piece; }
-    void end();  // of the element that started last and has not ended
+    // Ends the open element.
+    void end();
 
-    // The data element, after its end; the caller owns it.
+    // Hands over the data element, after its end. The caller owns it.
     Node take();
-    // Whether a node says where its entry has its place.
+    // Tells whether a node carries a place (yang:insert).
     bool met_insert() const { return met_insert_; }
 
 private:
     struct Element {
         Node node;
-        std::size_t child;        // its first one in ended_
-        std::size_t declaration;  // its first one in declarations_
+        std::size_t child;        // the place of its first child in ended_
+        std::size_t declaration;  // the place of its first declaration in declarations_
         long line;
     };
     struct Declaration {
@@ -89,9 +94,9 @@ private:
     Edits edits_;
     bool met_insert_ = false;
     std::vector<Element> open_;
-    std::vector<Node> ended_;  // those whose parents have not
+    std::vector<Node> ended_;  // nodes whose parents are still open
     std::vector<Declaration> declarations_;
-    std::string text_;  // since the last tag; or in all, while the element has no child elements
+    std::string text_;  // the text since the last tag
 };
 
 }  // namespace tvk::netconf

@@ -1,4 +1,4 @@
-// XML files whose data is decoded.
+// XML documents whose data is decoded.
 #pragma once
 
 #include <libxml/tree.h>
@@ -13,28 +13,30 @@
 
 namespace tvk::netconf {
 
-// The element around element, or null.
+// Returns the element around element, or null.
 inline const xmlNode *parent_element(const xmlNode *element) {
     const xmlNode *parent = element->parent;
     return parent != nullptr && parent->type == XML_ELEMENT_NODE ? parent : nullptr;
 }
 
-// The value of an attribute, whatever its namespace: clients write both type and nc:type.
+// Returns the value of an attribute, or nothing. The namespace does not count: clients write both type and nc:type.
 std::optional<std::string> attribute_of(const xmlNode *element, const char *name);
 
 /*
- * A parsed file. Nothing outside it is read: no network, no external or internal entities; a document type
- * declaration is refused, and libxml2's own limits on depth (256 levels) and names (50,000 characters) hold.
+ * Owns a parsed document. The parser reads nothing outside of it, neither from the network nor entities, and refuses a
+ * document type declaration. libxml2's own limits on depth (256 levels) and names (50,000 characters) hold.
  */
 class XmlDocument {
 public:
-    // bytes as a file would hold them; the name is for messages. Throws UsageError for what is not well formed.
+    // Parses bytes as a file or a message holds them. Messages call them name. Throws UsageError when they are not well
+    // formed.
     static XmlDocument parse(std::string bytes, const std::string &name, const Layout &layout);
 
     const std::string &name() const { return name_; }
     xmlNode *root() const { return xmlDocGetRootElement(parsed_.document.get()); }
 
-    // The elements in parent, in document order. Other text than white space in parent is an error.
+    // Returns the elements in parent, in document order. Throws UsageError when parent holds other text than white
+    // space.
     std::vector<xmlNode *> child_elements(const xmlNode *parent) const;
 
     // Throws a UsageError that names the file and the line of element.
@@ -47,8 +49,8 @@ private:
     ParsedXml parsed_;
 };
 
-// Makes elements that the document's layout calls data the children of root, which has none yet; they are without data
-// then. Throws UsageError for the first that could not be decoded; root then holds those before it.
+// Moves the data of elements, which the document's layout calls data, into root, which has no children yet. Throws
+// UsageError for the first element that could not be decoded; root then holds the data of those before it.
 void move_data(const std::vector<xmlNode *> &elements, Node &root);
 
 }  // namespace tvk::netconf

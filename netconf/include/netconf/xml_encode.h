@@ -1,4 +1,4 @@
-// From data tree records to XML.
+// Writes data tree records as XML.
 #pragma once
 
 #include <string>
@@ -9,14 +9,14 @@
 namespace tvk::netconf {
 
 /*
- * Writes the children of root into the open element, which has no content yet and whose namespace is NETCONF's: a
- * namespace is declared where it changes, a value with a namespace of its own gets a prefix. Operations use the prefix
- * "nc", insert records "yang"; both are declared on the open element when they occur.
- * Throws EncodeError for a node without a proper name, one with value and children, and what XmlOutput refuses.
+ * Writes the children of root into the open element, which has no content yet and is in NETCONF's namespace. A
+ * namespace is declared where it changes. A value with a namespace gets a prefix. Operations use the prefix "nc",
+ * insert records "yang"; both are declared on the open element when they occur. Throws EncodeError for a node without a
+ * proper name, a node with value and children, and texts that XmlOutput refuses.
  */
 void write_data(XmlOutput &output, const Node &root);
 
-// The children of root in a NETCONF <config>.
+// Returns a NETCONF <config> with the children of root. Throws EncodeError.
 std::string encode_config(const Node &root);
 
 }  // namespace tvk::netconf

@@ -1,4 +1,4 @@
-// Writing indented XML into memory.
+// Writes indented XML into memory.
 #pragma once
 
 #include <stdexcept>
@@ -8,34 +8,40 @@
 
 namespace tvk::netconf {
 
-// A tree that cannot be written as XML.
+// Says that a tree cannot be written as XML, and why.
 class EncodeError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// text with "?" for every byte that XML cannot hold: control characters and what is not UTF-8.
+// Returns text with "?" for each byte that XML cannot hold: for control characters and bytes that are not UTF-8.
 std::string writable(const std::string &text);
 
 /*
- * Names must be valid XML names, that of an element must hold until the element ends. Attributes come before the
- * content. Texts are checked: one that XML cannot hold is an EncodeError that names the element. Running out of memory
- * is std::bad_alloc.
+ * Writes a document, element by element. Names must be valid XML names, and the text of an element's name must live
+ * until the element ends. Attributes come before the content. Throws EncodeError, which names the element, for a text
+ * that XML cannot hold, and std::bad_alloc.
  */
 class XmlOutput {
 public:
+    // Begins an element in the one that is open.
     void start(const char *name);
+    // Ends the open element.
     void end();
+    // Adds an attribute to the open element.
     void attribute(const char *name, std::string_view value);
+    // Adds an attribute in a namespace, and declares its prefix.
     void attribute(const char *prefix, const char *name, const char *ns, std::string_view value);
-    // An attribute for the element started last, once its content is written: end_of_attributes is asked before.
+    // Returns the place for later attributes of the open element, which has no content yet.
     size_t end_of_attributes() const { return document_.size(); }
+    // Adds an attribute at such a place, once the content is written.
     void insert_attribute(size_t place, const char *name, std::string_view value);
+    // Makes value the text of the open element.
     void text(std::string_view value);
-    // <name>value</name>
+    // Writes <name>value</name>.
     void leaf(const char *name, std::string_view value);
 
-    // Closes what is open and hands over the document.
+    // Ends all open elements, and hands over the document.
     std::string finish();
 
 private:
@@ -49,8 +55,8 @@ private:
 
     std::string document_;
     std::vector<const char *> open_;
-    Content content_ = Content::kNone;  // so far, of the innermost element that is open
-    std::string declarations_;          // of namespaces, for the end of the tag that is open
+    Content content_ = Content::kNone;  // the content of the open element so far
+    std::string declarations_;          // the namespaces to declare at the end of the open tag
 };
 
 }  // namespace tvk::netconf

@@ -1,4 +1,4 @@
-// What goes with mimalloc: its operators new end the process when there is no memory, where C++ throws.
+// Replaces the operators new of mimalloc, which end the process when there is no memory. These throw std::bad_alloc.
 #include <unistd.h>
 
 #include <cstdlib>
@@ -8,8 +8,8 @@
 
 namespace {
 
-// mimalloc takes memory by the 32 MB. Without room for the first of them not even an exception can be thrown, so this
-// comes before all other initialisation of the program.
+// mimalloc takes memory in pieces of 32 MB. Without room for the first one not even an exception can be thrown, so this
+// runs before all other initialisation of the program.
 [[gnu::constructor(101)]] void require_memory() {
     void *volatile block = std::malloc(1);
     if (block == nullptr) {

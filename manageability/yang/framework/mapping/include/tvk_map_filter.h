@@ -265,8 +265,9 @@ TVK_MAP_API uint32_t tvk_map_dfs_filter_con(tvk_map_ctx ctx, struct qidl_tvk_dat
 
 /*
  * Drops the node of level, and then each parent of which nothing is left: its verdict becomes 0 and its own parent's
- * dch is counted up. Stops at a level with a matched key below, or where not all children were dropped; for a list
- * entry, where the source selects or compares keys or keys and dropped children do not cover all.
+ * dch is counted up. The walk stops at a level of which something is left. A level with kch above 0 is such a level. Of
+ * a list entry something is left when ksn or kmn is above 0, or kn and dch together are below ch; of any other node,
+ * when dch is below ch.
  *
  * The walk goes up the table of TVK_MAP_MAX_FILTER_LEVELS entries from level, at most its last entry, to 1. A null
  * table holds no levels. A null context stops the process.

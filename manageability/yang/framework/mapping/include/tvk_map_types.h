@@ -108,8 +108,8 @@ struct tvk_map_itree_stack {
 };
 
 /*
- * State of one request. The framework creates it zeroed with the context, and when the request ends releases it
- * and what it then owns.
+ * State of one request. The framework creates it zeroed with the context. When the request has ended, it calls
+ * tvk_map_release_request_state (tvk_map_walk.h), and then releases the record.
  */
 struct tvk_map_request_state {
     struct tvk_request *request;
@@ -177,8 +177,8 @@ struct tvk_map_context {
      *
      * A framework that sets it promises, for as long as the request lasts, that only the library changes tags,
      * namespaces, instance numbers (subtree_index) and key values of children, and only the library adds, removes and
-     * releases children. Other code that does so calls tvk_map_forget_children before. At the end of the request the
-     * framework calls tvk_map_forget_children for all trees.
+     * releases children. Other code that does so calls tvk_map_forget_children before. The index goes with
+     * tvk_map_release_request_state.
      */
     uint32_t index_children_from;
 

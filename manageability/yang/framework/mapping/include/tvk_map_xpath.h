@@ -159,9 +159,9 @@ TVK_MAP_API qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qid
  *
  * The four pending fields go together. pending_trim_path belongs to the state, and the first one stays until it is
  * cleared (tvk_map_copy_trim_path_list_ctx). pending_hierarchy_path belongs to the state as long as
- * pending_hierarchy_kind is not 0; without a kind it points to nothing that may be read or released. Code that takes
- * an owned path out of the state releases it with kel_named_free before; tvk_map_datatree_reset_trim_path_ctx takes it
- * out, too.
+ * pending_hierarchy_kind is not 0; without a kind it points to nothing that may be read or released.
+ * tvk_map_release_pending_entry clears all four and releases both texts. tvk_map_datatree_reset_trim_path_ctx forgets
+ * pending_hierarchy_path without releasing it.
  */
 
 /*

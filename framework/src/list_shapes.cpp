@@ -1,35 +1,27 @@
-#include "framework/list_keys.h"
+// Takes in declarations of lists, and learns lists from data.
+#include "framework/list_shapes.h"
 
 #include <algorithm>
-#include <cstring>
 #include <set>
 #include <unordered_set>
 
 #include "framework/diagnostics.h"
+#include "framework/node_identity.h"
 
 namespace tvk::framework {
 
 namespace {
 
-constexpr char kEndOfText = '\x1f';  // which XML cannot hold
-
 bool is_leaf(const Node &node) {
     return children(node).empty();
 }
 
-const Node *find_child(const Node &node, std::string_view tag) {
-    const auto children = tvk::children(node);
-    const auto child =
-        std::find_if(children.begin(), children.end(), [&](const Node &other) { return tag == tag_of(other); });
-    return child != children.end() ? &*child : nullptr;
-}
-
-// One parent's children of one name.
+// The children of one name of one parent.
 using Entries = std::vector<const Node *>;
-// What all trees show at one place: the children of that name, by parent.
+// The children of one name that all trees have at one place, by parent.
 using Instances = std::vector<Entries>;
 
-// The tags of the leaves that all entries have in front.
+// Returns the tags of the leaves that all entries begin with.
 std::vector<std::string> common_front(const Instances &instances) {
     std::vector<std::string> front;
     bool is_first = true;
@@ -51,7 +43,8 @@ std::vector<std::string> common_front(const Instances &instances) {
     return front;
 }
 
-// Entries that go may stand beside one of the same keys that comes.
+// Tells whether the keys of shape tell the entries of each parent apart. An entry that is deleted may stand beside a
+// new one of the same keys.
 bool tell_apart(const Instances &instances, const NodeShape &shape) {
     return std::all_of(instances.begin(), instances.end(), [&](const Entries &entries) {
         std::unordered_set<std::string> met;
@@ -77,7 +70,7 @@ void learn_keys(const Instances &instances, NodeShape &shape) {
 
 void learn_at(const Instances &instances, NodeShape &shape) {
     if (!shape.is_declared) {
-        // What goes may stand beside what comes in its place.
+        // A node that is deleted may stand beside the one that comes in its place.
         shape.is_list = shape.is_list || std::any_of(instances.begin(), instances.end(), [](const Entries &entries) {
                             return std::count_if(entries.begin(), entries.end(),
                                                  [](const Node *entry) { return !is_delete(*entry); }) > 1;
@@ -177,36 +170,6 @@ NodeShape &Shapes::at(std::string_view path) {
         path.remove_prefix(std::min(end + 1, path.size()));
     }
     return *shape;
-}
-
-std::string text_of_value(const Node &node, ValueForm form) {
-    const std::string text = value_of(node);
-    const char *ns = value_namespace_of(node);
-    return form == ValueForm::kWritten || *ns == '\0' ? text
-                                                      : "{" + std::string(ns) + "}" + text.substr(text.find(':') + 1);
-}
-
-bool is_same_value(const Node &a, const Node &b) {
-    return std::strcmp(value_of(a), value_of(b)) == 0 ||
-           text_of_value(a, ValueForm::kResolved) == text_of_value(b, ValueForm::kResolved);
-}
-
-std::string identity_of(const Node &node, const NodeShape &shape, ValueForm form) {
-    std::string text;
-    if (!shape.is_list) {
-        return text;
-    }
-    if (shape.keys.empty()) {
-        text += text_of_value(node, form) + kEndOfText;
-    }
-    for (const std::string &key : shape.keys) {
-        const Node *leaf = find_child(node, key);
-        if (leaf != nullptr) {
-            text += text_of_value(*leaf, form);
-        }
-        text += kEndOfText;
-    }
-    return text;
 }
 
 }  // namespace tvk::framework
