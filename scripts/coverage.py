@@ -65,7 +65,8 @@ def read_reasons(path):
         text = [line for line in paragraph.splitlines() if not line.startswith("#")]
         places = [line.strip().partition(": ") for line in text if line.startswith(" ")]
         reason = " ".join(line for line in text if not line.startswith(" "))
-        reasons.append((reason, [(file, name) for file, _, names in places for name in names.split()]))
+        if reason:
+            reasons.append((reason, [(file, name) for file, _, names in places for name in names.split()]))
     return reasons
 
 
