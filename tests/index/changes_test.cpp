@@ -49,10 +49,10 @@ private:
         tvk_map_datatree_add_subtree(mapping_.ctx, &parent, tag.c_str(), kNs, value, nullptr, &added, append);
         tell(added);
     }
-    void add_entry() {
-        const std::string value = some_value();
+    void add_entry(const std::string &value) {
         Record *entry = nullptr;
-        tvk_map_datatree_add_list_node(mapping_.ctx, &box(), "list", kNs, "id", value.c_str(), &entry);
+        const char *ns = below(4) != 0 ? kNs : "urn:two";
+        tvk_map_datatree_add_list_node(mapping_.ctx, &box(), "list", ns, "id", value.c_str(), &entry);
         tell(entry);
         if (entry->subtree_count == 0) {
             add(*entry, "id", value.c_str(), 0);
@@ -101,7 +101,9 @@ private:
         Record *child = some_child();
         switch (below(12)) {
             case 0:
-                return tvk_map_datatree_remove_last_subtree(mapping_.ctx, &box()), void();
+                add_entry("last");
+                tvk_map_datatree_remove_last_subtree(mapping_.ctx, &box());
+                return add_entry(below(2) != 0 ? "last" : some_value());
             case 1:
                 return modify_by_xpath();
             case 2:
@@ -117,7 +119,7 @@ private:
             case 6:
                 return child != nullptr ? add(*child, "id", some_value().c_str(), 1) : void();  // a second key
             default:
-                return add_entry();
+                return add_entry(some_value());
         }
     }
     void change() {

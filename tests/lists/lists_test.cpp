@@ -64,6 +64,12 @@ TEST_F(FindList, AChildByValueOrByNamespace) {
     EXPECT_EQ(Lines{"ERR: Failed to get subtrees!"}, errors());
 }
 
+TEST_F(FindList, AValueIsLookedForBelowTheLastOfEachTag) {
+    const Tree twice = node("r")(node("a")(leaf("v", "1")), node("a")(leaf("v", "2")));
+    EXPECT_STATUS(TVK_OK, tvk_map_get_subtree_from_key(ctx, twice.get(), "a/v", "2", nullptr));
+    EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_get_subtree_from_key(ctx, twice.get(), "a/v", "1", nullptr));
+}
+
 TEST_F(FindList, TheWayToAListStopsAtItsParent) {
     const struct {
         const char *path, *ns, *reached;
@@ -119,6 +125,14 @@ TEST_F(SearchOrAdd, TheFirstTrimPathStaysUntilReset) {
     EXPECT_STATUS(TVK_OK, tvk_map_datatree_reset_trim_path_ctx(ctx));
     EXPECT_EQ("TRC: trim path free failed", logs().back());
     EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_datatree_reset_trim_path_ctx(nullptr));
+}
+
+TEST_F(SearchOrAdd, AnEntryOfAnotherNamespaceIsAnother) {
+    const Node one = node("l", "n").index(1)(leaf("k", "1")), other = node("l", "o").index(2)(leaf("k", "2"));
+    const Tree tree = root()(one, other);
+    EXPECT_STATUS(TVK_OK, search_or_add(mapping, tree, "l", "2", &entry));
+    EXPECT_TREE(root()(one, other, node("l", "n").index(3)(leaf("k", "2"))), tree);
+    EXPECT_EQ(&tree->subtrees[2], entry);
 }
 
 class ErrorPath : public MappingTest {

@@ -207,6 +207,7 @@ is_refused 1 "interfaces: a &lt;copy-config&gt; holds a configuration, without o
 is_refused 1 '<rpc-reply xmlns="[^"]*" message-id="1" r1:user="fred" xmlns:r1="urn:ex"' \
     <<<"<rpc xmlns='$nc' message-id='1' xmlns:ex='urn:ex' ex:user='fred'><edit-config><config><x/></config></edit-config></rpc>"
 is_refused 2 "to be inserted before or after what no" <<<"<a xmlns:y='$yang' y:insert='after'/>"
+is_refused 1 "no mapping handles 'config' .namespace urn:x." <<<"<config xmlns='urn:x'>$(interface eth0 '' '')</config>"
 is_refused 2 "holds a second <config>" <<<"<edit-config xmlns='$nc'><config/><config/></edit-config>"
 is_refused 2 "holds <validate>, which is unknown there" <<<"<edit-config xmlns='$nc'><validate/><config/></edit-config>"
 is_refused 2 "<rpc-reply> tells an error" <<<"<rpc-reply xmlns='$nc'><rpc-error/></rpc-reply>"
