@@ -1,4 +1,4 @@
-# What libFuzzer wants of all code: coverage and sanitizers.
+# libFuzzer wants coverage and sanitizers in all code.
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   message(FATAL_ERROR "TVK_FUZZ needs clang (CMAKE_C_COMPILER, CMAKE_CXX_COMPILER)")
 endif()

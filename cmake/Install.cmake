@@ -1,4 +1,4 @@
-# What "cmake --install" adds to the libraries, headers and programs: how other projects find them.
+# Adds to "cmake --install", beside libraries, headers and programs, what other projects find them by.
 include(CMakePackageConfigHelpers)
 
 set(cmake_folder ${CMAKE_INSTALL_LIBDIR}/cmake/tvk_map)

@@ -8,6 +8,7 @@
 #include "status.h"
 #include "tree.h"
 #include "tvk_map_datatree.h"
+#include "tvk_platform_control.h"
 
 using namespace tvk::test;
 
@@ -93,6 +94,49 @@ TEST_F(AddSubtree, FindsTheChildThatIsThere) {
         EXPECT_TREE(after, parent);
         EXPECT_EQ(&parent->subtrees[row.found], out);
         tvk_map_forget_children(ctx, nullptr);  // the next tree may stand at the same place
+    }
+}
+
+TEST_F(AddSubtree, AValueThatCannotBeCopiedIsNone) {
+    Tree parent = root()(b());
+    tvk_platform_fail_allocation(1, 1);
+    EXPECT_STATUS(TVK_ERR_NO_MEMORY, add(parent, "new"));
+    tvk_platform_fail_allocation(0, 0);
+    EXPECT_TREE(root()(node("b", kNs)), parent);
+}
+
+TEST_F(AddSubtree, WhatTheStateHoldsIsFollowed) {
+    const Tree parent = root().children(std::vector<Node>(600, b().index(1)));
+    state->pending_list_node = &parent->subtrees[1];
+    state->xpath_attachment = &parent->subtrees[2];
+    state->output_list_count = 2;
+    state->output_list[0].list_node = &parent->subtrees[3];
+    state->output_list[1].list_node = &parent->subtrees[4];
+    const auto expect_followed = [&] {
+        EXPECT_EQ(&parent->subtrees[1], state->pending_list_node);
+        EXPECT_EQ(&parent->subtrees[2], state->xpath_attachment);
+        EXPECT_EQ(&parent->subtrees[3], state->output_list[0].list_node);
+        EXPECT_EQ(&parent->subtrees[4], state->output_list[1].list_node);
+    };
+    for (int i = 0; i < 600; ++i) {
+        EXPECT_STATUS(TVK_OK, add(parent, nullptr, 1));
+    }
+    expect_followed();
+    while (parent->subtree_count > 5) {
+        EXPECT_STATUS(TVK_OK, tvk_map_datatree_remove_last_subtree(ctx, parent.get()));
+    }
+    expect_followed();
+    state->output_list_count = 0;
+}
+
+TEST_F(AddSubtree, OneIsGoneWhereAReplaceHasRemovedIt) {
+    const Tree removed = b().op(TVK_OPERATION_REMOVE), other = b().op(TVK_OPERATION_DELETE);
+    for (const auto &[converted, operation, is_gone] :
+         {std::tuple(1u, TVK_OPERATION_MERGE, 1), {0u, TVK_OPERATION_MERGE, 0}, {1u, TVK_OPERATION_REPLACE, 0}}) {
+        state->replace_converted = converted;
+        ctx->list_operation = operation;
+        EXPECT_EQ(is_gone, tvk_map_validate_replace_subtree(ctx, removed.get()));
+        EXPECT_EQ(0, tvk_map_validate_replace_subtree(ctx, other.get()));
     }
 }
 

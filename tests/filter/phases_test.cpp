@@ -35,6 +35,21 @@ TEST_F(Phases, AtMostTenKeysAreRecorded) {
     EXPECT_EQ(0u, keys.key_has_value[1]);
 }
 
+TEST_F(Phases, KeysAreComparedByTheirNumber) {
+    const Tree behind = node("e")(node("other"), key("k", "1"));  // as if they were the first children
+    tvk_map_key_info keys;
+    EXPECT_EQ(1u, tvk_map_datatree_get_keys(behind.get(), &keys));
+    const Tree with_other = node("e")(node("other"), leaf("k", "2")), without = node("e")(leaf("k", "1"));
+    EXPECT_EQ(1u, tvk_map_datatree_compare_keys(behind.get(), &keys, with_other.get()));
+    EXPECT_EQ(0u, tvk_map_datatree_compare_keys(behind.get(), &keys, without.get()));
+    const Tree filter = node("top")(node("e").type(TVK_NODE_TYPE_LIST)(leaf("other", "9"), key("k", "1")));
+    const Tree response =
+        node("top")(node("e")(leaf("other", "9"), leaf("k", "2")), node("e")(leaf("other", "8"), leaf("k", "1")));
+    tvk_map_dfs_filter_mark(ctx, filter.get(), response.get());
+    EXPECT_EQ(kNode, response->subtrees[0].node_kind);
+    EXPECT_EQ(0u, response->subtrees[1].node_kind);
+}
+
 // A list of one entry below the root, in the filter, in the response and in what is expected.
 template <class... Children>
 Node filter_of(const Children &...children) {

@@ -130,8 +130,8 @@ TEST(MarkSelected, FollowsTheRulesOfSubtreeFilters) {
         EXPECT_EQ(row.selected, sketched(response.root())) << row.why;
     }
     TreeHolder response = parsed("<t><l><a>1</a><k>1</k><c><b>2</b></c></l></t>"),
-               walked = parsed("<t><l><k/></l></t>");
-    Node &key = walked.tops()[0].subtrees[0].subtrees[0];
+               walked = parsed("<t><m/><l><k/></l></t>");
+    Node &key = walked.tops()[0].subtrees[1].subtrees[0];
     key.is_key = 1;
     set_present(key, TVK_HAS_IS_KEY);
     mark_selected(parsed("<t><l><c/></l></t>").root(), walked.root(), response.root());

@@ -3,6 +3,7 @@
 
 #include "context.h"
 #include "kel_memory.h"
+#include "status.h"
 #include "tree.h"
 #include "tvk_map.h"
 #include "tvk_string.h"
@@ -48,10 +49,10 @@ private:
         tvk_map_datatree_add_subtree(mapping_.ctx, &parent, tag.c_str(), kNs, value, nullptr, &added, append);
         tell(added);
     }
-    void add_entry() {
-        const std::string value = some_value();
+    void add_entry(const std::string &value) {
         Record *entry = nullptr;
-        tvk_map_datatree_add_list_node(mapping_.ctx, &box(), "list", kNs, "id", value.c_str(), &entry);
+        const char *ns = below(4) != 0 ? kNs : "urn:two";
+        tvk_map_datatree_add_list_node(mapping_.ctx, &box(), "list", ns, "id", value.c_str(), &entry);
         tell(entry);
         if (entry->subtree_count == 0) {
             add(*entry, "id", value.c_str(), 0);
@@ -100,7 +101,9 @@ private:
         Record *child = some_child();
         switch (below(12)) {
             case 0:
-                return tvk_map_datatree_remove_last_subtree(mapping_.ctx, &box()), void();
+                add_entry("last");
+                tvk_map_datatree_remove_last_subtree(mapping_.ctx, &box());
+                return add_entry(below(2) != 0 ? "last" : some_value());
             case 1:
                 return modify_by_xpath();
             case 2:
@@ -116,7 +119,7 @@ private:
             case 6:
                 return child != nullptr ? add(*child, "id", some_value().c_str(), 1) : void();  // a second key
             default:
-                return add_entry();
+                return add_entry(some_value());
         }
     }
     void change() {
@@ -145,6 +148,15 @@ private:
             tvk_map_get_list(mapping_.ctx, &node, path.data(), nullptr);
             tell(node);
         }
+        for (const char *tag : {"id", "name"}) {  // below an entry, whose children are indexed as well
+            std::string path = tag;
+            const Record *child = some_child();
+            if (child != nullptr && tvk_map_get_list(mapping_.ctx, &child, path.data(), nullptr) == TVK_OK) {
+                const Record *leaf = nullptr;
+                tvk_map_datatree_get_subtree(child, &leaf, tag, nullptr, nullptr);
+                tell(leaf);
+            }
+        }
     }
 
     std::mt19937 random_;
@@ -162,6 +174,55 @@ TEST_F(IndexedChanges, AreFoundAsByGoingThroughThem) {
             ASSERT_EQ(expected, Changes(seed, from).run(300)) << "seed " << seed << ", from " << from;
         }
     }
+}
+
+// While a container is replaced it has no children, and then it has them again.
+TEST_F(IndexedChanges, ChildrenThatComeBackAreFound) {
+    static Record *list = nullptr;
+    static int found = 0;
+    const auto search = [](tvk_map_ctx ctx, const Record *, std::uint32_t, Record *) {
+        std::string path = "entry", key = "id", value = "1";
+        const Record *entry = list;
+        found += tvk_map_iterate_list(ctx, &entry, key.data(), value.data(), path.data(), nullptr) == TVK_OK ? 1 : 0;
+        return qerrno{TVK_OK};
+    };
+    const tmap_node_cont_info info{search, nullptr, nullptr, 0, nullptr, nullptr};
+    const Tree tree = node("list", kNs)(node("entry").op(TVK_OPERATION_REPLACE)(leaf("id", "1"))), target = root();
+    list = tree.get();
+    MappingContext mapping;
+    mapping.context.index_children_from = 1;
+    EXPECT_EQ(TVK_OK, tmap_high_container_parse(mapping.ctx, tree->subtrees, target.get(), &info));
+    EXPECT_EQ(1, found) << "in the second pass";
+    search(mapping.ctx, nullptr, 0, nullptr);
+    EXPECT_EQ(2, found);
+}
+
+// More parents than are remembered: those that are dropped are gone through again. None of them comes up while entries
+// of one list are compared, which could drop that list.
+TEST_F(IndexedChanges, ManyParents) {
+    constexpr int kParents = 1100;
+    MappingContext mapping;
+    mapping.context.index_children_from = 1;
+    const Node box = node("box").op(TVK_OPERATION_REMOVE)(leaf("id", "0"), node("list")(leaf("id", "0")),
+                                                          node("list")(leaf("id", "1")));
+    Tree tree = node("top", kNs).children(std::vector<Node>(kParents, box));
+    for (int i = 0; i < 3 * kParents; ++i) {
+        Record &parent = tree->subtrees[i % kParents];
+        const Record *found = nullptr;
+        char path[] = "list", key[] = "id", wanted[] = "1";
+        EXPECT_STATUS(TVK_OK, tvk_map_search_list(mapping.ctx, &parent, &found, path, wanted, key, nullptr));
+        ASSERT_EQ(&parent.subtrees[2], found) << "search " << i;
+    }
+    tvk_map_node_operation record{};
+    record.root = tree.get();
+    record.kind = TVK_XPATH_LEAF;
+    std::string(kNs).copy(record.ns, sizeof record.ns - 1);
+    std::string("/box[id=0]/id").copy(record.xpath, sizeof record.xpath - 1);
+    for (const std::uint32_t op : {TVK_XPATH_READ, TVK_XPATH_READ, TVK_XPATH_ADD}) {
+        record.op = op;
+        EXPECT_STATUS(TVK_OK, tvk_map_tree_xpath_operations(mapping.ctx, &record));
+    }
+    EXPECT_EQ(kParents + 1, tree->subtree_count) << "all that are removed were passed over";
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "context.h"
+#include "kel_memory.h"
 #include "status.h"
 #include "tree.h"
 #include "tvk_map_lists.h"
@@ -51,10 +52,22 @@ TEST_F(FindList, AChildByValueOrByNamespace) {
         EXPECT_STATUS(row.status, tvk_map_datatree_get_subtree(row.parent, &found, row.tag, row.data, row.ns));
         EXPECT_EQ(row.found.empty() ? nullptr : find(tree, row.found), found);
     }
+    for (const auto &[value, status] : {std::pair("1", TVK_OK), {"3", TVK_ERR_INVALID}}) {  // 3: no tag by its bit
+        Argument key = "k", wanted = value, path = "x/l/";
+        const qidl_tvk_datatree *list = tree.get();
+        EXPECT_STATUS(status, tvk_map_iterate_list(ctx, &list, key.get(), wanted.get(), path.get(), nullptr));
+        EXPECT_EQ("x/l/", path.text) << "is not cut";
+    }
     Argument text = "k";
     const qidl_tvk_datatree *at = broken.get();
     EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_iterate_list(ctx, &at, text.get(), text.get(), text.get(), nullptr));
     EXPECT_EQ(Lines{"ERR: Failed to get subtrees!"}, errors());
+}
+
+TEST_F(FindList, AValueIsLookedForBelowTheLastOfEachTag) {
+    const Tree twice = node("r")(node("a")(leaf("v", "1")), node("a")(leaf("v", "2")));
+    EXPECT_STATUS(TVK_OK, tvk_map_get_subtree_from_key(ctx, twice.get(), "a/v", "2", nullptr));
+    EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_get_subtree_from_key(ctx, twice.get(), "a/v", "1", nullptr));
 }
 
 TEST_F(FindList, TheWayToAListStopsAtItsParent) {
@@ -114,6 +127,14 @@ TEST_F(SearchOrAdd, TheFirstTrimPathStaysUntilReset) {
     EXPECT_STATUS(TVK_ERR_NOT_FOUND, tvk_map_datatree_reset_trim_path_ctx(nullptr));
 }
 
+TEST_F(SearchOrAdd, AnEntryOfAnotherNamespaceIsAnother) {
+    const Node one = node("l", "n").index(1)(leaf("k", "1")), other = node("l", "o").index(2)(leaf("k", "2"));
+    const Tree tree = root()(one, other);
+    EXPECT_STATUS(TVK_OK, search_or_add(mapping, tree, "l", "2", &entry));
+    EXPECT_TREE(root()(one, other, node("l", "n").index(3)(leaf("k", "2"))), tree);
+    EXPECT_EQ(&tree->subtrees[2], entry);
+}
+
 class ErrorPath : public MappingTest {
 protected:
     static qerrno record(MappingContext &at, const std::vector<std::pair<std::uint32_t, const Tree *>> &levels) {
@@ -162,6 +183,18 @@ TEST_F(ErrorPath, NamesLevelsAndKeys) {
 }
 
 class Namespaces : public MappingTest {};
+
+TEST_F(Namespaces, OfAValueLeavesTheFormerOneToItsHolder) {
+    const Tree tree = node("top", "urn:old")(leaf("a", "1"));
+    char *former = nullptr;
+    for (const char *ns : {"urn:first", "urn:second"}) {
+        former = find(tree, "a")->data_ns;
+        EXPECT_STATUS(TVK_OK, tvk_map_datatree_add_data_ns(ctx, tree.get(), "top/a", ns));
+    }
+    EXPECT_STREQ("urn:first", former);
+    kel_named_free(former);
+    EXPECT_TREE(node("top", "urn:old")(leaf("a", "1").data_ns("urn:second")), tree);
+}
 
 TEST_F(Namespaces, RestampsWithTextsOfTheTree) {
     const Tree tree = node("top", "urn:old")(node("a")(node("x"), node("b")(leaf("c", "1"))));

@@ -1,5 +1,5 @@
-// What the example mappings make of requests, where the sample requests do not say it: why they refuse one, and what
-// several operations on one node come to.
+// Tests the example mappings where the sample requests do not: the reasons for which they refuse requests, and the
+// outcomes of several operations on one node.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -17,8 +17,9 @@ constexpr char kEthernetNs[] = "http://openconfig.net/yang/interfaces/ethernet";
 constexpr char kInstancesNs[] = "http://openconfig.net/yang/network-instance";
 constexpr char kNativeNs[] = "urn:example:native-interfaces";
 
-Node interfaces(const Node &entry) {
-    return node("interfaces", kInterfacesNs)(entry);
+template <class... Entries>
+Node interfaces(const Entries &...entries) {
+    return node("interfaces", kInterfacesNs)(entries...);
 }
 
 template <class... Children>
@@ -96,66 +97,60 @@ protected:
 
 TEST_F(ExampleMappings, SayWhyTheyRefuse) {
     const std::string long_name(256, 'x');
+    const std::string of_vendor = std::string("its namespace is 'urn:vendor', not '") + kInterfacesNs + "'";
     const struct {
         Node request;
-        qerrno status;
         std::string text;
+        qerrno status = TVK_ERR_INVALID;
     } rows[] = {
-        {interfaces(eth0(config(leaf("mtu", "banana")))), TVK_ERR_INVALID, "mtu: 'banana' is no uint16"},
-        {interfaces(eth0(config(leaf("mtu", "65536")))), TVK_ERR_INVALID, "mtu: '65536' is no uint16"},
-        {interfaces(eth0(config(leaf("mtu", "-1")))), TVK_ERR_INVALID, "mtu: '-1' is no uint16"},
-        {interfaces(eth0(config(leaf("mtu", "")))), TVK_ERR_INVALID, "mtu: '' is no uint16"},
-        {interfaces(eth0(config(leaf("enabled", "yes")))), TVK_ERR_INVALID, "enabled: 'yes' is no boolean"},
-        {interfaces(eth0(config(leaf("mtu", "1"), leaf("mtu", "2")))), TVK_ERR_INVALID, "mtu: it is given twice"},
-        {interfaces(eth0(config(node("mtu")(leaf("a", "1"))))), TVK_ERR_INVALID,
-         "mtu: it holds elements, and is a leaf"},
+        {interfaces(eth0(config(leaf("mtu", "banana")))), "mtu: 'banana' is no uint16"},
+        {interfaces(eth0(config(leaf("mtu", "65536")))), "mtu: '65536' is no uint16"},
+        {interfaces(eth0(config(leaf("mtu", "-1")))), "mtu: '-1' is no uint16"},
+        {interfaces(eth0(config(leaf("mtu", "")))), "mtu: '' is no uint16"},
+        {interfaces(eth0(config(leaf("enabled", "yes")))), "enabled: 'yes' is no boolean"},
+        {interfaces(eth0(config(leaf("mtu", "1"), leaf("mtu", "2")))), "mtu: it is given twice"},
+        {interfaces(eth0(config(node("mtu")(leaf("a", "1"))))), "mtu: it holds elements, and is a leaf"},
         {interfaces(eth0(config(leaf("type", "fast").data_ns("urn:ietf:params:xml:ns:yang:iana-if-type")))),
-         TVK_ERR_INVALID, "type: 'fast' is none of ethernetCsmacd, ieee8023adLag, softwareLoopback"},
-        {interfaces(eth0(config(leaf("type", "ethernetCsmacd").data_ns("urn:x")))), TVK_ERR_INVALID,
+         "type: 'fast' is none of ethernetCsmacd, ieee8023adLag, softwareLoopback"},
+        {interfaces(eth0(config(leaf("type", "ethernetCsmacd").data_ns("urn:x")))),
          "type: 'ethernetCsmacd' is no identity of 'urn:ietf:params:xml:ns:yang:iana-if-type'"},
-        {interfaces(ethernet(leaf("mac-address", "00:00:5e:00:53"))), TVK_ERR_INVALID,
+        {interfaces(ethernet(leaf("mac-address", "00:00:5e:00:53"))),
          "mac-address: '00:00:5e:00:53' is no MAC address"},
-        {interfaces(subinterface("abc")), TVK_ERR_INVALID, "index: 'abc' is no uint32"},
-        {interfaces(address("ipv4", "999.1.1.1", "24")), TVK_ERR_INVALID, "ip: '999.1.1.1' is no IPv4 address"},
-        {interfaces(address("ipv4", "192.0.2.1", "33")), TVK_ERR_INVALID,
-         "prefix-length: '33' is no prefix length from 0 to 32"},
-        {interfaces(address("ipv6", "2001:db8:::1", "64")), TVK_ERR_INVALID, "ip: '2001:db8:::1' is no IPv6 address"},
+        {interfaces(subinterface("abc")), "index: 'abc' is no uint32"},
+        {interfaces(address("ipv4", "999.1.1.1", "24")), "ip: '999.1.1.1' is no IPv4 address"},
+        {interfaces(address("ipv4", "192.0.2.1", "33")), "prefix-length: '33' is no prefix length from 0 to 32"},
+        {interfaces(address("ipv6", "2001:db8:::1", "64")), "ip: '2001:db8:::1' is no IPv6 address"},
         // Names.
-        {interfaces(node("interface")(leaf("name", long_name))), TVK_ERR_INVALID,
+        {interfaces(node("interface")(leaf("name", long_name))),
          "name: '" + long_name.substr(0, 64) + "...' is no interface name of 1 to 255 characters"},
         {interfaces(node("interface")(leaf("name", long_name.substr(3)),
                                       node("subinterfaces")(node("subinterface")(leaf("index", "10"))))),
-         TVK_ERR_INVALID,
+
          "subinterface: with its interface '" + long_name.substr(0, 64) +
              "...' its name is no interface name of 1 to 255 characters"},
         // Namespaces.
-        {interfaces(eth0(config(leaf("mtu", "1", "urn:vendor")))), TVK_ERR_NAMESPACE,
-         std::string("mtu: its namespace is 'urn:vendor', not '") + kInterfacesNs + "'"},
-        {interfaces(eth0(node("config", "urn:vendor")(leaf("mtu", "1")))), TVK_ERR_NAMESPACE,
-         std::string("config: its namespace is 'urn:vendor', not '") + kInterfacesNs + "'"},
-        {interfaces(node("interface").ns("urn:vendor")(leaf("name", "eth0"))), TVK_ERR_NAMESPACE,
-         std::string("interface: its namespace is 'urn:vendor', not '") + kInterfacesNs + "'"},
-        {interfaces(node("interface")(leaf("name", "eth0", "urn:vendor"))), TVK_ERR_NAMESPACE,
-         std::string("name: its namespace is 'urn:vendor', not '") + kInterfacesNs + "'"},
-        {interfaces(eth0(config(leaf("mtu", "1").no_ns()))), TVK_ERR_NAMESPACE,
-         std::string("mtu: its namespace is '', not '") + kInterfacesNs + "'"},
+        {interfaces(eth0(config(leaf("mtu", "1", "urn:vendor")))), "mtu: " + of_vendor, TVK_ERR_NAMESPACE},
+        {interfaces(eth0(node("config", "urn:vendor")(leaf("mtu", "1")))), "config: " + of_vendor, TVK_ERR_NAMESPACE},
+        {interfaces(node("interface").ns("urn:vendor")(leaf("name", "eth0"))), "interface: " + of_vendor,
+         TVK_ERR_NAMESPACE},
+        {interfaces(node("interface")(leaf("name", "eth0", "urn:vendor"))), "name: " + of_vendor, TVK_ERR_NAMESPACE},
+        {interfaces(eth0(config(leaf("mtu", "1").no_ns()))),
+         std::string("mtu: its namespace is '', not '") + kInterfacesNs + "'", TVK_ERR_NAMESPACE},
         // Keys, and state.
-        {interfaces(node("interface")(config(leaf("mtu", "1")))), TVK_ERR_LIST_KEY,
-         "interface: its key <name> is missing"},
-        {interfaces(eth0(leaf("name", "eth0"))), TVK_ERR_INVALID, "name: it is given twice"},
-        {protocol(leaf("identifier", "BGP"), leaf("identifier", "BGP")), TVK_ERR_INVALID,
-         "identifier: it is given twice"},
-        {interfaces(eth0(node("state")(leaf("mtu", "1")))), TVK_ERR_UNSUPPORTED,
-         "state: it holds state, which cannot be edited"},
+        {interfaces(node("interface")(config(leaf("mtu", "1")))), "interface: its key <name> is missing",
+         TVK_ERR_LIST_KEY},
+        {interfaces(eth0(leaf("name", "eth0"))), "name: it is given twice"},
+        {protocol(leaf("identifier", "BGP"), leaf("identifier", "BGP")), "identifier: it is given twice"},
+        {interfaces(eth0(node("state")(leaf("mtu", "1")))), "state: it holds state, which cannot be edited",
+         TVK_ERR_UNSUPPORTED},
         // The BGP example.
-        {protocol(leaf("identifier", "ISIS"), leaf("name", "main")), TVK_ERR_UNSUPPORTED,
-         "identifier: only BGP is mapped, 'ISIS' is not"},
-        {neighbor("2001:db8::1", config()), TVK_ERR_INVALID, "neighbor-address: '2001:db8::1' is no IPv4 address"},
-        {neighbor("192.0.2.1", config(leaf("peer-as", "0"))), TVK_ERR_INVALID,
-         "peer-as: '0' is no AS number: 0 is reserved"},
-        {neighbor("192.0.2.1", config(leaf("link-bandwidth", "1500", "urn:example:bgp-bandwidth"))), TVK_ERR_INVALID,
+        {protocol(leaf("identifier", "ISIS"), leaf("name", "main")), "identifier: only BGP is mapped, 'ISIS' is not",
+         TVK_ERR_UNSUPPORTED},
+        {neighbor("2001:db8::1", config()), "neighbor-address: '2001:db8::1' is no IPv4 address"},
+        {neighbor("192.0.2.1", config(leaf("peer-as", "0"))), "peer-as: '0' is no AS number: 0 is reserved"},
+        {neighbor("192.0.2.1", config(leaf("link-bandwidth", "1500", "urn:example:bgp-bandwidth"))),
          "link-bandwidth: '1500' is no whole number of kilobits per second up to 4294967000"},
-        {neighbor("192.0.2.1", config(leaf("description", std::string(300, 'd')))), TVK_ERR_INVALID,
+        {neighbor("192.0.2.1", config(leaf("description", std::string(300, 'd')))),
          "description: '" + std::string(64, 'd') + "...' is no text of 1 to 299 bytes"},
     };
     for (const auto &row : rows) {
@@ -235,7 +230,7 @@ Node sequence(char kind, const std::vector<int> &operations) {
     return top;
 }
 
-// What a device that holds eth0 is told, and one that may not hold it.
+// A device that holds eth0 is told one operation, and one that may not hold it another.
 TEST_F(ExampleMappings, JoinTheOperationsOnANode) {
     constexpr int kM = TVK_OPERATION_MERGE, kR = TVK_OPERATION_REPLACE, kC = TVK_OPERATION_CREATE,
                   kD = TVK_OPERATION_DELETE, kV = TVK_OPERATION_REMOVE;
@@ -286,9 +281,9 @@ Node long_list(int interfaces, int subinterfaces) {
     return list;
 }
 
-// Where the subinterfaces of an interface are holds while the list grows, and not when it begins anew.
+// The mapping may remember the places of subinterfaces while their list grows, but not when the list begins anew.
 TEST_F(ExampleMappings, DeleteThePartsOfAnInterfaceInALongList) {
-    Tree target = root()(long_list(10, 2));
+    Tree target = root()(long_list(12, 2));  // eth1 is not eth10
     MappingContext mapping;
     MappedRequest mapped(example(EXAMPLES, "openconfig_interfaces"), mapping.ctx);
     const auto edit_more = [&](const Node &request) { EXPECT_STATUS(TVK_OK, mapped.handle(Tree(request), target)); };
@@ -297,11 +292,12 @@ TEST_F(ExampleMappings, DeleteThePartsOfAnInterfaceInALongList) {
         return std::count_if(list.subtrees, list.subtrees + list.subtree_count,
                              [](const auto &entry) { return deletes(static_cast<int>(entry.operation)); });
     };
-    edit_more(interfaces(interface("eth3").op(TVK_OPERATION_DELETE)));
+    edit_more(interfaces(interface("eth1").op(TVK_OPERATION_DELETE)));
     EXPECT_EQ(3, deleted());
-    edit_more(interfaces(interface("eth4")(node("subinterfaces")(node("subinterface")(leaf("index", "17"))))));
-    edit_more(interfaces(interface("eth4").op(TVK_OPERATION_DELETE)));
-    EXPECT_EQ(7, deleted());
+    edit_more(interfaces(interface("eth3").op(TVK_OPERATION_DELETE),
+                         interface("eth4")(node("subinterfaces")(node("subinterface")(leaf("index", "17")))),
+                         interface("eth4").op(TVK_OPERATION_DELETE)));
+    EXPECT_EQ(3 + 3 + 4, deleted());
     edit_more(node("interfaces", kInterfacesNs).op(TVK_OPERATION_DELETE));
     for (int i = 40; i > 0; --i) {
         edit_more(interfaces(
@@ -349,6 +345,22 @@ TEST_F(ExampleMappings, AnswerTheEntriesThatAFilterMeans) {
         EXPECT_STATUS(TVK_OK, mapped.handle(filter, response));
         EXPECT_EQ(row.entries, response->subtrees[0].subtree_count) << show(response);
         EXPECT_NE(std::string::npos, show(response).find(row.first)) << show(response);
+    }
+}
+
+TEST_F(ExampleMappings, AnswerNoProtocolButTheirOwn) {
+    MappingContext mapping(TVK_REQUEST_GET);
+    const Database database(mapping, node("bgp")(node("instances")(node("instance")(leaf("instance-name", "default"),
+                                                                                    leaf("process-name", "main")))));
+    MappedRequest mapped(example(EXAMPLES, "openconfig_bgp"), mapping.ctx);
+    for (const std::string identifier : {"BGP", "OSPF"}) {
+        const Tree filter =
+            protocol(leaf("identifier", identifier), leaf("name", "main"), node("config")(node("name")));
+        Tree response = root();
+        mapping.state->datatree = filter.get();
+        mapping.state->build_flags = TVK_BUILD_FILTERED;
+        EXPECT_STATUS(TVK_OK, mapped.handle(filter, response));
+        EXPECT_EQ(identifier == "BGP", show(response).find("main") != std::string::npos) << show(response);
     }
 }
 

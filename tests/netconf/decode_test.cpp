@@ -6,6 +6,7 @@
 
 #include "netconf/data_document.h"
 #include "netconf/edit_request.h"
+#include "netconf/xml_output.h"
 #include "tree.h"
 
 namespace {
@@ -107,6 +108,23 @@ TEST(Decode, NotesThatEntriesHavePlaces) {
         EXPECT_EQ(expected,
                   read_edit(XmlDocument::parse(config, "document", kEditLayout), request).parameters.has_inserts);
     }
+}
+
+TEST(Encode, WritesNothingThatNoReaderTakes) {
+    const std::pair<const char *, const char *> rows[] = {
+        {"a\xc3\xa9", "a\xc3\xa9"}, {"\xc0\x80", "??"},    {"\xe0\x80\xaf", "???"},
+        {"\xed\xa0\x80", "???"},    {"\x01\x7f", "?\x7f"}, {"\xc3", "?"},
+    };
+    for (const auto &[text, expected] : rows) {
+        EXPECT_EQ(expected, writable(text));
+    }
+    XmlOutput output;
+    output.start("a");
+    output.attribute("p1", "b", "urn:1", "<\n\"");
+    output.attribute("p2", "c", "urn:2", "2");
+    output.text("\r\n>");
+    EXPECT_EQ("<a p1:b=\"&lt;&#10;&quot;\" p2:c=\"2\" xmlns:p2=\"urn:2\" xmlns:p1=\"urn:1\">&#13;\n&gt;</a>\n",
+              output.finish());
 }
 
 }  // namespace

@@ -102,4 +102,13 @@ TEST_F(Allocator, FailsTheNthAllocationOnceOrFromThereOn) {
     EXPECT_EQ(nullptr, tvk_strdup("x", "odd")) << "without accounting as well";
 }
 
+#ifndef __SANITIZE_ADDRESS__  // which ends the process instead
+TEST_F(Allocator, WhatCannotGrowStays) {
+    void *block = kel_named_calloc_(1, 8, "stays", 0);
+    EXPECT_EQ(nullptr, kel_named_realloc(block, PTRDIFF_MAX));
+    EXPECT_EQ(8u, tvk_platform_live_bytes("stays"));
+    kel_named_free(block);
+}
+#endif
+
 }  // namespace

@@ -1,5 +1,5 @@
 #!/bin/bash
-# What edits come to on data, and what is refused: edits.sh TVK-MAP. Ends with the first expectation that fails.
+# Applies edits to data, and refuses others: edits.sh TVK-MAP. Ends with the first expectation that fails.
 set -eu
 tool=$(realpath "$1")
 folder=$(mktemp -d)
@@ -25,7 +25,7 @@ run() {
 }
 # says PATTERN: in one line of what was printed, whatever the stream.
 says() { grep -Eq -- "$1" out err || fail "nothing matches $1"; }
-# What is printed, without the envelope, line breaks and indent.
+# Prints the data alone, without the envelope, line breaks and indent.
 data() { tr -d '\n' <out | sed -E 's/> +</></g; s/<config [^>]*>//; s/<\/config>//; s/ xmlns="[^"]*"//g'; }
 # comes_to TEXT
 comes_to() { [ "$(data)" = "$1" ] || fail "$(data), expected $1"; }
@@ -70,7 +70,7 @@ applied '<t><v a="1">x</v></t>' "<t><v op='replace' a='2'>x</v></t>" '<t><v a="2
     '<t><v op="replace" a="2">x</v></t>'
 applied "<t><v xmlns:a='urn:a'>a:x</v></t>" "<t><v xmlns:b='urn:b'>b:y</v></t>" '<t><v xmlns:b="urn:b">b:y</v></t>' \
     '<t><v op="replace" xmlns:b="urn:b">b:y</v></t>'
-# Where an entry stands already it is not moved; where a new one stands is told.
+# An entry that stands there already is not moved. The change tells the place of a new one.
 applied "<t>$(u 1)$(u 2)</t>" "<t><u y:insert='first'><k>1</k></u><u y:insert='after' y:key=\"[k='1']\"><k>2</k></u></t>" \
     "<t>$(u 1)$(u 2)</t>" ''
 applied "<t>$(u 1)</t>" "<t><u y:insert='last'><k>2</k></u></t>" "<t>$(u 1)$(u 2)</t>" \
@@ -105,6 +105,7 @@ refused "<t><u><k>1</k><v><x/></v></u></t>" "/t/u\[k='1'\]/v: it has a value on 
 unset list
 refused "<t><u><k>2</k></u></t>" "/t/u: nothing shows whether this is a list: 'k' is '1' in the data and '2' in the edit"
 refused "<t><u/><u/></t>" "nothing shows what the keys of this list are"
+refused "<r><u><a>1</a><b>1</b></u><u><a>1</a><c>1</c></u></r>" "nothing shows what the keys of this list are"
 run 2 apply --list=t data.xml edit.xml
 says "is no PATH=KEY"
 document edit.xml "<t op='delete'/>"
@@ -121,6 +122,9 @@ says "data-missing"
 edit_config replace "$(config '<t><m>2</m></t>')"
 run 0 apply data.xml edit.xml
 comes_to '<t><m>2</m></t>'
+edit_config replace "$(config '<t nc:operation="merge"><m>2</m></t>')"
+run 0 apply data.xml edit.xml
+comes_to '<t><m>2</m><u><k>1</k><v>a</v></u></t>'
 echo "<copy-config xmlns='$nc'><source>$(config '')</source></copy-config>" >edit.xml
 run 0 apply data.xml edit.xml
 comes_to ''
@@ -188,6 +192,8 @@ is_refused 1 "; 20 more are not listed" <<<"<config>$(printf '<other%s/>' {1..12
 is_refused 1 "<error-path xmlns:ns1=\"$oc\">/ns1:interfaces</error-path>" <<<"<interfaces xmlns='$oc'>text</interfaces>"
 says "/interfaces: 'text' stands where only elements may stand"
 is_refused 1 "<bad-attribute>insert<" <<<"<config xmlns:y='$yang'>$(interface eth0 " y:insert='first'" '')</config>"
+is_refused 1 "<error-tag>invalid-value<" \
+    <<<"<config xmlns:y='$yang'>$(interface eth0 " y:insert='first'" '<config><mtu>x</mtu></config>')</config>"
 is_refused 1 "eth0'\]/config: a delete must not carry content" \
     <<<"$(interface eth0 '' '<config nc:operation="delete"><name>eth0</name></config>')"
 is_refused 1 "name=concat\('a', &quot;'&quot;, '&quot;b'\)\]/ns1:config/ns1:mtu<" \
@@ -201,6 +207,7 @@ is_refused 1 "interfaces: a &lt;copy-config&gt; holds a configuration, without o
 is_refused 1 '<rpc-reply xmlns="[^"]*" message-id="1" r1:user="fred" xmlns:r1="urn:ex"' \
     <<<"<rpc xmlns='$nc' message-id='1' xmlns:ex='urn:ex' ex:user='fred'><edit-config><config><x/></config></edit-config></rpc>"
 is_refused 2 "to be inserted before or after what no" <<<"<a xmlns:y='$yang' y:insert='after'/>"
+is_refused 1 "no mapping handles 'config' .namespace urn:x." <<<"<config xmlns='urn:x'>$(interface eth0 '' '')</config>"
 is_refused 2 "holds a second <config>" <<<"<edit-config xmlns='$nc'><config/><config/></edit-config>"
 is_refused 2 "holds <validate>, which is unknown there" <<<"<edit-config xmlns='$nc'><validate/><config/></edit-config>"
 is_refused 2 "<rpc-reply> tells an error" <<<"<rpc-reply xmlns='$nc'><rpc-error/></rpc-reply>"
@@ -222,6 +229,10 @@ if [ -w /dev/full ]; then
 fi
 
 # ---- get ----
+
+echo '<config/>' >empty.xml
+run 0 get --mapping openconfig_interfaces --native empty.xml
+says '<data/>'
 
 # Several filter nodes for one entry, namespaces left out, values of leaves that are not mapped.
 filtered() {

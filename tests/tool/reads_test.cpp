@@ -1,5 +1,5 @@
-// What a filter selects does not depend on how it is walked: either phase of the engine, and a walk of everything, come
-// to the same reply. Filters are drawn from the reply that holds everything.
+// A filter selects the same data however it is walked: both phases of the engine, and a walk of everything, give the
+// same reply. The tests draw filters from the reply that holds everything.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -202,6 +202,28 @@ TEST(SharedArrays, AreCopiedForEachNodeThatShowsThem) {
         EXPECT_EQ(content(response.root()), before);
     }
     EXPECT_EQ(content(data.root()), before);
+}
+
+// A tree may show one twice, as when two entries have the same part.
+TEST(SharedArrays, AreCopiedWhereATreeShowsThemAgain) {
+    TreeHolder data;
+    take_data(XmlDocument::parse("<data><a><b>1</b></a><a/></data>", "the data", kNativeLayout), data);
+    Node &again = data.tops()[1];
+    again = data.tops()[0];
+    again.tag = again.ns = nullptr;
+    again.presence = TVK_HAS_SUBTREES;
+    own_arrays(data.root(), {});
+    EXPECT_NE(data.tops()[0].subtrees, again.subtrees);
+    EXPECT_EQ("1", std::string(value_of(again.subtrees[0])));
+}
+
+TEST(SharedArrays, GoOnceWithTheTreesOfARequest) {
+    RequestTrees trees;
+    take_data(XmlDocument::parse("<data><a><b>1</b></a></data>", "the data", kNativeLayout), trees.native);
+    copy_tree(trees.native.root(), trees.response.root());
+    Node &shown = trees.response.tops()[0];
+    release(shown.subtrees[0]);
+    tvk_gpb_free(std::exchange(shown.subtrees, trees.native.tops()[0].subtrees), nullptr);
 }
 
 INSTANTIATE_TEST_SUITE_P(Examples, Reads, testing::Values("openconfig_interfaces", "openconfig_bgp"));

@@ -7,6 +7,7 @@
 #include "tvk_map_lists.h"
 #include "tvk_map_print.h"
 #include "tvk_map_session.h"
+#include "tvk_map_state.h"
 #include "tvk_map_types.h"
 #include "tvk_map_util.h"
 #include "tvk_map_walk.h"

@@ -4,7 +4,9 @@
 
 #include <stdint.h>
 
+#include "tvk_map_state.h"
 #include "tvk_map_types.h"
+#include "tvk_map_util.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -71,29 +73,6 @@ TVK_MAP_API int tvk_map_is_request_replace(const struct qidl_tvk_datatree *node)
  */
 TVK_MAP_API qerrno tvk_map_get_subtrees(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
                                         struct qidl_tvk_datatree **subtrees, int32_t *count);
-
-/* ---- Small text and time helpers ------------------------------------------------------------------------ */
-
-/*
- * Asks whether part occurs in text.
- *
- * Returns
- * - 1: it does.
- * - 0: it does not, or either is null.
- */
-TVK_MAP_API int tvk_map_does_it_have(const char *text, const char *part);
-
-/* Returns the wall clock in microseconds since the epoch. */
-TVK_MAP_API uint64_t tvk_map_get_timestamp(void);
-
-/*
- * Asks whether text begins with prefix, both taken without leading white space.
- *
- * Returns
- * - 1: it does.
- * - 0: it does not, or either is null.
- */
-TVK_MAP_API int tvk_map_trim_strcmpbeg(const char *text, const char *prefix);
 
 /*
  * Releases the three strings at strings, such as the tag, data and ns that a record begins with, through
@@ -265,32 +244,6 @@ TVK_MAP_API qerrno tvk_map_datatree_add_path(tvk_map_ctx ctx, struct qidl_tvk_da
  */
 TVK_MAP_API qerrno tvk_map_validate_replace_subtree(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
                                                     int ignored_1 TVK_MAP_DEFAULT(0), int ignored_2 TVK_MAP_DEFAULT(0));
-
-/*
- * Forgets all recorded paths.
- *
- * Returns
- * - 0: always, also without a context or state record.
- */
-TVK_MAP_API qerrno tvk_map_clear_xpath_ctx(tvk_map_ctx ctx);
-
-/* ---- Finding children in constant time ------------------------------------------------------------------- */
-
-/*
- * Forgets what the library remembers of the children of parent, of all below them, and of parent as an entry of its
- * list. The other entries stay known, so that the cost does not grow with the list.
- *
- * It matters only under a framework that has set tvk_map_context::index_children_from. Mapping code calls it before it
- * changes a tag, a namespace, an instance number or a key value of these children itself, gives the node an array,
- * takes it away or releases it. A null parent stands for all trees of the request, and releases the memory of the
- * index; such a call may come after the changes instead of before. The next lookup looks at the children anew. When
- * nothing is remembered the call costs nothing.
- *
- * Returns
- * - 0: the children are forgotten.
- * - TVK_ERR_INVALID: ctx or its state record is null. Nothing is logged.
- */
-TVK_MAP_API qerrno tvk_map_forget_children(tvk_map_ctx ctx, const struct qidl_tvk_datatree *parent);
 
 /* ---- List entries ----------------------------------------------------------------------------------------
  *

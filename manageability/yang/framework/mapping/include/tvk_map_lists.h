@@ -1,46 +1,15 @@
-/* The error path of a failed request; finding and creating list entries by key; namespaces of nodes and values. */
+/* Finding and creating list entries by key; namespaces of nodes and values. */
 #ifndef TVK_MAP_LISTS_H
 #define TVK_MAP_LISTS_H
 
 #include <stdint.h>
 
+#include "tvk_map_state.h"
 #include "tvk_map_types.h"
 
 #ifdef __cplusplus
 extern "C" {
 #endif
-
-/* ---- Error path ----------------------------------------------------------------------------------------- */
-
-/*
- * Records where the walk is as the request's error path: error_xpath, with the namespace of the outermost level in
- * error_xpath_ns. Both belong to the request state. Only the first call of a request that succeeds records; later
- * ones change nothing. Outside any container the path is empty and has no namespace.
- *
- * The path names each level as "ns1:" and its tag, ended by "/"; list entries with their keys, as in
- * ns1:interfaces/ns1:interface[name = 'eth0']/ns1:config/
- *
- * Returns
- * - 0: the error path is recorded, now or before.
- * - TVK_ERR_NO_MEMORY: memory runs out, the path does not fit 999 characters, a node or key leaf has no tag, a key leaf
- *   has no data, or the outermost node has no namespace. Nothing is recorded, and a later call may record.
- * - TVK_ERR_NOT_FOUND: there is no state record.
- */
-TVK_MAP_API qerrno tvk_oc_error_path(tvk_map_ctx ctx);
-
-/*
- * Appends the element of a list entry to the error path in buffer, of TVK_MAP_MAX_PATH bytes: "ns1:", the node's
- * tag, its keys (children marked as keys) in brackets, and "/".
- *
- * Returns
- * - 0: the element is appended.
- * - TVK_ERR_NO_MEMORY: it does not fit, or a tag or a key's data is missing. buffer keeps what did fit.
- * - TVK_ERR_INVALID: buffer or node is null. Nothing is logged.
- */
-TVK_MAP_API qerrno tvk_oc_error_path_list_append(char *buffer, const struct qidl_tvk_datatree *node);
-
-/* Returns the error option of the request. The context, its state and the request must be there. */
-TVK_MAP_API uint32_t tvk_map_get_error_option(tvk_map_ctx ctx);
 
 /* ---- Finding ---------------------------------------------------------------------------------------------
  *
@@ -147,36 +116,6 @@ TVK_MAP_API qerrno tvk_map_search_list(tvk_map_ctx ctx, const struct qidl_tvk_da
 TVK_MAP_API qerrno tvk_map_search_or_add_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree *root,
                                               const struct qidl_tvk_datatree **entry, char *list_path, char *key_value,
                                               char *key_name, char *ns);
-
-/*
- * Keeps a copy of path as pending_trim_path, unless one is set: the first path wins until it is cleared.
- *
- * Returns
- * - 0: the copy is kept, or a former path was.
- * - TVK_ERR_NOT_FOUND: the copy could not be made.
- * - TVK_ERR_INVALID: path or the state record is null.
- */
-TVK_MAP_API qerrno tvk_map_copy_trim_path_list_ctx(tvk_map_ctx ctx, const char *path);
-
-/*
- * Releases pending_trim_path, if set.
- *
- * Returns
- * - 0: no trim path is pending any more.
- * - TVK_ERR_NOT_FOUND: the context or its state record is null.
- */
-TVK_MAP_API qerrno tvk_map_free_trim_path_list_ctx(tvk_map_ctx ctx);
-
-/*
- * Clears the whole pending entry and empties the output list. pending_hierarchy_path is forgotten without being
- * released: call tvk_map_release_pending_entry before, which releases it if the state owns it.
- *
- * Returns
- * - 0: the output list was empty.
- * - TVK_ERR_INVALID: the output list had to be emptied. A finished walk should have done so.
- * - TVK_ERR_NOT_FOUND: the context or its state record is null.
- */
-TVK_MAP_API qerrno tvk_map_datatree_reset_trim_path_ctx(tvk_map_ctx ctx);
 
 /* ---- Namespaces ------------------------------------------------------------------------------------------
  *

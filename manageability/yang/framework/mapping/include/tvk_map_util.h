@@ -1,4 +1,4 @@
-/* Conversions of values, IPv4 addresses, and small helpers. */
+/* Texts, the clock, conversions of values, IPv4 addresses, and small helpers. */
 #ifndef TVK_MAP_UTIL_H
 #define TVK_MAP_UTIL_H
 
@@ -12,6 +12,38 @@ extern "C" {
 
 /* Returns the schema node type of node (enum qidl_tvk_node_type); 0 when it carries none, or is null. */
 TVK_MAP_API uint32_t tvk_map_get_node_type(const struct qidl_tvk_datatree *node);
+
+/* ---- Small text and time helpers ------------------------------------------------------------------------ */
+
+/*
+ * Asks whether part occurs in text.
+ *
+ * Returns
+ * - 1: it does.
+ * - 0: it does not, or either is null.
+ */
+TVK_MAP_API int tvk_map_does_it_have(const char *text, const char *part);
+
+/* Returns the wall clock in microseconds since the epoch. */
+TVK_MAP_API uint64_t tvk_map_get_timestamp(void);
+
+/*
+ * Asks whether text begins with prefix, both taken without leading white space.
+ *
+ * Returns
+ * - 1: it does.
+ * - 0: it does not, or either is null.
+ */
+TVK_MAP_API int tvk_map_trim_strcmpbeg(const char *text, const char *prefix);
+
+/*
+ * Asks whether two texts are the same.
+ *
+ * Returns
+ * - 1: both are given and equal.
+ * - 0: they differ, or either is null.
+ */
+TVK_MAP_API int tvk_map_do_these_match(const char *a, const char *b);
 
 /* ---- Value conversions ------------------------------------------------------------------------------------
  *

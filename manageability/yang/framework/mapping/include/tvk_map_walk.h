@@ -1,13 +1,15 @@
 /*
- * Walking a request: the parse callbacks that generated mapping code calls, the tables that it hands them, and
- * the state of the walk (node hierarchy, output list, request tree schema, instance-tree stack) with its lookups.
+ * Walking a request: the parse callbacks that generated mapping code calls, the tables that it hands them, the request
+ * tree schema, and values of nodes that the walk is inside. The state that a walk keeps is in tvk_map_state.h.
  */
 #ifndef TVK_MAP_WALK_H
 #define TVK_MAP_WALK_H
 
 #include <stdint.h>
 
+#include "tvk_map_state.h"
 #include "tvk_map_types.h"
+#include "tvk_map_util.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -156,104 +158,6 @@ TVK_MAP_API qerrno tvk_map_cont_handle_when_statement(tvk_map_ctx ctx, const str
 TVK_MAP_API qerrno tvk_map_list_handle_when_statement(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node,
                                                       struct qidl_tvk_datatree *target, tmap_node_list_info_p info);
 
-/*
- * Asks whether two texts are the same.
- *
- * Returns
- * - 1: both are given and equal.
- * - 0: they differ, or either is null.
- */
-TVK_MAP_API int tvk_map_do_these_match(const char *a, const char *b);
-
-/* ---- Node hierarchy and output list ----------------------------------------------------------------------- */
-
-/*
- * Pushes node (borrowed until it is popped) on the hierarchy as a level of kind TVK_LEVEL_*. A node with the
- * operation create becomes create_node, even when the push then fails. A path that does not fit 999 characters is
- * logged and kept without the part that did not fit. When memory runs out the level is without its path or tag.
- *
- * Returns
- * - 0: the level is pushed, with or without its whole path.
- * - TVK_ERR_INVALID: the context, node or the state record is null. Nothing is logged.
- * - TVK_ERR_NO_MEMORY: 50 levels are in use.
- */
-TVK_MAP_API qerrno tvk_map_add_to_node_hierarchy(tvk_map_ctx ctx, struct qidl_tvk_datatree *node, uint32_t kind);
-
-/*
- * Pops the top level, whatever node is; node is compared with create_node only, which it ends. An output entry on top
- * of its list that was made at this very container level goes with it.
- *
- * Returns
- * - 0: the level is popped.
- * - TVK_ERR_INVALID: the hierarchy is empty, or the context or state record is null. Nothing is logged.
- */
-TVK_MAP_API qerrno tvk_map_remove_from_node_hierarchy(tvk_map_ctx ctx, const struct qidl_tvk_datatree *node);
-
-/*
- * Makes path the current list. The slot arrays of the context are kept when path is the current list or lies below
- * it, and cleared otherwise.
- *
- * Returns
- * - 0: path is the current list.
- * - TVK_ERR_NOT_FOUND: the context is null.
- * - TVK_ERR_INVALID: path is null.
- * - TVK_ERR_NO_MEMORY: path could not be copied. The former list stays current; the slots are cleared, unless path lies
- *   below it.
- */
-TVK_MAP_API qerrno tvk_map_update_current_list_node(tvk_map_ctx ctx, const char *path);
-
-/*
- * Moves the pending entry (pending_*) to the end of the output list, which takes its strings over. A pending hierarchy
- * path without a kind is not the state's (see stitching in tvk_map_xpath.h) and does not go with it: mapping code that
- * fills the entry itself sets pending_hierarchy_kind with the path.
- *
- * Returns
- * - 0: the entry is moved; or there is no pending trim path, context or state record, and nothing changes.
- * - TVK_ERR_NOT_FOUND: 50 entries are in use. The entry stays pending.
- */
-TVK_MAP_API qerrno tvk_add_to_output_list_ctx(tvk_map_ctx ctx);
-
-/*
- * Drops the last output entry with its strings. The two nodes are not used. A null context stops the process.
- *
- * Returns
- * - 0: the entry is dropped.
- * - TVK_ERR_INVALID: the list is empty, or there is no state record (ERR "Invalid arguments passed!").
- */
-TVK_MAP_API qerrno tvk_remove_from_output_list_ctx(tvk_map_ctx ctx,
-                                                   const struct qidl_tvk_datatree *ignored_1 TVK_MAP_DEFAULT(nullptr),
-                                                   const struct qidl_tvk_datatree *ignored_2 TVK_MAP_DEFAULT(nullptr));
-
-/*
- * Stores resp_tree_instance_root.
- *
- * Returns
- * - 0: always. Nothing is stored without a context, state record or out pointer.
- */
-TVK_MAP_API qerrno tvk_map_get_resp_tree_instance_root(tvk_map_ctx ctx, struct qidl_tvk_datatree **root);
-
-/*
- * Releases the pending entry: its trim path, its hierarchy path if the state owns one, and the hold on its node.
- * Nothing is logged.
- *
- * Returns
- * - 0: nothing is pending any more.
- * - TVK_ERR_INVALID: the context or its state record is null.
- */
-TVK_MAP_API qerrno tvk_map_release_pending_entry(tvk_map_ctx ctx);
-
-/*
- * Releases all that a request has left in its state and context: error path and error node tag, pending entry, output
- * list, hierarchy, instance-tree stack with its items, request tree schema, children index and current list. The
- * framework calls it when the request has ended, before it releases the state record and the trees, which stay its own.
- * It logs nothing, and needs no memory. A second call finds nothing to release.
- *
- * Returns
- * - 0: nothing is left.
- * - TVK_ERR_INVALID: the context or its state record is null.
- */
-TVK_MAP_API qerrno tvk_map_release_request_state(tvk_map_ctx ctx);
-
 /* ---- Request tree schema ----------------------------------------------------------------------------------
  *
  * A skeleton of the tags and namespaces that a request visited, below a root called "root". A node that has been
@@ -292,52 +196,6 @@ TVK_MAP_API qerrno tvk_map_update_req_tree_schema(tvk_map_ctx ctx);
  * record or schema nothing happens.
  */
 TVK_MAP_API void tvk_map_free_req_tree_schema(tvk_map_ctx ctx);
-
-/* ---- Instance-tree stack ---------------------------------------------------------------------------------- */
-
-#define TVK_LIST_INSTANCE_TAG "LIST_INSTANCE_NODE"
-
-/*
- * Pushes an item. When the first node's tag is "LIST_INSTANCE_NODE" the item owns the array (of the named heap)
- * and its records from then on; otherwise it borrows it. A 51st item stops the process with an assertion.
- *
- * Returns
- * - 0: always. When memory runs out, or there is no context or state record, nothing is pushed, which
- *   tvk_map_util_itree_stack_size tells, and the array stays the caller's.
- */
-TVK_MAP_API qerrno tvk_map_util_itree_stack_push(tvk_map_ctx ctx, struct qidl_tvk_datatree *nodes, uint32_t node_count,
-                                                 uintptr_t extra);
-
-/*
- * Pops the top item, releases it with all that it owns, and forgets all recorded paths (also when the stack is empty).
- * An item without nodes is only taken off the stack; mapping code that needs its record back peeks it first and
- * releases it with kel_named_free.
- *
- * Returns
- * - 0: always.
- */
-TVK_MAP_API qerrno tvk_map_util_itree_stack_pop(tvk_map_ctx ctx);
-
-/*
- * Stores the top item, which the stack owns.
- *
- * Returns
- * - 0: always. item stays as it was when the stack is empty.
- */
-TVK_MAP_API qerrno tvk_map_util_itree_stack_peak(tvk_map_ctx ctx, struct tvk_map_itree_item **item);
-
-/*
- * Stores the item of a level, counted from 1 at the bottom over the items that have nodes and are not list
- * instances. Level 0 is an item without nodes below all those. The stack owns the item.
- *
- * Returns
- * - 0: always. item stays as it was when there is none of that level.
- */
-TVK_MAP_API qerrno tvk_map_util_itree_stack_peak_level(tvk_map_ctx ctx, uint32_t level,
-                                                       struct tvk_map_itree_item **item);
-
-/* Returns the number of items; 0 without a context. */
-TVK_MAP_API uint32_t tvk_map_util_itree_stack_size(tvk_map_ctx ctx);
 
 /* ---- Values of nodes that the walk is inside --------------------------------------------------------------
  *

@@ -12,7 +12,7 @@ namespace tvk {
 
 namespace {
 
-// Large enough for any unsigned 32-bit number, and for the 20 digits of a 64-bit one without its terminator.
+// An output of this size holds any unsigned 32-bit number, and the 20 digits of a 64-bit one without its terminator.
 constexpr std::size_t kOutputSize = 20;
 
 char *allocate_output() {
@@ -45,7 +45,7 @@ qerrno tvk_map_data_kbs_uint32_yang_bps_uint64(const char *value, uint32_t, char
     if (*out == nullptr) {
         return TVK_ERR_NO_MEMORY;
     }
-    // 32 bits wide throughout: beyond 4294967 kbit/s the product wraps, which is the range of this conversion.
+    // The product has 32 bits and wraps beyond 4294967 kbit/s, which is the range of this conversion.
     const auto kilobits = static_cast<std::uint32_t>(std::strtol(value, nullptr, kDecimal));
     std::snprintf(*out, kOutputSize, "%" PRIu32, kilobits * kBitsPerKilobit);
     return TVK_OK;

@@ -1,4 +1,4 @@
-// Hanging a list of one model below a container or list entry of another.
+// Stitching: hanging a list of one model below a container or list entry of another.
 #include <cstring>
 
 #include "tvk_map_common/internal/assertion.h"
@@ -21,7 +21,7 @@ bool check_stitching_record(tvk_map_ctx ctx, const tvk_map_node_operation *recor
     return std::memchr(record->trim_path, '\0', sizeof record->trim_path) != nullptr;
 }
 
-// Adds the node, or finds it as the record's result.
+// Adds the node of the record or finds it, and puts it into the record's result.
 bool add_stitch_node(tvk_map_ctx ctx, tvk_map_node_operation &record) {
     record.op = TVK_XPATH_ADD;
     qerrno status = tvk_map_tree_xpath_operations(ctx, &record);
@@ -95,7 +95,7 @@ qerrno tvk_map_auto_stitch_list_to_list(tvk_map_ctx ctx, const void *, struct qi
     record.op = TVK_XPATH_ADD;
     record.kind = TVK_XPATH_INSTANCE;
     record.root = root;
-    // A namespace that does not fit leaves an empty one, which the operation refuses.
+    // A namespace that does not fit leaves the field empty, and the operation refuses that.
     strncpy_s(record.ns, sizeof record.ns, ns, sizeof record.ns);
     if (const qerrno status =
             tvk_map_build_xpath_from_tokens(ctx, tokens, token_count, kLevelOffset, record.xpath, record.trim_path);

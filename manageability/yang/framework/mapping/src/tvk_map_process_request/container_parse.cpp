@@ -1,4 +1,4 @@
-// The parse of a container: one pass, or two for a replace, and what is propagated below it.
+// The parse of a container: one pass, or two for a replace, and the propagation below it.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_lists.h"
@@ -47,8 +47,8 @@ private:
         }
     }
 
-    // First the container alone, as a removal of what the target has; then its children, as a merge. True when
-    // the second pass was skipped: the marks of a replace then stay set, as its handlers have seen them.
+    // Replaces in two passes: first the container alone, as a removal of what the target has; then its children, as a
+    // merge. Returns true when the handler skipped the second pass; the marks of the replace then stay set.
     bool replace() {
         set_operation(container_, TVK_OPERATION_REMOVE);
         begin_replace(ctx_);
@@ -62,7 +62,7 @@ private:
         if (walk_once()) {
             return true;
         }
-        // The children were not taken away this time, so there is nothing to give back.
+        // The second pass does not take the children away, so there is nothing to give back.
         become_merge();
         end_replace(ctx_);
         return false;
@@ -73,7 +73,7 @@ private:
         set_build_flags(ctx_, TVK_BUILD_REPLACE_MERGING, TVK_BUILD_REPLACE_REMOVING);
     }
 
-    // True when the container's handler wants it left out.
+    // Makes one pass. Returns true when the container's handler wants it left out.
     bool walk_once() {
         if (status_ == TVK_OK) {
             if (info_.cont_handler != nullptr) {
@@ -89,7 +89,7 @@ private:
         return false;
     }
 
-    // By position, since a handler may make the array grow.
+    // The children are walked by position, because a handler may make the array grow.
     void walk_children() {
         for (std::size_t i = 0; status_ == TVK_OK && i < passed_count_ && i < child_count(); ++i) {
             status_ = handle_child(children(container_)[i]);
@@ -107,8 +107,8 @@ private:
         return handle_unclaimed_child(ctx_, child, target_, info_.unsupported_ns, info_.child_handler);
     }
 
-    // A container that is deleted or read whole is so with all that the model has below it: its child containers
-    // are called with the container itself. What they return does not count. This runs after a failure, too.
+    // Propagates a delete or read of the whole container to all that the model has below it: calls the handlers of the
+    // child containers with the container itself. Their results do not count. This runs after a failure, too.
     void propagate() {
         promote_content_match();
         const bool whole = passed_count_ == 0 || reads_all_children();
@@ -137,7 +137,7 @@ private:
         }
     }
 
-    // Leaves that only compare values select nothing by themselves: all children are meant.
+    // Leaves that only compare values select nothing by themselves, so all children are meant.
     void promote_content_match() {
         if (ctx_->state == nullptr) {
             return;

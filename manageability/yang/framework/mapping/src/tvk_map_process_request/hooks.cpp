@@ -1,4 +1,4 @@
-// Fixed points of generated code that need no work here.
+// Hooks that generated code calls and that have no work to do.
 #include "tvk_map_walk.h"
 
 qerrno tmap_high_augment_parse(tvk_map_ctx, const struct qidl_tvk_datatree *, struct qidl_tvk_datatree *,

@@ -7,7 +7,8 @@ namespace tvk {
 
 namespace {
 
-// Tells the get filter what the leaf is for, and the container around it what its leaves were like.
+// Marks the leaf for the get filter as a selection or a content match, and notes in the walk flags which of the two it
+// is.
 void mark(tvk_map_ctx ctx, Node &leaf) {
     if (is_propagating(ctx) || is_working_on_keys(ctx)) {
         return;

@@ -1,4 +1,4 @@
-// What the steps of the list parse hand on to each other.
+// The data that the steps of the list parse hand on to each other.
 #ifndef TVK_MAP_PROCESS_REQUEST_LIST_ENTRY_H
 #define TVK_MAP_PROCESS_REQUEST_LIST_ENTRY_H
 
@@ -8,7 +8,7 @@ namespace tvk {
 
 inline constexpr char kListParse[] = "tmap_high_list_parse";
 
-// The entry of the request that is parsed, and what it is parsed for.
+// The entry of the request that is parsed, its target and its table.
 struct ListEntry {
     tvk_map_ctx ctx;
     Node &node;
@@ -19,7 +19,7 @@ struct ListEntry {
     std::span<const tmap_child_entry> handlers() const { return entries(info.child_conts, info.child_cont_count); }
 };
 
-// What the key scan, and the walk since then, have seen among the children of the entry and of its instances.
+// The kinds of children that the key scan, and the walk since then, have seen in the entry and its instances.
 struct SeenChildren {
     bool key = false;
     bool empty_key = false;

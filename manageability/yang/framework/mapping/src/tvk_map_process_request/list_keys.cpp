@@ -1,4 +1,4 @@
-// The keys of a list entry: scan, verdict, single key leaves, and the keys that a read lacks.
+// The keys of a list entry: their scan and check, the handling of a key leaf, and the keys that a read lacks.
 #include "tvk_map_process_request/list_keys.h"
 
 #include "tvk_map_common/internal/log.h"
@@ -74,7 +74,7 @@ qerrno handle_key_leaf(const ListEntry &entry, const tmap_child_entry &handler, 
         return TVK_ERR_KEY_OPERATION;
     }
     const qerrno status = call(handler.handler, entry.ctx, leaf, entry.target);
-    // Found again by position: the handler may have made the array move.
+    // The leaf is found again by its position, because the handler may have made the array move.
     if (position < children(node).size()) {
         Node &key = children(node)[position];
         mark_key(key);

@@ -30,7 +30,8 @@ void become_merge(const ListEntry &entry) {
     set_build_flags(entry.ctx, 0, TVK_BUILD_REPLACE_REMOVING);
 }
 
-// A removal by the keys, then a merge. The children stay in place: the removal needs the keys.
+// Replaces in two passes: a removal by the keys, then a merge. The children stay in place, because the removal needs
+// the keys.
 qerrno replace(const ListEntry &entry, SeenChildren &seen, int &items) {
     set_operation(entry.node, TVK_OPERATION_REMOVE);
     begin_replace(entry.ctx);
@@ -46,7 +47,8 @@ qerrno replace(const ListEntry &entry, SeenChildren &seen, int &items) {
     return status;
 }
 
-// The keys are looked at where the request itself names the entry, not where something above it is propagated to it.
+// Returns whether the keys are checked: only when the request itself names the entry, not when a delete or read of a
+// node above is propagated to it.
 bool are_keys_checked(const ListEntry &entry) {
     return !entry.is_childless() && !is_propagating(entry.ctx) && !is_working_on_keys(entry.ctx);
 }
@@ -62,7 +64,7 @@ qerrno parse(const ListEntry &entry) {
         KeyCounts counts;
         status = scan_keys(entry, counts, seen);
         if (status != TVK_OK) {
-            // The level of the hierarchy stays, unlike on every other way out.
+            // The level of the hierarchy stays here, unlike on every other way out.
             TVK_ERR_AS(kListParse, entry.ctx, "leafref value check fail");
             TVK_TRC_AS(kListParse, entry.ctx, "End");
             return status;

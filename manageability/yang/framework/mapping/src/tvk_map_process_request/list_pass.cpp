@@ -24,7 +24,7 @@ qerrno call_list_handler(const ListEntry &entry, KeyDelete key_delete) {
     return call(entry.info.list_handler, entry.ctx, entry.node, entry.target);
 }
 
-// The item that the list handler pushed, if the stack is higher than before.
+// Returns the item that the list handler pushed; null when the stack is not higher than before.
 const tvk_map_itree_item *find_item(tvk_map_ctx ctx, std::uint32_t former_size) {
     tvk_map_itree_item *item = nullptr;
     if (tvk_map_util_itree_stack_size(ctx) > former_size) {
@@ -33,7 +33,7 @@ const tvk_map_itree_item *find_item(tvk_map_ctx ctx, std::uint32_t former_size) 
     return item;
 }
 
-// What stays the same while the entry and its instances are walked.
+// The data that stays the same while the entry and its instances are walked.
 struct Pass {
     const ListEntry &entry;
     KeyDelete key_delete;
@@ -56,14 +56,14 @@ qerrno handle_child(const Pass &pass, Node &node, std::size_t position) {
         return handle_key_leaf(entry, *handler, node, position, pass.seen);
     }
     if ((build_flags(entry.ctx) & TVK_BUILD_REPLACE_REMOVING) != 0) {
-        return TVK_OK;  // the removal goes by the keys
+        return TVK_OK;  // the removal goes by the keys alone
     }
     pass.seen.other = true;
     return call(handler->handler, entry.ctx, child, entry.target);
 }
 
-// Walks the entry itself, or an instance in its place. After a failure no child is handled any more, and a node without
-// children is propagated all the same.
+// Walks the entry itself, or an instance in its place. After a failure no further child is handled, but a node without
+// children is still propagated.
 qerrno walk_node(const Pass &pass, Node &node, qerrno status) {
     const ListEntry &entry = pass.entry;
     const bool has_children = !children(node).empty();
@@ -81,7 +81,7 @@ qerrno walk_node(const Pass &pass, Node &node, qerrno status) {
     return status == TVK_OK && is_named_by_keys ? propagate_keys_alone(entry, node, pass.key_delete) : status;
 }
 
-// The first instance stands at the level of the entry itself, the others at one of their own.
+// Walks one instance. The first one stands at the level of the entry itself, the others each at a level of their own.
 qerrno walk_instance(const Pass &pass, const tvk_map_itree_item &item, std::uint32_t position) {
     const ListEntry &entry = pass.entry;
     Node &instance = item.nodes[position];
@@ -100,13 +100,13 @@ qerrno walk_instance(const Pass &pass, const tvk_map_itree_item &item, std::uint
     if (pushed) {
         tvk_map_remove_from_node_hierarchy(entry.ctx, &instance);
     } else if (entry.ctx->state != nullptr && entry.ctx->state->create_node == &instance) {
-        entry.ctx->state->create_node = nullptr;  // it goes with its item
+        entry.ctx->state->create_node = nullptr;  // the node goes with its item
         entry.ctx->state->create_operation = 0;
     }
     return status;
 }
 
-// status is that of the list handler.
+// Walks the instances of item, or the entry itself when there is no item. status is the result of the list handler.
 qerrno walk_instances(const Pass &pass, const tvk_map_itree_item *item, qerrno status) {
     const ListEntry &entry = pass.entry;
     if (status == TVK_SKIP_NODE) {

@@ -1,4 +1,4 @@
-// Entries that are deleted or read whole: what the model has below them is asked for too.
+// The propagation of a delete or read of a whole list entry to all that the model has below it.
 #ifndef TVK_MAP_PROCESS_REQUEST_LIST_PROPAGATION_H
 #define TVK_MAP_PROCESS_REQUEST_LIST_PROPAGATION_H
 
@@ -7,12 +7,12 @@
 
 namespace tvk {
 
-// For node, the entry or one of its instances, that the request names by its keys and nothing else. Its keys are out of
-// the way meanwhile, on top of the instance-tree stack. Returns the status of the last handler; TVK_ERR_NO_MEMORY when
-// the keys cannot be kept at hand, and no handler was called then.
+// Propagates below node, the entry or one of its instances, which the request names by its keys and nothing else.
+// Meanwhile the keys are out of the way, on top of the instance-tree stack. Returns the status of the last handler.
+// Returns TVK_ERR_NO_MEMORY before any handler is called when the keys cannot be put there.
 qerrno propagate_keys_alone(const ListEntry &entry, Node &node, KeyDelete key_delete);
 
-// For node without children, which has nothing to be told apart by. The results of the handlers do not count.
+// Propagates below a node without children, which has no keys. The results of the handlers do not count.
 void propagate_childless(const ListEntry &entry, Node &node);
 
 }  // namespace tvk

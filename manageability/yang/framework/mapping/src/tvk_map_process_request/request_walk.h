@@ -1,4 +1,4 @@
-// What the container and the list parse share.
+// The steps and scopes that the container, the list and the leaf parse share.
 #ifndef TVK_MAP_PROCESS_REQUEST_REQUEST_WALK_H
 #define TVK_MAP_PROCESS_REQUEST_REQUEST_WALK_H
 
@@ -11,22 +11,23 @@
 
 namespace tvk {
 
-// The entry that bears child's tag, or null. Every comparison is logged.
+// Returns the table entry with the tag of child, or null. Every comparison is logged.
 const tmap_child_entry *find_child_handler(tvk_map_ctx ctx, std::span<const tmap_child_entry> entries,
                                            const Node &child);
 
-// The checks that every parse begins with: node and target (the error path is recorded where one is missing), then the
-// table or handler that goes with them. operation is the parse's name for messages.
+// Makes the checks that every parse begins with: first node and target, then the table or handler of the parse. Records
+// the error path when node or target is missing. operation is the parse's name for messages.
 qerrno check_arguments(const char *operation, tvk_map_ctx ctx, const Node *node, const Node *target,
                        const void *instruction);
-// TVK_ERR_NOT_FOUND when node says that it has children and shows none.
+// Returns TVK_ERR_NOT_FOUND when node claims to have children but has no array of them.
 qerrno check_children(const char *operation, tvk_map_ctx ctx, const Node &node);
 
-// Handles a child that no entry claims. One in unsupported_ns is left out of a read, and ends any other request.
+// Handles a child that no table entry claims. A child in unsupported_ns is left out of a read, and ends any other
+// request.
 qerrno handle_unclaimed_child(tvk_map_ctx ctx, const Node &child, Node &target, const char *unsupported_ns,
                               tmap_node_process_fp child_handler);
 
-// A handler that mapping code left out does nothing.
+// Calls a handler. One that mapping code left out does nothing.
 inline qerrno call(tmap_node_process_fp handler, tvk_map_ctx ctx, const Node &node, Node &target) {
     return handler != nullptr ? handler(ctx, &node, &target) : TVK_OK;
 }
@@ -35,13 +36,14 @@ inline std::span<const tmap_child_entry> entries(const tmap_child_entry *array, 
     return array != nullptr ? std::span{array, count} : std::span<const tmap_child_entry>{};
 }
 
-// A get-config asks every child, a get or a delete those that say so.
+// Returns whether a child takes part: every child in a get-config, else only those with TMAP_CHILD_PROPAGATE.
 inline bool takes_part_in_propagation(tvk_map_ctx ctx, const tmap_child_entry &entry) {
     return is_get_config(ctx) || (entry.flags & TMAP_CHILD_PROPAGATE) != 0;
 }
 
-// A container or list that is entered in a read starts without what its siblings' leaves left behind. The mask is
-// wider than that one bit, on purpose; the mark of the whole request is in it.
+// Clears the walk flags that the leaves of siblings have set, for a container or list that is entered in a read. The
+// mask keeps TVK_WALK_CONTENT_MATCH_IN_REQUEST, the mark of the whole request, and is wider than that one bit on
+// purpose.
 inline void clear_walk_flags(tvk_map_ctx ctx) {
     constexpr std::uint32_t kKept = 0x11111110;
     if (ctx->state != nullptr) {
@@ -69,7 +71,7 @@ inline void end_replace(tvk_map_ctx ctx) {
     }
 }
 
-// While it lives, what is walked is walked on behalf of a node above. Only the one that started it ends it.
+// While the scope lives, the walk runs on behalf of a node above. A scope inside another one changes nothing.
 class PropagationScope {
 public:
     explicit PropagationScope(tvk_map_ctx ctx) : state_(is_propagating(ctx) ? nullptr : ctx->state) {
@@ -89,7 +91,7 @@ private:
     tvk_map_request_state *state_;
 };
 
-// While it lives, list_key_state has the value given; inactive it does nothing.
+// While the scope lives, list_key_state has the value given. An inactive scope changes nothing.
 class KeyStateScope {
 public:
     KeyStateScope(tvk_map_ctx ctx, bool active, std::uint32_t value) : state_(active ? ctx->state : nullptr) {

@@ -56,7 +56,7 @@ bool is_candidate(const Addition &add, const Node &child) {
     if (!has(child, TVK_HAS_TAG) || !has(child, TVK_HAS_NS) || !same_text(child.tag, add.tag)) {
         return false;
     }
-    // Removed by the first pass of a replace: the presence bit of the operation does not matter here.
+    // The first pass of a replace has removed this child. The presence bit of the operation does not matter here.
     if (add.flagged(TVK_ADD_TEMPLATE_ON_PATH) && child.operation == TVK_OPERATION_REMOVE) {
         return false;
     }
@@ -65,8 +65,8 @@ bool is_candidate(const Addition &add, const Node &child) {
 
 enum class Match { kNone, kPassedOver, kStopped };
 
-// The one child of the parent that a search through all of them would end with, where an index can tell; null where the
-// search has to be made. There may be none: known is then true.
+// Returns the child with which a search through all siblings would end. Sets known when the index can tell; null then
+// means that there is no such child. When known is false the search has to be made.
 Node *find_by_index(const Addition &add, std::span<Node> siblings, bool keep_looking, bool &known) {
     TagPlaces places;
     known = find_places(add.ctx, siblings, add.tag, places);
@@ -78,13 +78,13 @@ Node *find_by_index(const Addition &add, std::span<Node> siblings, bool keep_loo
         place = places.first_unnumbered >= 0 ? places.first_unnumbered : places.last;
     }
     Node &child = siblings[static_cast<std::size_t>(place)];
-    // Of the tag, yet no candidate: another one may be.
+    // This child has the tag but is no candidate, and another one may be.
     known = is_candidate(add, child);
     return known ? &child : nullptr;
 }
 
-// Finds an existing child. A child that was appended as an instance of its own is passed over while there may be a
-// further one, so that the last instance is found; the search stops at any other child.
+// Finds an existing child: the first candidate without a number, else the last numbered one, which keeps its data
+// (kPassedOver). A template without TVK_ADD_TEMPLATE_ON_PATH takes the first candidate, numbered or not.
 Match find_existing(const Addition &add, Node *&found) {
     const bool keep_looking = add.template_node == nullptr || add.flagged(TVK_ADD_TEMPLATE_ON_PATH);
     const std::span<Node> siblings = children(add.parent);
@@ -98,7 +98,7 @@ Match find_existing(const Addition &add, Node *&found) {
         return keep_looking && child->subtree_index != 0 ? Match::kPassedOver : Match::kStopped;
     }
     for (Node &child : siblings) {
-        // The number first: it is at hand, the texts of many numbered siblings are not.
+        // The number is compared before the texts, because it stands in the record itself.
         if ((!keep_looking || child.subtree_index == 0) && is_candidate(add, child)) {
             found = &child;
             add.found(child);
@@ -119,7 +119,7 @@ qerrno give_data(const Addition &add, Node &node) {
     if (add.data == nullptr) {
         return TVK_OK;
     }
-    // The new value may be part of the old one, so it is copied before that goes.
+    // The new value may be part of the old one, so it is copied before the old one is released.
     NamedString copy = copy_text(add.data, "TVK MAP add subtree data");
     const bool is_copied = copy != nullptr;
     replace_value(add.ctx, add.parent, node, std::move(copy));
@@ -141,7 +141,7 @@ void announce_room(const Addition &add) {
     TVK_TRC_AS(kOperation, add.ctx, "Expanding subtree array.");
 }
 
-// Gives the record its texts; false at the first that cannot be copied.
+// Gives the record its texts. Returns false at the first text that cannot be copied.
 bool name(const Addition &add, Node &node) {
     node.tag = tvk_strdup(add.tag, "TVK MAP idx");
     if (node.tag == nullptr) {
@@ -196,7 +196,7 @@ void apply_marks(const Addition &add, Node &node, std::int32_t new_count) {
     }
 }
 
-// A template may be a child of the very parent, whose array is about to move.
+// A template that can be found again after the array of the parent has moved: it may be a child of that parent.
 class TemplateReference {
 public:
     TemplateReference(const Node *template_node, std::span<Node> siblings) : template_node_(template_node) {

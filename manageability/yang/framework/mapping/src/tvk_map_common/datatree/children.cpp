@@ -18,7 +18,7 @@ void attach_children(Node &node, const DetachedChildren &children) {
     set_present(node, TVK_HAS_SUBTREES);
 }
 
-// Tells the request state and the index where the children stand that were watched.
+// Tells the request state and the index where the watched children stand now.
 void follow(tvk_map_ctx ctx, const WatchedArray &watched, const Node *former, std::span<Node> now) {
     if (ctx == nullptr || ctx->state == nullptr) {
         return;
@@ -128,7 +128,7 @@ void drop_last_child(tvk_map_ctx ctx, Node &node) {
     free_contents(former.back());
     const std::span<Node> remaining = former.first(former.size() - 1);
     const WatchedArray watched{remaining};
-    // Where the array cannot shrink, its last record stays unused.
+    // An array that cannot shrink keeps its last record unused.
     if (void *shrunk = kel_named_realloc(node.subtrees, remaining.size_bytes()); shrunk != nullptr) {
         node.subtrees = static_cast<Node *>(shrunk);
     }
@@ -159,7 +159,7 @@ qerrno tvk_map_datatree_remove_last_subtree(tvk_map_ctx ctx, struct qidl_tvk_dat
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    // The count alone is looked at, not the presence bit.
+    // The count alone decides; the presence bit does not matter.
     if (node->subtrees == nullptr || node->subtree_count < 2) {
         return TVK_OK;
     }

@@ -1,7 +1,7 @@
 // The one writer of child arrays.
 //
-// Whatever makes children come, go or move, or gives one another value, does it here: the index and the request state
-// are told then, and a lookup never answers for an array that has changed.
+// All code that adds, removes or moves children, or changes the value of one, does it through these functions. They
+// tell the index and the request state, so that no lookup answers for an array that has changed since.
 #ifndef TVK_MAP_DATATREE_CHILDREN_H
 #define TVK_MAP_DATATREE_CHILDREN_H
 
@@ -13,11 +13,11 @@ namespace tvk {
 
 // ---- Appending ----
 
-// A record behind the last child of a node, which is not its child yet. Unless it is committed it goes again with what
-// it owns, and the siblings stay as they were. Making it may move them.
+// A record behind the last child of a node, which is not its child yet. Without a commit the record is released with
+// what it owns, and the siblings stay as they were. Making the record may move the siblings.
 class NewChild {
 public:
-    // Zeroed, or false when there is no memory.
+    // Makes a zeroed record. The object is false when there is no memory or the parent can count no more children.
     NewChild(tvk_map_ctx ctx, Node &parent);
     ~NewChild();
     NewChild(const NewChild &) = delete;
@@ -25,9 +25,9 @@ public:
 
     explicit operator bool() const { return array_ != nullptr; }
     Node &operator*() const { return array_[count_]; }
-    // The siblings, where they stand now.
+    // Returns the array of the siblings at its present place.
     const Node *array() const { return array_; }
-    // How many children there are with this one.
+    // Returns the number of children including this one.
     std::int32_t new_count() const { return count_ + 1; }
 
     void commit();
@@ -42,10 +42,10 @@ private:
 
 // ---- Values ----
 
-// Gives a child of parent another value; a null one leaves it without. The former value stays with whoever else holds
-// it.
+// Gives a child of parent another value; null leaves it without one. The former value is not released: somebody else
+// may hold it.
 void set_value(tvk_map_ctx ctx, const Node &parent, Node &child, NamedString value);
-// The same, and the former value goes.
+// Gives a child of parent another value, as set_value does, and releases the former one.
 void replace_value(tvk_map_ctx ctx, const Node &parent, Node &child, NamedString value);
 
 // ---- Children as a whole ----
@@ -55,37 +55,37 @@ struct DetachedChildren {
     std::int32_t count;
 };
 
-// Takes the children away from a node that gets them back soon.
+// Takes the children away from a node until give_back_children returns them.
 DetachedChildren detach_children(Node &node);
-// Gives a node its children back. What was added to it meanwhile goes, since nobody would own it.
+// Gives a node its children back. Children that were added meanwhile are released, because nobody would own them.
 void give_back_children(tvk_map_ctx ctx, Node &node, const DetachedChildren &detached);
 
-// The children as they are claimed by pointer and count, whatever the presence bit says.
+// Returns the children by pointer and count, whatever the presence bit says.
 inline DetachedChildren child_array_of(const Node &node) {
     return {node.subtrees, node.subtree_count};
 }
 // Takes the children away for good. The presence bit stays, so that the node still reads as a container.
 DetachedChildren take_children(Node &node);
-// Gives a node that has none these children.
+// Gives these children to a node that has none.
 void adopt_children(tvk_map_ctx ctx, Node &node, const DetachedChildren &children);
 // Releases children that no node shows any more.
 void release_children(tvk_map_ctx ctx, const DetachedChildren &children);
 
 // ---- Dropping ----
 
-// Releases the last child. The array may move, and holds at least one child before and after.
+// Releases the last child of a node with at least two children. The array may move.
 void drop_last_child(tvk_map_ctx ctx, Node &node);
 
 // Releases all children. The array and the presence bit stay.
 void drop_all_children(tvk_map_ctx ctx, Node &node);
 
-// Releases the children that do not stay, and moves the others up. What stays needs no copy, and cannot get lost for
-// want of memory. The array keeps its size.
+// Releases the children for which stays returns false, and moves the others up. This needs no memory, so that no child
+// can get lost for want of it. The array keeps its size.
 template <typename Stays>
 void drop_children_unless(tvk_map_ctx ctx, Node &node, Stays stays) {
     forget_index(ctx);
     const std::span<Node> nodes = children(node);
-    std::size_t kept = 0;  // also the first gap, once there is one
+    std::size_t kept = 0;  // the number of children kept, and so the position of the first gap
     for (Node &child : nodes) {
         if (!stays(child)) {
             free_contents(child);

@@ -1,3 +1,4 @@
+// Copying the insert attribute of a node for mapping code.
 #include <algorithm>
 #include <cstdint>
 
@@ -10,7 +11,7 @@ namespace tvk {
 
 namespace {
 
-// A text that does not fit leaves an empty one.
+// Copies text; one that does not fit leaves the destination empty.
 void copy(char (&destination)[TVK_MAP_INSERT_TEXT], const char *text) {
     tvk_strcpy_s("tvk_datatree_get_insert_attribute_info", destination, sizeof destination, text);
 }

@@ -1,3 +1,4 @@
+// The labels of a listing, and the stack of its levels.
 #include "tvk_map_common/datatree/listing.h"
 
 #include <array>
@@ -12,7 +13,7 @@ constexpr std::array kOperationLabels{TVK_FOR_EACH_OPERATION(TVK_LABEL_)};
 #undef TVK_LABEL_
 // The index is the value of the position. Two labels end in a blank and the others do not.
 constexpr std::array kPositionLabels{" (insert=last)", " (insert=first)", " (insert=before) ", " (insert=after) "};
-// Of the verdicts from TVK_NODE_KIND_DN on.
+// The labels of the verdicts from TVK_NODE_KIND_DN on.
 constexpr std::array kNodeKindLabels{" (dn)", " (kn)", " (ka)", " (da)"};
 static_assert(kPositionLabels.size() == TVK_INSERT_AFTER + 1);
 static_assert(kNodeKindLabels.size() == TVK_NODE_KIND_DA - TVK_NODE_KIND_DN + 1);

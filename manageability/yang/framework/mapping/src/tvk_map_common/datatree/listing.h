@@ -1,4 +1,4 @@
-// The indented listing of a tree, for whatever takes its pieces.
+// The indented listing of a tree. A sink takes its pieces.
 #ifndef TVK_MAP_DATATREE_LISTING_H
 #define TVK_MAP_DATATREE_LISTING_H
 
@@ -11,19 +11,19 @@
 
 namespace tvk {
 
-// Label of an operation, an insert position or a verdict, as a listing shows it. A value without one has " (-)";
-// of the verdicts, only those with a label are shown at all.
+// These return the label of an operation, an insert position or a verdict. An operation or position that has none gets
+// " (-)". A verdict that has none gets null and is not shown.
 const char *operation_label(std::uint32_t operation);
 const char *position_label(std::uint32_t position);
-const char *node_kind_label(std::uint32_t node_kind);  // null without one
+const char *node_kind_label(std::uint32_t node_kind);
 
-// Siblings that are still to be listed, and how far they are indented.
+// The siblings of one level that are still to be listed.
 struct ListingLevel {
     const Node *next;
     const Node *end;
 };
 
-// The levels that a listing is inside. On the heap: trees may be deeper than a thread's stack.
+// The levels that a listing is inside. They stand on the heap, because trees may be deeper than a thread's stack.
 class ListingStack {
 public:
     ListingStack() = default;
@@ -31,12 +31,12 @@ public:
     ListingStack &operator=(const ListingStack &) = delete;
     ~ListingStack() { kel_named_free(levels_); }
 
-    // An empty level is not pushed. False when memory runs out.
+    // Pushes a level unless it is empty. Returns false when memory runs out.
     bool push(const Node *array, std::int32_t count);
     bool empty() const { return depth_ == 0; }
     std::uint32_t depth() const { return depth_; }
 
-    // The next node of the innermost level; null when that is done, and is left.
+    // Returns the next node of the innermost level. At the end of the level it leaves the level and returns null.
     const Node *take();
 
 private:
@@ -45,7 +45,7 @@ private:
     std::uint32_t capacity_ = 0;
 };
 
-// Width of the indent, bounded so that no depth makes a line of absurd length.
+// Returns the width of the indent, which is bounded so that no depth makes a line of absurd length.
 inline int indent_of(std::uint64_t depth) {
     constexpr std::uint64_t kBlanks = 4;
     constexpr std::uint64_t kDeepest = 1000;
@@ -86,19 +86,19 @@ qerrno list_details(const Node &node, Sink &sink) {
             sink.attribute(node.attributes[i]);
         }
     }
-    // Shown whether or not the presence bit is set.
+    // The label is shown whether or not the presence bit is set.
     if (const char *label = node_kind_label(node.node_kind); label != nullptr) {
         sink.node_kind(label);
     }
     return TVK_OK;
 }
 
-// Lists the descendants of node. Sink takes the pieces: name, name_with_ns, data, operation, position, keys, value,
-// attribute, node_kind, end_line.
+// Lists the descendants of node. Sink takes the pieces by these members: name, name_with_ns, data, operation, position,
+// keys, value, attribute, node_kind, end_line.
 template <typename Sink>
 qerrno list_descendants(const Node &node, std::uint32_t depth, bool namespaces, Sink &sink) {
     ListingStack stack;
-    // The presence bit of the topmost node is not looked at.
+    // The presence bit of the topmost node does not matter.
     if (!stack.push(node.subtrees, node.subtree_count)) {
         return TVK_ERR_NO_MEMORY;
     }

@@ -1,4 +1,4 @@
-// The listing as trace messages, and the way to the framework's own printer.
+// The listing as trace messages, and the call of the framework's own printer.
 #include "tvk_map_common/datatree/listing.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
@@ -28,7 +28,7 @@ public:
         return TVK_OK;
     }
     void data(const char *data) const { TVK_TRC_AS(kOperation, ctx_, " : %s", shown(data)); }
-    // Unlike in print, no blank before it.
+    // The leading blank of the label is left out, unlike in the printed listing.
     void operation(const char *label) const { TVK_TRC_AS(kOperation, ctx_, "%s", label + 1); }
     void position(const char *label) const { TVK_TRC_AS(kOperation, ctx_, "%s", label); }
     void node_kind(const char *label) const { TVK_TRC_AS(kOperation, ctx_, "%s", label); }

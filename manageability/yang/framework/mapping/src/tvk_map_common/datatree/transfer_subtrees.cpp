@@ -1,4 +1,4 @@
-// Adding nodes that share the children of another one, or take them over.
+// Adding nodes that share the children of another node or take them over.
 #include "tvk_map_common/datatree/children.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
@@ -32,7 +32,7 @@ qerrno tvk_map_datatree_add_subtree_with_data(tvk_map_ctx ctx, struct qidl_tvk_d
         TVK_ERR(ctx, "Invalid arguments passed!");
         return TVK_ERR_INVALID;  // a child that shows its parent's children would show itself
     }
-    // Read first: the source may be a child of the parent, whose array moves.
+    // The source is read first: it may be a child of the parent, whose array moves.
     const bool has_children = has(*source, TVK_HAS_SUBTREES);
     const DetachedChildren shared = child_array_of(*source);
     Node *added = nullptr;
@@ -76,7 +76,7 @@ qerrno tvk_map_add_subtrees_from_source_to_target(tvk_map_ctx ctx, struct qidl_t
         return TVK_ERR_INVALID;
     }
     if (target == source) {
-        return TVK_OK;  // they are there already
+        return TVK_OK;  // the children are there already
     }
     for (Node &child : children(*source)) {
         if (&child == target) {

@@ -1,3 +1,4 @@
+// Dropping the children without a tag.
 #include "tvk_map_common/datatree/children.h"
 
 #include "tvk_map_filter.h"

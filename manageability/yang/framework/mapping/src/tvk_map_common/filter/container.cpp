@@ -1,6 +1,6 @@
-// The container phase: source and target side by side, level by level.
+// The container phase: it walks source and target side by side, level by level.
 //
-// The steps decide and mark; what they decide is traced here, under the name by which the phase is known.
+// The steps decide and mark. Their decisions are traced here, under the name by which the phase is known.
 #include "tvk_map_common/filter/container_element.h"
 #include "tvk_map_common/filter/filter_node.h"
 #include "tvk_map_common/filter/work_stack.h"

@@ -1,3 +1,4 @@
+// The checks and verdicts of one step of the container phase.
 #include "tvk_map_common/filter/container_element.h"
 
 #include "tvk_map_common/filter/filter_node.h"
@@ -10,7 +11,7 @@ bool descends(const Node &source_child) {
     return is_of_type(source_child, TVK_NODE_TYPE_CONTAINER) || is_of_type(source_child, TVK_NODE_TYPE_LIST);
 }
 
-// A count without children to go with it.
+// Returns whether the node has a count of children but no children to visit.
 bool is_broken(const Node &node) {
     return claimed_children(node) != 0 && children(node).empty();
 }
@@ -86,7 +87,8 @@ CheckedChild ContainerElement::check_selection(const Node &child) {
     return {Check::kPassed};
 }
 
-// The first target child of the child's name and value, and the last one of another value that comes before it.
+// Returns the first target child with the name and value of child, and the last one before it with the name but another
+// value.
 ContainerElement::Values ContainerElement::find_values(const Node &child) const {
     Values values{nullptr, nullptr};
     for (Node &candidate : children(target_)) {
@@ -166,14 +168,15 @@ bool ContainerElement::is_all_matched() const {
     return counts_.key_match == counts_.total || (counts_.containment == 0 && counts_.content_match > 0);
 }
 
-// A child that would not fit the level table is not visited, and so not kept.
+// Pushes a pair of children. A pair too deep for the level table is not visited, and so not kept.
 void ContainerElement::descend(kel_queue *stack, Node &source_child, Node &target_child) const {
     if (level_ + 1 < TVK_MAP_MAX_FILTER_LEVELS) {
         tvk_map_dfs_con_stack_push(ctx_, stack, &source_child, &target_child, level_ + 1, 0, 0);
     }
 }
 
-// Where the source selects, a child that it names stays as a node, even one that was kept whole for its key.
+// Descends into a target child that a selecting source names, or keeps it as a node, even one that was kept whole for
+// its key. Returns whether source_child names it.
 bool ContainerElement::keep_selected(kel_queue *stack, Node &source_child, Node &target_child) const {
     if (!same_text(source_child.tag, target_child.tag)) {
         return false;

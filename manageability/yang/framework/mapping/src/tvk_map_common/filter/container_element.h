@@ -1,8 +1,7 @@
-// One step of the container phase: a source node, the target node that stands in its place, and what becomes of the
-// target.
+// One step of the container phase: a source node, the target node in its place, and the verdict on the target.
 //
-// The order of the calls is the phase's: every source child is checked; where all passed, the children that the source
-// does not name are dropped; then what is left decides on the target itself.
+// The phase makes the calls in this order: it checks every source child; when all have passed, it drops the target
+// children that the source does not name; then the rest decides on the target itself.
 #ifndef TVK_MAP_FILTER_CONTAINER_ELEMENT_H
 #define TVK_MAP_FILTER_CONTAINER_ELEMENT_H
 
@@ -11,7 +10,7 @@
 
 namespace tvk {
 
-// The source's children by what they ask for.
+// The numbers of source children, by what they ask for.
 struct ChildCounts {
     std::int32_t total = 0;
     std::int32_t containment = 0;
@@ -26,31 +25,32 @@ enum class Check { kPassed, kAbandoned, kKeyFailed, kContentFailed };
 
 struct CheckedChild {
     Check result;
-    const Node *key = nullptr;  // the target's key leaf that settled a key match, either way
+    const Node *key = nullptr;  // the key leaf of the target that decided a key match, for or against
 };
 
 class ContainerElement {
 public:
-    // Takes over the entry of the element's level.
+    // Resets and uses the table entry of the element's level.
     ContainerElement(tvk_map_ctx ctx, const tvk_map_dfs_elem &element, tvk_map_cnt_hier_stack_t *levels);
 
-    // Whether nothing has to be worked out for the element: its target is then marked, if at all.
+    // Returns whether the element needs no step. Marks the target of a source without children as kept whole.
     static bool passes_over(const tvk_map_dfs_elem &element);
 
     CheckedChild check(const Node &child);
 
-    // When every key compared was met at once, the target and all above it stay.
+    // Keeps the target and all above it when every key compared was met at once, before any other value.
     void keep_for_matched_keys();
 
-    // Puts what the checks counted where the walks up the table look for it.
+    // Stores the counts of the keys where the walks up the table look for them.
     void store_key_counts();
 
-    // Marks target children, or pushes them with the source child that descends into them; false abandons the element.
+    // Marks the target children, or pushes them with the source child that descends into them. Returns false when the
+    // element is abandoned.
     bool drop_unnamed(kel_queue *stack);
 
     bool is_all_dropped() const;
 
-    // Drops the target with all of its children, and the parents of which nothing is left then.
+    // Drops the target with all of its children, and the parents that have nothing left then.
     void drop_upwards();
 
     const Node &source() const { return source_; }

@@ -1,4 +1,4 @@
-// How the phases read nodes: node types and verdicts, each through one accessor.
+// The accessors by which the phases read and set node types and verdicts.
 #ifndef TVK_MAP_FILTER_FILTER_NODE_H
 #define TVK_MAP_FILTER_FILTER_NODE_H
 
@@ -12,7 +12,7 @@ inline bool is_of_type(const Node &node, std::uint32_t type) {
     return tvk_map_get_node_type(&node) == type;
 }
 
-// As the record says it: 0 without the bit, and not the number of children that can be visited.
+// Returns the child count of the record, 0 without the presence bit. The children that can be visited may be fewer.
 inline std::int32_t claimed_children(const Node &node) {
     return has(node, TVK_HAS_SUBTREES) ? node.subtree_count : 0;
 }
@@ -30,14 +30,14 @@ inline bool keeps_all(const Node &node) {
 inline bool is_kept(const Node &node) {
     return keeps_all(node) || verdict(node) == TVK_NODE_KIND_KN;
 }
-// Keeps the node, and all below it if that was kept before.
+// Keeps the node. A node that was kept with all below it stays so.
 inline void keep_node(Node &node) {
     if (!keeps_all(node)) {
         set_verdict(node, TVK_NODE_KIND_KN);
     }
 }
 
-// A list entry given by its keys alone: the others say which one, the first has to have a value.
+// Returns whether a list entry is given by its keys alone, the first of which has a value.
 inline bool is_entry_by_keys(std::span<const Node> children) {
     if (children.empty() || !has(children.front(), TVK_HAS_DATA)) {
         return false;
@@ -50,7 +50,8 @@ inline bool is_entry_by_keys(std::span<const Node> children) {
     return true;
 }
 
-// Whether a filter node whose children only match content stands for all below it.
+// Returns whether the request matches content. A filter node whose children only match content then stands for all
+// below it.
 inline bool content_match_in_request(tvk_map_ctx ctx) {
     return ctx != nullptr && ctx->state != nullptr && (ctx->state->walk_flags & TVK_WALK_CONTENT_MATCH_IN_REQUEST) != 0;
 }
@@ -64,7 +65,7 @@ inline bool all_match_content(std::span<const Node> children) {
     return true;
 }
 
-// A text as the container phase traces it.
+// Returns a text as the container phase traces it.
 inline const char *text_or_null(const char *text) {
     return text != nullptr ? text : "NULL";
 }

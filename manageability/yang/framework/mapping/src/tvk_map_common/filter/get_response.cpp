@@ -1,4 +1,4 @@
-// One path down a filter.
+// The walk of one path down a filter.
 #include "tvk_map_common/filter/filter_node.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
@@ -15,7 +15,7 @@ constexpr char kPrototype[] =
 
 constexpr char kOperation[] = "tvk_map_datatree_filter_get_response";
 
-// The child that component names; null when there is none, or a child without a tag comes first.
+// Returns the child that component names; null when there is none, or a child without a tag comes first.
 Node *find_child(tvk_map_ctx ctx, Node &node, const char *component) {
     for (Node &child : children(node)) {
         if (child.tag == nullptr) {
@@ -32,7 +32,8 @@ Node *find_child(tvk_map_ctx ctx, Node &node, const char *component) {
 
 qerrno walk(tvk_map_ctx ctx, Node *node, Components components, bool partial_ok, int mark_leaf) {
     while (components.current() != nullptr) {
-        // Only the root can be without children here: the walk ends at any other leaf. It uses the path up.
+        // Only the root can lack children here, because the walk ends at any other leaf. Such a root uses up the path
+        // without a step.
         if (has(*node, TVK_HAS_SUBTREES)) {
             if (node->subtree_count == 0) {
                 return TVK_ERR_NO_MEMORY;

@@ -1,4 +1,4 @@
-// The key leaves of list entries: which there are, and whether a response entry has the same.
+// The key leaves of a filter's list entry, and the comparison with those of a response entry.
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_filter.h"
 
@@ -62,7 +62,7 @@ uint32_t tvk_map_datatree_compare_keys(const struct qidl_tvk_datatree *filter_en
         if (keys->key_has_value[i] != 1) {
             continue;
         }
-        // Not the child at key_index: key leaves come first in a filter's entry.
+        // The ith child is compared and not the one at key_index: key leaves come first in a filter's entry.
         if (i >= leading.size() || !has_key(*target, leading[i])) {
             return 0;
         }

@@ -1,4 +1,4 @@
-// The container phase's table of the levels above the node at work, and the walks up it.
+// The container phase's table of the levels from the root to the present node, and the walks up the table.
 #include <algorithm>
 
 #include "tvk_map_common/filter/filter_node.h"
@@ -10,14 +10,14 @@ namespace tvk {
 
 namespace {
 
-// The entries 0 to level of the table, or to its last one.
+// Returns the entries of the table from 0 to level, but not beyond its last one.
 template <typename Level>
 std::span<Level> levels_to(Level *levels, std::uint32_t level) {
     constexpr std::uint32_t kLast = TVK_MAP_MAX_FILTER_LEVELS - 1;
     return levels != nullptr ? std::span<Level>{levels, std::min(level, kLast) + 1} : std::span<Level>{};
 }
 
-// Whether something is left at a level, so that it stays. In a list entry the key leaves count as nothing.
+// Returns whether something is left at a level, so that it stays. The key leaves of a list entry do not count.
 bool is_left(const tvk_map_cnt_hier &level) {
     if (level.kch > 0) {
         return true;

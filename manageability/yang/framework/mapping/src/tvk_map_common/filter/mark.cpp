@@ -1,4 +1,5 @@
-// The mark phase: filter and response side by side, and a verdict in each response node that the filter names.
+// The mark phase: it walks filter and response side by side and puts a verdict in each response node that the filter
+// names.
 #include "tvk_map_common/filter/filter_node.h"
 #include "tvk_map_common/filter/work_stack.h"
 #include "tvk_map_common/index/candidates.h"
@@ -8,7 +9,7 @@ namespace tvk {
 
 namespace {
 
-// What one step of the phase works with: a filter node and the response node that stands in its place.
+// The nodes of one step of the phase: a filter node and the response node in its place.
 struct Pair {
     tvk_map_ctx ctx;
     kel_queue *stack;
@@ -24,7 +25,7 @@ struct Keys {
     std::uint32_t valued;
 };
 
-// Whether the filter node asks for all below it. One whose array is missing asks for nothing.
+// Returns whether the filter node asks for all below it. A node whose array is missing asks for nothing.
 bool asks_for_all(tvk_map_ctx ctx, const Node &filter) {
     if (!has(filter, TVK_HAS_SUBTREES)) {
         return true;
@@ -41,8 +42,8 @@ void descend(const Pair &pair, Node &child, Node &candidate) {
     tvk_map_dfs_mark_stack_push(pair.ctx, pair.stack, &child, &candidate, pair.level + 1, 0);
 }
 
-// The keys that a response entry is compared by, the leading leaves of the filter's entry. None when one of them takes
-// any value.
+// Returns the keys by which response entries are compared, the leading leaves of the filter's entry. Returns none when
+// one of them takes any value.
 std::span<const KeyText> valued_keys(const Node &entry, const Keys &keys, std::span<KeyText> texts) {
     const std::span<const Node> leading = children(entry);
     std::size_t count = 0;
@@ -58,7 +59,8 @@ std::span<const KeyText> valued_keys(const Node &entry, const Keys &keys, std::s
     return texts.first(count);
 }
 
-// The filter's entry names keys: only response entries that have them count, and one when it names all its keys.
+// Marks the response entries that have the keys of the filter's entry, and only the first when the filter gives a value
+// for each key.
 void mark_keyed(const Pair &pair, Node &entry, const Keys &keys) {
     const bool only_one = keys.valued == keys.info.key_count;
     KeyText texts[TVK_MAP_MAX_FILTER_KEYS];
@@ -75,7 +77,7 @@ void mark_keyed(const Pair &pair, Node &entry, const Keys &keys) {
     }
 }
 
-// A list entry with nothing but keys, one of them with a value, stands for the whole entry.
+// Returns whether a list entry has nothing but keys, one of them with a value. It then stands for the whole entry.
 bool is_keys_only(const Node &filter) {
     if (!is_of_type(filter, TVK_NODE_TYPE_LIST)) {
         return false;
@@ -141,6 +143,6 @@ uint32_t tvk_map_dfs_filter_mark(tvk_map_ctx ctx, struct qidl_tvk_datatree *filt
     tvk_map_dfs_mark_stack_push(ctx, stack.get(), filter, response, 1, 1);
     return stack.work_off([&](const tvk_map_dfs_elem &element) {
         tvk_map_dfs_process_mark(ctx, stack.get(), &element);
-        return 0u;  // a target that was kept whole ends its own step, not the walk
+        return 0u;  // a response node that is kept whole ends its own step, not the walk
     });
 }

@@ -1,4 +1,4 @@
-// Whether the filter selects a path, before anything is built at it.
+// The schema filter: it says whether the filter selects a path, before anything is built there.
 #include <iterator>
 
 #include "tvk_map_common/filter/filter_node.h"
@@ -31,7 +31,7 @@ private:
     std::int32_t count_ = 0;
 };
 
-// Whether the filter node stands for all below it. One without children does.
+// Returns whether the filter node stands for all below it. A node without children does.
 bool selects_all(tvk_map_ctx ctx, const Node &node) {
     const std::span<const Node> nodes = children(node);
     return nodes.empty() || is_entry_by_keys(nodes) || (content_match_in_request(ctx) && all_match_content(nodes));
@@ -78,7 +78,7 @@ uint32_t tvk_map_dfs_filter_schema(tvk_map_ctx ctx, const struct qidl_tvk_datatr
     }
     const Tokens tokens{*filter, copy.get()};
     WorkStack stack;
-    // This walk only reads, but its elements are those of the phases that write.
+    // This walk only reads, but it shares its elements with the phases that write.
     tvk_map_dfs_stack_push(ctx, stack.get(), const_cast<Node *>(filter), tokens.array(), 0, 1);
     return stack.work_off([&](const tvk_map_dfs_elem &element) {
         return tvk_map_dfs_process_node(ctx, stack.get(), &element, tokens.array(), tokens.count(), accept_last);

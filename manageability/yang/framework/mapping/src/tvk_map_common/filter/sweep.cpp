@@ -1,4 +1,4 @@
-// The sweep: what the marking phases did not keep goes.
+// The sweep: it drops what the marking phases did not keep.
 #include <algorithm>
 
 #include "tvk_map_common/datatree/children.h"
@@ -10,8 +10,8 @@ namespace tvk {
 
 namespace {
 
-// What cannot be swept for want of memory goes whole: an answer may lack something, it may not show too much. Children
-// that the node does not claim to have show nothing; they stay its own.
+// Drops the children of a node that cannot be swept for want of memory: an answer may lack something, but it must not
+// show too much. Children that the node does not claim to have are not shown, and stay.
 void drop_children(tvk_map_ctx ctx, Node &node) {
     if (has(node, TVK_HAS_SUBTREES)) {
         drop_all_children(ctx, node);
@@ -32,7 +32,7 @@ uint32_t tvk_map_dfs_process_sweep(tvk_map_ctx ctx, struct kel_queue *stack, con
     if (keeps_all(node)) {
         return 1;
     }
-    // A child without a tag is as good as none, but only where there are gaps to be closed.
+    // A child without a tag goes, too, but only when another child has to go.
     if (!std::ranges::all_of(children(node), is_kept)) {
         drop_children_unless(ctx, node, [](const Node &child) { return is_kept(child) && has(child, TVK_HAS_TAG); });
     }
@@ -51,7 +51,7 @@ uint32_t tvk_map_dfs_filter_sweep(tvk_map_ctx ctx, struct qidl_tvk_datatree *roo
     }
     WorkStack stack;
     if (keeps_all(*root)) {
-        return 0;  // with all below it, memory or not
+        return 0;  // all below the root stays, with or without memory
     }
     if (tvk_map_dfs_sweep_stack_push(ctx, stack.get(), root, 1) == 0) {
         drop_children(ctx, *root);

@@ -1,4 +1,4 @@
-// The walk with a push and a processing function of the caller's, and the search for content match that is made of it.
+// The walk with the caller's push and processing functions, and the search for content match that uses it.
 #include "tvk_map_common/filter/filter_node.h"
 #include "tvk_map_common/filter/work_stack.h"
 #include "tvk_map_filter.h"

@@ -1,4 +1,4 @@
-// The stack that a phase works off, from its root element until it is empty or told to stop.
+// The stack that a phase works off, from its root element until the stack is empty or the phase ends the walk.
 #ifndef TVK_MAP_FILTER_WORK_STACK_H
 #define TVK_MAP_FILTER_WORK_STACK_H
 
@@ -16,8 +16,8 @@ public:
 
     kel_queue *get() { return &queue_; }
 
-    // Hands out elements, the last one pushed first, until process(element) gives 1 or none is left. Gives what
-    // process gave last, and 0 when there was nothing to process.
+    // Calls process with each element, the last one pushed first, until process returns 1 or none is left. Returns the
+    // last result of process, or 0 when there was no element.
     template <typename Process>
     std::uint32_t work_off(Process process) {
         std::uint32_t result = 0;

@@ -1,4 +1,4 @@
-// Searches that skip what they would pass over.
+// Searches that skip children which cannot match.
 #ifndef TVK_MAP_INDEX_CANDIDATES_H
 #define TVK_MAP_INDEX_CANDIDATES_H
 
@@ -6,9 +6,9 @@
 
 namespace tvk {
 
-// The children that may be the entry with these keys, in order. Those left out are of another tag, or have other
-// values for the keys, and every child in front of those still to come has a tag. While they are gone through nothing
-// else is looked up by an index, which could push out this one.
+// Iterates in order over the children that may be the entry with these keys. A child that is left out has another tag
+// or other key values, and every child before the next candidate has a tag. During the iteration no other index may be
+// asked, because that could push out this one.
 template <typename AnyNode>
 class EntryCandidates {
 public:
@@ -20,7 +20,7 @@ public:
         }
     }
 
-    // Null at the end.
+    // Returns null at the end.
     AnyNode *next() {
         if (place_ != 0) {
             AnyNode *child = &children_[static_cast<std::size_t>(place_) - 1];
@@ -37,11 +37,11 @@ private:
     std::size_t at_ = 0;
 };
 
-// The first child that either has that tag or has none: either one ends a search by tag. Null when there is neither.
+// Returns the first child that has this tag or has no tag, since both end a search by tag; null when there is neither.
 template <typename AnyNode>
 AnyNode *first_of_tag(tvk_map_ctx ctx, AnyNode &parent, const char *tag) {
     const std::span<AnyNode> nodes = children(parent);
-    // A list's first entry is found without further ado.
+    // The first entry of a list needs no index.
     if (!nodes.empty() && (nodes.front().tag == nullptr || std::strcmp(nodes.front().tag, tag) == 0)) {
         return &nodes.front();
     }

@@ -1,3 +1,4 @@
+// The indexed child arrays of a request, and the lookup tables of each.
 #include "tvk_map_common/index/children_index.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@ namespace tvk {
 
 namespace {
 
-// A record on the named heap.
+// Makes a record on the named heap; null when there is no memory.
 template <typename T>
 T *make() {
     void *block = kel_named_calloc_(1, sizeof(T), "TVK MAP index", 0);
@@ -25,9 +26,9 @@ void destroy(T *&record) {
     }
 }
 
-// What is known of one child array.
+// The lookup tables of one child array.
 struct IndexedChildren {
-    static constexpr std::size_t kMaxTables = 4;  // kinds of searches
+    static constexpr std::size_t kMaxTables = 4;  // one table for each kind of search
 
     ~IndexedChildren() { clear(); }
 
@@ -39,8 +40,8 @@ struct IndexedChildren {
         first_tag = nullptr;
     }
 
-    // Children do not become fewer, nor others, without an announcement; where they did all the same, this is the
-    // last line of defence.
+    // Returns whether the tables fit these children. Every change should be announced; this is the last line of defence
+    // against one that was not.
     bool fits(std::span<const Node> children) const {
         return known() <= children.size() && first_tag == children.front().tag;
     }
@@ -75,7 +76,8 @@ struct IndexedChildren {
 
 using namespace tvk;
 
-// Parents in the order of their arrays' addresses, so that the list in which an entry stands is found from the entry.
+// The indexed parents in the order of their arrays' addresses, so that the list of an entry is found from the entry
+// itself.
 struct tvk_map_children_index {
     static constexpr std::size_t kMaxParents = 1024;
 
@@ -127,7 +129,8 @@ struct tvk_map_children_index {
         place(moving);
     }
 
-    // The list in which a node stands as a known entry, and where.
+    // Returns the tables of the last array that begins at or before the entry, and the entry's position from there;
+    // null when there is none. The position may lie behind the array, and EntryTable::forget ignores it then.
     IndexedChildren *list_of(const Node &entry, std::size_t &position) {
         Parent *behind = std::ranges::upper_bound(parents, parents + count, &entry, {}, &Parent::array);
         if (behind == parents) {
@@ -140,8 +143,8 @@ struct tvk_map_children_index {
     }
 
 private:
-    // One of the next few: the one with the fewest children to look at again. A long list that is searched all the time
-    // is not given up for its entries.
+    // Chooses the one of the next few parents that has the fewest children to look at again. A long list that is
+    // searched all the time is thus not given up for its entries.
     Parent *choose_victim() {
         constexpr std::size_t kChoice = 8;
         Parent *chosen = nullptr;
@@ -168,7 +171,7 @@ private:
     Parent parents[kMaxParents];
     std::size_t count;
     std::size_t victim;
-    std::size_t recent;  // most often the next one that is looked for, too
+    std::size_t recent;  // the parent found last, most often the next one, too
 };
 
 namespace tvk {
@@ -179,7 +182,7 @@ tvk_map_children_index *index_of(tvk_map_ctx ctx) {
     return keeps_index(ctx) ? ctx->state->children_index : nullptr;
 }
 
-// Null when these children are not to be indexed, or cannot be.
+// Returns the tables of these children; null when the children are not to be indexed or cannot be.
 IndexedChildren *indexed(tvk_map_ctx ctx, std::span<const Node> children) {
     if (ctx == nullptr || ctx->index_children_from == 0 || children.size() < ctx->index_children_from ||
         ctx->state == nullptr) {
@@ -201,8 +204,8 @@ IndexedChildren *indexed(tvk_map_ctx ctx, std::span<const Node> children) {
     return &known;
 }
 
-// Making a table of many entries takes longer than looking through them once, so it is made for the second search. The
-// one that finds no entry and the addition that follows count as two.
+// From this number of entries on a table is filled at the second search, because filling it takes longer than looking
+// through the entries once. A search that finds no entry and the addition that follows count as two.
 constexpr std::size_t kManyEntries = 64;
 
 EntryTable *table_for(IndexedChildren &known, const char *tag, std::span<const KeyText> keys, std::size_t entries) {
@@ -226,7 +229,7 @@ bool has_texts(std::span<const KeyText> keys) {
            std::ranges::all_of(keys, [](const KeyText &key) { return key.name != nullptr && key.value != nullptr; });
 }
 
-// Deeper ones make all be forgotten.
+// A tree deeper than this makes the whole index be forgotten.
 constexpr int kMaxForgetDepth = 32;
 
 bool forget_array(tvk_map_children_index &index, std::span<const Node> nodes, int depth) {
@@ -270,7 +273,7 @@ void children_grown(tvk_map_ctx ctx, const Node *from, std::span<const Node> to)
         return;
     }
     const bool moved = from != to.data();
-    // What was known of an array that stood here before, and has gone unannounced.
+    // Another array may have stood here before and gone unannounced.
     if (moved || to.size() == ctx->index_children_from) {
         if (auto *gone = index->find(to.data()); gone != nullptr) {
             index->erase(*gone);

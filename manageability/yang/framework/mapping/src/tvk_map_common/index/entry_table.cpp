@@ -1,3 +1,4 @@
+// Filling, correcting and searching the table of list entries.
 #include "tvk_map_common/index/entry_table.h"
 
 #include "tvk_map_common/index/text_hash.h"
@@ -6,10 +7,11 @@ namespace tvk {
 
 namespace {
 
-// The one child of that tag, when it is a leaf with a value.
+// The leaf of one key in an entry. It is null when the key is missing, has no value or is there twice, or when a child
+// has no tag.
 struct KeyLeaf {
     const Node *leaf = nullptr;
-    bool is_missing = false;  // else there is one that does not tell the entry, or a child without a tag
+    bool is_missing = false;  // the entry has no child of the key's tag
 };
 
 KeyLeaf find_key_leaf(const Node &entry, const char *tag) {
@@ -99,7 +101,7 @@ bool EntryTable::take_in(const Node &child) {
 }
 
 EntryTable::Keys EntryTable::read(const Node &child, std::uint32_t &hash) {
-    // A child without a tag ends some searches.
+    // A child without a tag ends some searches, so the table ends before it.
     if (child.tag == nullptr) {
         return Keys::kUntold;
     }
@@ -147,7 +149,8 @@ bool EntryTable::read_again(const Node &child, std::int32_t place) {
     return keys != Keys::kTold || put_in(place, hash);
 }
 
-// Most often behind all others of the hash.
+// Links a place into the chain of its hash. The search for its neighbour begins at the end, where a place belongs most
+// often. Returns false when there is no memory.
 bool EntryTable::put_in(std::int32_t place, std::uint32_t hash) {
     Chain *chain = chains_.first(hash);
     if (chain == nullptr || chain->first == kGone) {
@@ -206,7 +209,7 @@ bool EntryTable::reads(const char *tag) const {
     return false;
 }
 
-// Reading more than half of the entries one by one is no better than starting anew.
+// Beyond half of the entries the table is cleared: reading that many one by one is no better than starting anew.
 void EntryTable::forget(std::size_t position) {
     if (position >= frontier_) {
         return;

@@ -15,52 +15,53 @@ struct KeyText {
     const char *value;
 };
 
-// Knows the children in front of a frontier. Behind it stands the first entry that cannot be told by its keys: one that
-// has them more than once, say. What is not known is left to the scan. An entry that lacks a key is not found by it;
-// when it is given one, that is said.
+// The table knows the children in front of a frontier. The frontier stops at the first entry that its keys cannot tell,
+// one that has a key twice for instance, and the caller scans from there. An entry that lacks a key is not in the
+// table; forget tells the table when the entry gains one.
 //
-// Entries whose keys hash alike are linked in their order, so that many of the same key cost no more than others.
+// Entries whose keys hash alike are linked in order, so that many entries of the same key cost no more than others.
 class EntryTable {
 public:
-    // Entries of that tag, or of any when it is null. False when there is no memory.
+    // Prepares the table for entries of this tag, or of any tag when it is null. Returns false when there is no memory.
     bool set_up(const char *tag, std::span<const KeyText> keys);
     bool is_for(const char *tag, std::span<const KeyText> keys) const;
 
-    // Moves the frontier over what has come since the last time, and looks again at what was forgotten.
+    // Reads the forgotten entries again and moves the frontier over the children that are new since the last time.
     void take_in(std::span<const Node> children);
     std::size_t frontier() const { return frontier_; }
-    // False once an entry was seen that was not appended as an instance of its own.
+    // Returns false once an entry was seen that was not appended as an instance of its own.
     bool all_numbered() const { return all_numbered_; }
 
-    // The entries whose keys have these values, in order, or others of equal hash: their places, which are positions
-    // counted from 1, and 0 at the end.
+    // These return, in order, the places of the entries whose keys have these values. Other entries of equal hash are
+    // among them. A place is a position counted from 1, and 0 is the end.
     std::int32_t first(std::span<const KeyText> keys) const;
     std::int32_t next(std::int32_t place) const { return link(place).next; }
 
-    // Whether a leaf of that tag is one of the keys.
+    // Returns whether a leaf of this tag is one of the keys.
     bool reads(const char *tag) const;
-    // The entry may have other keys by the next search, which reads them then.
+    // Makes the next search read the keys of this entry again.
     void forget(std::size_t position);
-    // The child in front of the frontier goes.
+    // Removes the last child in front of the frontier.
     void drop_last();
-    // Starts anew.
+    // Forgets all entries.
     void clear();
 
 private:
-    // The entries of one hash. Those that had it once may all be gone.
+    // The entries of one hash. A chain stays when all of them are gone.
     struct Chain {
         std::uint32_t hash;
-        std::int32_t first;  // kGone: none is left
+        std::int32_t first;  // kGone when no entry is left
         std::int32_t last;
 
         bool is_empty() const { return first == 0; }
     };
-    // Where a child in front of the frontier stands in its chain.
+    // The hash of a child in front of the frontier, and its neighbours in the chain of that hash.
     struct Link {
         std::uint32_t hash;
-        std::int32_t previous;  // kGone: in none
+        std::int32_t previous;  // kGone when the child is in no chain
         std::int32_t next;
     };
+    // kNone: the child is another node or lacks a key. kUntold: the table cannot tell the child and ends before it.
     enum class Keys { kTold, kNone, kUntold };
 
     static constexpr std::int32_t kGone = -1;

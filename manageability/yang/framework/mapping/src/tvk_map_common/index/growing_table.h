@@ -16,7 +16,7 @@ public:
     std::size_t size() const { return size_; }
     std::span<const Record> all() const { return {records_.get(), size_}; }
 
-    // False when there is no memory; the table is then as it was.
+    // Returns false when there is no memory; the table then stays as it was.
     bool append(const Record &record) {
         if (size_ == capacity_ && !grow()) {
             return false;

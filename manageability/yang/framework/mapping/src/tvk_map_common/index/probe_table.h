@@ -1,5 +1,5 @@
-// An open-addressing table of small slots that carry their hash. Nothing is ever taken out. Slots of equal hash are met
-// in the order in which they came in, which growing keeps.
+// An open-addressing table of small slots that carry their hash. No slot is ever removed. Slots of equal hash are met
+// in the order of their insertion, which growing keeps.
 #ifndef TVK_MAP_INDEX_PROBE_TABLE_H
 #define TVK_MAP_INDEX_PROBE_TABLE_H
 
@@ -16,11 +16,11 @@ class ProbeTable {
 public:
     std::size_t size() const { return size_; }
 
-    // The first slot of that hash, or behind a slot the next one; null at the end.
+    // first returns the first slot of a hash, next the one behind a slot. Both return null at the end.
     Slot *first(std::uint32_t hash) const { return capacity_ == 0 ? nullptr : from(hash & mask(), hash); }
     Slot *next(const Slot &slot) const { return from(behind(slot), slot.hash); }
 
-    // False when there is no memory; the table is then as it was.
+    // Returns false when there is no memory; the table then stays as it was.
     bool insert(const Slot &slot) {
         if (size_ >= capacity_ / 2 && !grow()) {
             return false;
@@ -68,7 +68,7 @@ private:
         }
         old.swap(slots_);
         capacity_ = capacity;
-        // A run of slots may go round the end. It keeps its order when the walk begins behind an empty slot.
+        // A run of slots may wrap around the end. It keeps its order when the walk begins at an empty slot.
         std::size_t start = 0;
         while (start < old_capacity && !old.get()[start].is_empty()) {
             ++start;

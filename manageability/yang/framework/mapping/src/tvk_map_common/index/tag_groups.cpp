@@ -1,3 +1,4 @@
+// Grouping the children of one parent by tag.
 #include "tvk_map_common/index/tag_groups.h"
 
 #include "tvk_map_common/index/text_hash.h"
@@ -61,7 +62,7 @@ bool TagGroups::drop_last(std::span<const Node> children) {
     }
     Group *group = group_of(children, children[last].tag, nullptr);
     if (group == nullptr || last == 0 || !same_text(children[last - 1].tag, children[last].tag)) {
-        return false;  // where the one before it stands would have to be searched
+        return false;  // the place of the one before it would have to be searched
     }
     TagPlaces &places = group->places;
     --places.last;

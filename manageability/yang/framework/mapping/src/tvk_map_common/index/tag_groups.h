@@ -9,24 +9,24 @@
 
 namespace tvk {
 
-// Where the children of one tag stand; -1: there is none.
+// The positions of the children of one tag; -1 when there is none.
 struct TagPlaces {
     std::int32_t first = -1;
     std::int32_t last = -1;
-    std::int32_t first_unnumbered = -1;  // not appended as an instance of its own
+    std::int32_t first_unnumbered = -1;  // the first that was not appended as an instance of its own
 };
 
 class TagGroups {
 public:
-    // Looks at the children that came since the last time. False when the scan has to tell: a child has no tag, or
-    // there is no memory.
+    // Takes in the children that are new since the last time. Returns false when the caller has to scan, because a
+    // child has no tag or there is no memory.
     bool take_in(std::span<const Node> children);
 
     TagPlaces find(std::span<const Node> children, const char *tag);
 
     std::size_t known() const { return known_; }
 
-    // The last child goes. False when all have to be looked at anew.
+    // Removes the last child. Returns false when the groups have to be made anew.
     bool drop_last(std::span<const Node> children);
 
 private:
@@ -38,7 +38,7 @@ private:
         bool is_empty() const { return !used; }
     };
 
-    // Tells the tag's hash where it had to be made.
+    // Returns the group of a tag, or null. Stores the tag's hash in hash if it had to be computed.
     Group *group_of(std::span<const Node> children, const char *tag, std::uint32_t *hash);
     bool add(std::span<const Node> children, std::int32_t position);
 

@@ -1,4 +1,4 @@
-// A hash of texts for the lookup structures: it only says where to look, the texts themselves decide.
+// A hash of texts for the lookup tables. It only says where to look; the texts themselves decide.
 #ifndef TVK_MAP_INDEX_TEXT_HASH_H
 #define TVK_MAP_INDEX_TEXT_HASH_H
 

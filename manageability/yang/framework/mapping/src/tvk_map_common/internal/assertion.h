@@ -1,22 +1,23 @@
-// Assertions that hold in every build: a null context is a programming error of the caller, and NDEBUG does not
-// make it a harmless one.
+// Assertions that are checked in every build: a null context is a programming error of the caller, and NDEBUG does not
+// make it harmless.
 #ifndef TVK_MAP_INTERNAL_ASSERTION_H
 #define TVK_MAP_INTERNAL_ASSERTION_H
 
-// The C library's own report and stop. Declared here because <assert.h> hides it under NDEBUG.
+// The function of the C library that reports a failed assertion and stops the process. It is declared here because
+// <assert.h> hides it under NDEBUG.
 extern "C" void __assert_fail(const char *expression, const char *source, unsigned int line,
                               const char *function) noexcept __attribute__((noreturn));
 
 namespace tvk {
 
-// What the diagnostics print as source, without extension.
+// The source paths, without extension, that failed assertions print.
 inline constexpr char kCommonSource[] = "manageability/yang/framework/mapping/src/tvk_map_common";
 inline constexpr char kCallbacksSource[] = "manageability/yang/framework/mapping/src/tvk_map_callbacks";
 inline constexpr char kProcessRequestSource[] = "manageability/yang/framework/mapping/src/tvk_map_process_request";
 
 }  // namespace tvk
 
-// Stops the process unless condition holds; prototype is the operation's, as text.
+// Stops the process unless condition holds. prototype is the text of the operation's prototype.
 #define TVK_ASSERT(condition, expression, source, prototype)                  \
     do {                                                                      \
         if (!(condition)) {                                                   \

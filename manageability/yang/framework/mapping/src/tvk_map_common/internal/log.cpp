@@ -1,3 +1,4 @@
+// Writing one line to the trace.
 #include "tvk_map_common/internal/log.h"
 
 #include <cstdarg>

@@ -1,7 +1,7 @@
-// Messages. Each is offered to the debug log and to the trace, independently, and formatted only for a sink that is
-// on.
+// Messages to the debug log and to the trace. Each sink is asked on its own, and a message is formatted only for a sink
+// that is on.
 //
-// The context at a log site is never null: operations assert it before they come to one.
+// The context at a log site is never null: an operation asserts it before it logs.
 #ifndef TVK_MAP_INTERNAL_LOG_H
 #define TVK_MAP_INTERNAL_LOG_H
 
@@ -12,15 +12,16 @@
 
 namespace tvk {
 
-// Appends one line to the trace, cut to what a trace line holds.
+// Appends one line to the trace and cuts it to the size of a trace line.
 __attribute__((cold, format(printf, 2, 3))) void trace_line(void *trace_handle, const char *format, ...);
 
-// A text as messages show it: null has a spelling of its own.
+// Returns a text as messages show it; null becomes "(null)".
 inline const char *shown(const char *text) {
     return text != nullptr ? text : "(null)";
 }
 
-// Asked for out of line: the compiler takes what comes here for seldom run, and keeps it out of the way of the rest.
+// The compiler takes code that reaches a cold function for seldom run, and moves it out of the way of the rest. The
+// call stays out of line for that.
 [[gnu::cold, gnu::noinline]] inline bool should_log_error(void *const *log_filter) {
     return tvk_debug_should_log(log_filter, TVK_LOG_LEVEL_ERR) != 0;
 }
@@ -29,17 +30,18 @@ inline bool should_log_trace(void *const *log_filter) {
     return tvk_debug_should_log(log_filter, TVK_LOG_LEVEL_TRC) != 0;
 }
 
-// Whether a TRC message would reach a sink.
+// Returns whether a TRC message would reach a sink; false for a null context.
 inline bool is_tracing(tvk_map_ctx ctx) {
     return ctx != nullptr && (ctx->trace_enabled != 0 || should_log_trace(&ctx->log_filter));
 }
 
 }  // namespace tvk
 
-// Messages are a third of the code and hardly ever written: they stand apart from what runs.
+// Messages are a third of the code and are hardly ever written, so the compiler is told to keep them apart from the
+// code that runs.
 #define TVK_SELDOM_(condition) __builtin_expect_with_probability((condition), 0, 1.0)
 
-// The site word is one per message and place; the debug log may keep its filtering decision there.
+// Each message site has a site word of its own, in which the debug log may keep its filtering decision.
 #define TVK_LOG_(ctx, should_log, handle, name, operation, body, ...)                                                  \
     do {                                                                                                               \
         static std::uint32_t tvk_site_word = 0xffffffffU;                                                              \
@@ -53,7 +55,7 @@ inline bool is_tracing(tvk_map_ctx ctx) {
         }                                                                                                              \
     } while (false)
 
-// Operators read traces: a message of a step whose name says nothing outside this code names the exported operation.
+// Operators read traces. A step whose own name tells them nothing logs under the name of the exported operation.
 #define TVK_ERR_AS(operation, ctx, body, ...) \
     TVK_LOG_(ctx, should_log_error, err_log_handle, "ERR", operation, body __VA_OPT__(, ) __VA_ARGS__)
 #define TVK_TRC_AS(operation, ctx, body, ...) \

@@ -1,4 +1,4 @@
-// Adds to the accessors of tvk_datatree.hpp those that the library alone needs.
+// Accessors of data tree records that only the library needs, beside those of tvk_datatree.hpp.
 #ifndef TVK_MAP_INTERNAL_NODE_H
 #define TVK_MAP_INTERNAL_NODE_H
 
@@ -21,12 +21,12 @@ inline std::span<Node> child_array(Node *array, std::int32_t count) {
     return NodeRange<Node>(array, count);
 }
 
-// A node that says it has children and has no array to show for it.
+// Returns whether a node claims to have children but has no array of them.
 inline bool lost_children(const Node &node) {
     return has(node, TVK_HAS_SUBTREES) && node.subtrees == nullptr && node.subtree_count != 0;
 }
 
-// A presence bit stands for the key mark; the value of is_key is not looked at.
+// The presence bit is the key mark; the value of the field is_key does not count.
 inline bool is_key(const Node &node) {
     return has(node, TVK_HAS_IS_KEY);
 }

@@ -1,4 +1,4 @@
-// Namespaces that the library itself adds nodes in.
+// The namespaces in which the library itself adds nodes.
 #ifndef TVK_MAP_INTERNAL_OPENCONFIG_H
 #define TVK_MAP_INTERNAL_OPENCONFIG_H
 

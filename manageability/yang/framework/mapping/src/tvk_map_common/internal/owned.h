@@ -1,4 +1,4 @@
-// Guards for what the named heap hands out, and the strings that records own.
+// Guards for blocks of the named heap, and functions for the strings that records own.
 #ifndef TVK_MAP_INTERNAL_OWNED_H
 #define TVK_MAP_INTERNAL_OWNED_H
 
@@ -31,13 +31,14 @@ inline void release(char *&text) {
     text = nullptr;
 }
 
-// Puts text into an owned slot. It is taken over before the old text goes, since the one may be part of the other.
+// Puts text into an owned slot and releases the old text. The caller passes a copy, because its source may be part of
+// the old text.
 inline void replace(char *&slot, NamedString text) {
     kel_named_free(slot);
     slot = text.release();
 }
 
-// Releases what a record owns, and leaves the record.
+// Releases what a record owns. The record itself stays.
 inline void free_contents(struct qidl_tvk_datatree &node) {
     qidl_tvk_datatree_free_ext(&node, tvk_gpb_free, nullptr, 0);
 }

@@ -6,12 +6,12 @@
 
 namespace tvk {
 
-// Cuts a writable path at "/" as it goes, one component ahead. Empty components vanish.
+// Splits a writable path by replacing each "/" with a terminator, one component ahead. Empty components are skipped.
 class Components {
 public:
     explicit Components(char *path) : rest_(path), current_(cut()), next_(cut()) {}
 
-    // Null at the end.
+    // Both return null behind the last component.
     char *current() const { return current_; }
     char *next() const { return next_; }
     bool is_last() const { return next_ == nullptr; }
@@ -39,7 +39,7 @@ private:
     char *next_;
 };
 
-// The last component of a writable path, which ends behind it; null when there is none.
+// Returns the last component of a writable path, from which it cuts trailing slashes; null when there is none.
 inline char *last_component(char *path) {
     std::size_t length = std::strlen(path);
     while (length > 0 && path[length - 1] == '/') {

@@ -1,5 +1,5 @@
-// Questions about the request and its state. A null state record, or one without a request, answers as one with no
-// flags set and a request that neither reads nor adds.
+// Questions about the request and its state. A context without a state record has no flag set, and one without a
+// request neither reads nor adds.
 #ifndef TVK_MAP_INTERNAL_REQUEST_H
 #define TVK_MAP_INTERNAL_REQUEST_H
 
@@ -41,7 +41,7 @@ inline bool is_working_on_keys(tvk_map_ctx ctx) {
     return ctx->state != nullptr && ctx->state->list_key_state != 0;
 }
 
-// Names the node, key or value that a request fails at.
+// Records the node, key or value at which a request fails.
 inline void set_error_node_tag(tvk_map_ctx ctx, const char *text) {
     if (ctx->state != nullptr) {
         replace(ctx->state->error_node_tag, copy_text(text, "TVK MAP"));

@@ -1,4 +1,4 @@
-// Single steps of a search: a child by tag and value, a value along a path.
+// Finding a child by tag and value, and a value along a path.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -20,14 +20,14 @@ qerrno tvk_map_datatree_get_subtree(const struct qidl_tvk_datatree *parent, cons
         if (child.tag == nullptr) {
             return TVK_ERR_INVALID;
         }
-        // Values tell apart more children than tags do, and not all children have one.
+        // The value is compared first: values tell apart more children than tags do, and not all children have one.
         if (data != nullptr && !(has(child, TVK_HAS_DATA) && same_text(child.data, data))) {
             continue;
         }
         if (!same_text(child.tag, tag)) {
             continue;
         }
-        // By tag alone the first child decides, and it must be of the namespace.
+        // Without a value the first child of the tag decides, and it must be of the namespace.
         if (data == nullptr && ns != nullptr && !same_text(child.ns, ns)) {
             return TVK_ERR_INVALID;
         }
@@ -47,7 +47,8 @@ bool carries_value(const Node &node, const char *value) {
 
 enum class Step { kValueMet, kGoOn, kNoTag };
 
-// Looks at all children of the tag: the last one is descended to, the first one with the value ends the search.
+// Looks at the children of this tag. The first one with the value ends the search; without one, node becomes the last
+// of them.
 Step step_down(const Node *&node, const char *tag, const char *value) {
     const Node *next = node;
     for (const Node &child : children(*node)) {

@@ -1,4 +1,4 @@
-// List entries told apart by their key leaf.
+// Finding and adding list entries by their key leaf.
 #include "tvk_map_common/index/candidates.h"
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
@@ -22,7 +22,7 @@ bool carries_key(const Node &entry, const KeyText &key) {
     return false;
 }
 
-// The entries that a search looks at: all where each is logged.
+// Returns the entries that a search looks at. A search that logs its steps looks at all of them.
 EntryCandidates<Node> candidates(tvk_map_ctx ctx, Node &parent, const char *list_name, const KeyText &key,
                                  bool is_logged) {
     return {ctx, parent, list_name, {&key, is_logged ? 0u : 1u}};
@@ -33,7 +33,8 @@ bool is_named(const Node &entry, const char *list_name, const char *ns) {
            same_text(entry.ns, ns);
 }
 
-// Keys tell apart more entries than names do. Where each step is logged, each is made, in its order.
+// Keys are compared before names, because they tell apart more entries. A search that logs its steps compares them in
+// the order of the messages, names first.
 Node *find_entry(tvk_map_ctx ctx, Node &parent, const char *list_name, const char *ns, const KeyText &key) {
     const bool is_logged = is_tracing(ctx);
     auto entries = candidates(ctx, parent, list_name, key, is_logged);
@@ -73,7 +74,7 @@ qerrno tvk_map_datatree_add_list_node(tvk_map_ctx ctx, struct qidl_tvk_datatree 
     Node *added = nullptr;
     if (!has(*parent, TVK_HAS_SUBTREES)) {
         TVK_TRC(ctx, "Adding a new list node '%s'", list_name);
-        // Unlike the later ones, the first entry is not numbered.
+        // The first entry is not numbered; later ones are.
         status = tvk_map_datatree_add_subtree_flagged(ctx, parent, list_name, ns, nullptr, nullptr, &added, 0, 0);
     } else if (added = find_entry(ctx, *parent, list_name, ns, {key_name, key_value}); added == nullptr) {
         TVK_TRC(ctx, "Adding a new list node.");
@@ -121,7 +122,7 @@ int tvk_map_is_list_node_already_present(tvk_map_ctx ctx, struct qidl_tvk_datatr
     }
     auto entries = candidates(ctx, *reached, nullptr, {key_name, key_value}, is_tracing(ctx));
     while (const Node *child = entries.next()) {
-        // An entry without children ends the search: what stands behind it is not seen.
+        // An entry without children ends the search; the entries behind it are not looked at.
         if (!has(*child, TVK_HAS_SUBTREES)) {
             return 0;
         }

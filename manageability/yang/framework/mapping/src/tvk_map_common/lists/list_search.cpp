@@ -1,3 +1,4 @@
+// The search for a list entry, and the place of a new one.
 #include "tvk_map_common/lists/list_search.h"
 
 #include "tvk_map_common/datatree/platform_exclusions.h"
@@ -9,7 +10,8 @@ namespace tvk {
 
 namespace {
 
-// Adding a path goes on below the last numbered child where a search takes the first.
+// Returns whether adding a path would go on below this child, the first of its tag, as a search does. Adding prefers a
+// child without a number, and takes the last of the numbered ones.
 bool is_entered_by_additions(const Node &child) {
     return child.subtree_index == 0 && has(child, TVK_HAS_TAG) && has(child, TVK_HAS_NS);
 }

@@ -18,21 +18,22 @@ struct ListKey {
     char *ns;
 };
 
-// Goes from node down to the parent of the last component's entries; false when it does not come there. Node is then
-// the last one reached. is_plain says whether adding the path would have gone the same way.
+// Walks from node down to the parent of the entries that the last component names. Returns false when it does not get
+// there; node is then the last one reached. On success is_plain says whether adding the path would have gone the same
+// way.
 bool walk_to_list(tvk_map_ctx ctx, const Node *&node, Components &components, const char *ns, bool &is_plain);
 
 class ListSearch {
 public:
     ListSearch(tvk_map_ctx ctx, const Node *root, const ListKey &key);
 
-    // False when the path could not be copied; nothing was searched then.
+    // Returns false when the path could not be copied and nothing was searched.
     bool was_made() const { return path_ != nullptr; }
-    // Null when it is not there.
+    // Returns the entry found, or null.
     const Node *entry() const { return entry_; }
 
-    // Where a new entry is to be appended, and its key leaf added to it, when adding the list's path and then the
-    // key's would do no more than that; else null. An index has to know that no sibling would get the key instead.
+    // Returns the parent to which a new entry with its key leaf may be appended directly; null when adding the list's
+    // path and then the key's would do more than that. An index has to know that no sibling would get the key instead.
     Node *place_for_entry() const;
     const char *entry_name() const { return components_->current(); }
 

@@ -39,7 +39,7 @@ qerrno tvk_map_iterate_list(tvk_map_ctx ctx, const struct qidl_tvk_datatree **no
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    // Only a path that goes on behind its last component has to be cut, and copied for that.
+    // Only a path with "/" at its end has to be cut, and is copied for that.
     std::unique_ptr<char, decltype(&std::free)> copy{nullptr, &std::free};
     if (list_path[0] != '\0' && list_path[std::strlen(list_path) - 1] == '/') {
         copy.reset(strdup(list_path));
@@ -70,7 +70,8 @@ namespace tvk {
 
 namespace {
 
-// The entry and its key by one path each. key_path has room for the path of the key leaf.
+// Adds the entry and its key leaf by one path each. key_path is a buffer of size bytes, enough for the path of the key
+// leaf.
 qerrno add_paths(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey &key, char *key_path,
                  std::size_t size) {
     Node *added = nullptr;
@@ -79,8 +80,8 @@ qerrno add_paths(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey 
     if (added != nullptr) {
         *entry = added;
     }
-    // Any other failure is met again by the key leaf. Without memory that could make the entry after all, but as one
-    // that is not told apart from its siblings: their keys would land in it.
+    // Adding the key leaf meets any other failure again. After a lack of memory it could make the entry after all, but
+    // one without a number, in which the keys of its siblings would land.
     if (entry_status == TVK_ERR_NO_MEMORY) {
         return entry_status;
     }
@@ -91,7 +92,7 @@ qerrno add_paths(tvk_map_ctx ctx, Node *root, const Node **entry, const ListKey 
     return tvk_map_datatree_add_path_flagged(ctx, root, key_path, key.ns, key.value, nullptr, nullptr, 0, 0);
 }
 
-// The same, where the search has shown that the paths lead there.
+// Adds the entry and its key leaf below parent, once the search has shown that the paths would lead there.
 qerrno add_directly(tvk_map_ctx ctx, Node &parent, const char *name, const Node **entry, const ListKey &key) {
     Node *added = nullptr;
     const qerrno status =

@@ -1,4 +1,4 @@
-// Adding a path where the request stands: under its filter, below the list entry that it is in (placement.h).
+// Adding a path through the filter of the request and at the position of the request (placement.h).
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -20,8 +20,8 @@ bool selected_by_filter(tvk_map_ctx ctx, const char *path, int append, int flags
     return !asked || tvk_map_dfs_filter_schema(ctx, ctx->state->datatree, path, append) == 1;
 }
 
-// The path of a pending error node is what the request reports instead of the walk's position. Returns the former
-// one, which path may be a part of.
+// Makes path the error path when an error node is pending; the request then reports it instead of the walk's position.
+// Returns the former error path, because path may be part of it.
 NamedString take_error_node(tvk_map_ctx ctx, const char *path) {
     if ((build_flags(ctx) & TVK_BUILD_ERROR_NODE) == 0) {
         return nullptr;

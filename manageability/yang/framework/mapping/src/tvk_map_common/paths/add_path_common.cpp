@@ -1,4 +1,4 @@
-// Adding a path without regard to where the request stands.
+// Adding a path below a node, whatever the position of the request.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/owned.h"
@@ -13,7 +13,7 @@ namespace {
 
 constexpr char kOperation[] = "tvk_map_datatree_add_path_common_flagged";
 
-// What the last node of the path gets, and how.
+// The contents of the last node of the path, and the way in which it is added.
 struct LastNode {
     const char *ns;
     const char *data;
@@ -40,7 +40,8 @@ public:
                 return status;
             }
             current_ = reached;
-            // What holds the mode or the links of a bundle takes over as target: they go into it, not beside it.
+            // The node above the mode or the links of a bundle becomes the target, so that they go into it and not
+            // beside it.
             if (target_ && (same_text(components.next(), "mode") || same_text(components.next(), "links"))) {
                 target_ = ChildReference{parent, static_cast<std::size_t>(reached - parent.subtrees)};
             }
@@ -62,7 +63,7 @@ private:
         return to_target ? *target_.get() : *current_;
     }
 
-    // Leaves reached null when the node is one that is left out.
+    // Adds a node of the path before the last one. reached stays null when the platform leaves this node out.
     qerrno add_intermediate(Node &parent, const char *component, Node *&reached) {
         const Node *template_node = (last_.flags & TVK_ADD_TEMPLATE_ON_PATH) != 0 ? last_.template_node : nullptr;
         return tvk_map_datatree_add_subtree_flagged(ctx_, &parent, component, last_.ns, nullptr, template_node,

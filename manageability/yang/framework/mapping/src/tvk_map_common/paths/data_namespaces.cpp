@@ -1,4 +1,4 @@
-// Namespaces of the values that nodes carry: an identity belongs to the model that defines it.
+// Namespaces of values: an identity belongs to the model that defines it.
 #include <functional>
 #include <utility>
 
@@ -15,7 +15,7 @@ namespace {
 
 constexpr char kAddingDataNs[] = "tvk_map_datatree_add_data_ns";
 
-// The node at path, whose first component is the tag of tree itself and which has at least one more; null when the
+// Returns the node at a path of at least two components, the first of which is the tag of tree itself; null when the
 // path leaves the tree or meets a child without a tag.
 const Node *find_absolute(tvk_map_ctx ctx, const Node &tree, Components components) {
     const Node *node = &tree;
@@ -51,13 +51,13 @@ qerrno attach_data_ns(tvk_map_ctx ctx, Node &node, const char *path, const char 
         TVK_ERR_AS(kAddingDataNs, ctx, "Failed to copy data ns");
         return TVK_ERR_NO_MEMORY;
     }
-    // A former value is left to whoever else holds it.
+    // A former namespace is not released: somebody else may hold it.
     node.data_ns = copy.release();
     set_present(node, TVK_HAS_DATA_NS);
     return TVK_OK;
 }
 
-// Reads and deletes name leaves without a value.
+// Returns whether the node may lack a value: reads and deletes name leaves without one.
 bool needs_no_value(tvk_map_ctx ctx, const Node &node) {
     return !has(node, TVK_HAS_DATA) && (is_read_request(ctx) || is_delete(node));
 }

@@ -1,3 +1,4 @@
+// Finding the interface configuration that takes the parts of a bundle.
 #include "tvk_map_common/paths/interface_placement.h"
 
 #include <algorithm>
@@ -13,7 +14,8 @@ constexpr char kConfiguration[] = "interface-configuration";
 constexpr char kName[] = "interface-name";
 constexpr char kVirtual[] = "interface-virtual";
 
-// Whether "0" follows the first "." of an interface name, up to white space. Something must stand before the dot.
+// Returns whether "0" follows the first "." of an interface name, up to white space. Something must stand before the
+// dot.
 bool is_subinterface_0(const char *interface_name) {
     constexpr char kWhiteSpace[] = " \t\n\v\f\r";
     const char *dot = std::strchr(interface_name, '.');
@@ -28,7 +30,7 @@ bool is_target(tvk_map_ctx ctx, const Node &configuration) {
     const auto leaves = children(configuration);
     const bool is_virtual =
         std::any_of(leaves.begin(), leaves.end(), [](const Node &leaf) { return same_text(leaf.tag, kVirtual); });
-    // A value is taken as it stands, whatever its presence bit says.
+    // The value counts as it stands, whatever its presence bit says.
     return is_virtual && std::any_of(leaves.begin(), leaves.end(), [ctx](const Node &leaf) {
                return same_text(leaf.tag, kName) && same_text(leaf.data, ctx->intf_name) &&
                       is_subinterface_0(leaf.data);

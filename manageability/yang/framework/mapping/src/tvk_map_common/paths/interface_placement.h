@@ -1,4 +1,4 @@
-// Where the parts of a bundle belong that is configured on subinterface 0.
+// The place for the parts of a bundle that is configured on subinterface 0.
 #ifndef TVK_MAP_PATHS_INTERFACE_PLACEMENT_H
 #define TVK_MAP_PATHS_INTERFACE_PLACEMENT_H
 
@@ -23,9 +23,9 @@ private:
     std::size_t position_ = 0;
 };
 
-// While the context's intf_config_flag is 1 and component is "interface-configuration": the child of current of that
-// name that is virtual, is called intf_name and is subinterface 0. Finding it takes the flag back. False, and target
-// as it was, when there is none.
+// Finds the child of current that is named "interface-configuration", is virtual, is called intf_name and is
+// subinterface 0; a replace must not have removed it. Searches only while the context's intf_config_flag is 1 and
+// component is that name. Clears the flag when it finds the child; else returns false and leaves target as it was.
 bool find_interface_target(tvk_map_ctx ctx, Node &current, const char *component, ChildReference &target);
 
 }  // namespace tvk

@@ -13,7 +13,7 @@ namespace tvk {
 
 namespace {
 
-// How tvk_map_datatree_update_namespace treats the nodes along its path.
+// The modes of tvk_map_datatree_update_namespace.
 constexpr int kStampAll = 0;
 constexpr int kStampLastOnly = 1;
 
@@ -21,7 +21,8 @@ NamedString copy_ns(const char *ns) {
     return copy_text(ns, "TVK MAP update namespace");
 }
 
-// The old namespace goes even when there is no new one: a node never shows one that it should no longer have.
+// Puts another namespace into a node; returns false when copy is null. The old one is released in any case, because a
+// node must never show a namespace that it should no longer have.
 bool put_ns(Node &node, NamedString copy) {
     release(node.ns);
     set_absent(node, TVK_HAS_NS);
@@ -44,7 +45,7 @@ class NamespaceWalk {
 public:
     NamespaceWalk(tvk_map_ctx ctx, Node &tree, char *ns, int mode) : ctx_(ctx), node_(&tree), ns_(ns), mode_(mode) {}
 
-    // False when a namespace could not be copied: the walk ends at once then.
+    // Walks along path. Returns false and ends the walk when a namespace could not be copied.
     bool run(char *path) {
         Components components{path};
         do {
@@ -65,8 +66,8 @@ public:
     }
 
 private:
-    // A component that names no child is passed over: the next one is searched among the same children. The count
-    // alone says whether there are any, not the presence bit.
+    // Takes one component. When it names no child, the next one is searched among the same children. The count alone
+    // says whether there are any, not the presence bit.
     bool take(const char *component) {
         TVK_TRC_AS(kStamping, ctx_, "Checking - '%s'", shown(component));
         last_children_ = node_->subtrees;
@@ -95,7 +96,7 @@ private:
         TVK_TRC_AS(kStamping, ctx_, "freeing old ns %p", static_cast<void *>(child.ns));
         NamedString copy = copy_ns(ns_);
         if (is_part_of(ns_, child.ns)) {
-            kept_.reset(std::exchange(child.ns, nullptr));  // it is still to be given to others
+            kept_.reset(std::exchange(child.ns, nullptr));  // it holds ns_, which other nodes still get
         }
         if (!put_ns(child, std::move(copy))) {
             TVK_ERR_AS(kStamping, ctx_, "Failed to update ns!");
@@ -154,7 +155,7 @@ qerrno tvk_map_datatree_update_namespace(tvk_map_ctx ctx, const struct qidl_tvk_
         TVK_ERR(ctx, "NULL argument(s) passed!");
         return TVK_ERR_INVALID;
     }
-    // A path that does not fit leaves an empty one, which matches nothing.
+    // A path that does not fit leaves working_path empty, which matches nothing.
     char working_path[TVK_MAP_MAX_PATH];
     tvk_strcpy_s(__func__, working_path, sizeof working_path, path);
     NamespaceWalk walk{ctx, const_cast<Node &>(*tree), ns, mode};

@@ -1,4 +1,4 @@
-// Asking for the children of the node at a path.
+// Questions about the children of the node at a path.
 #include <cstring>
 
 #include "tvk_map_common/internal/assertion.h"
@@ -31,8 +31,8 @@ qerrno find_last_child(tvk_map_ctx ctx, Node *tree, const char *path, Node **out
     return TVK_OK;
 }
 
-// Descends from node to the child that the next component names; node stays when there is none. False when a child
-// without a tag comes first.
+// Descends from node to the child that the next component names; node stays when there is none. Returns false when a
+// child without a tag comes first.
 bool descend(const Node *&node, const char *next) {
     for (const Node &child : children(*node)) {
         if (!has(child, TVK_HAS_TAG) || child.tag == nullptr) {
@@ -67,7 +67,7 @@ qerrno count_children(tvk_map_ctx ctx, const Node *node, Components components, 
             return TVK_ERR_NOT_FOUND;
         }
     }
-    // The last component is not compared: where it matched nothing, this is still the node above it.
+    // The last component is not compared. When it matched no child, node is still the one above it.
     TVK_TRC_AS(kCounting, ctx, "Checking subtrees of a last node '%s'", components.current());
     *count = has(*node, TVK_HAS_SUBTREES) ? static_cast<uint32_t>(node->subtree_count) : 0;
     return TVK_OK;

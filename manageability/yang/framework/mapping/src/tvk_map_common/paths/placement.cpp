@@ -1,3 +1,4 @@
+// Choosing the place of a path, and trimming the path to it.
 #include "tvk_map_common/paths/placement.h"
 
 #include <cstring>

@@ -1,4 +1,4 @@
-// Where a path goes that is added: below the pending list entry, below the output entry, or where it says.
+// The place of a path that is added: below the pending list entry, below the output entry, or where the path says.
 #ifndef TVK_MAP_PATHS_PLACEMENT_H
 #define TVK_MAP_PATHS_PLACEMENT_H
 
@@ -14,12 +14,12 @@ struct Place {
     int flags;
 };
 
-// Leads place to where the request stands. TVK_ERR_NOT_FOUND when the path does not lie in the entry that it should be
-// added in.
+// Moves place to the position of the request. Returns TVK_ERR_NOT_FOUND when the path does not lie in the entry in
+// which it should be added.
 qerrno choose_place(tvk_map_ctx ctx, Place &place);
 
-// True when a path that is added now goes where it says, without being filtered, led elsewhere, recorded, taken as the
-// error path or logged: whoever has found the place may then add the nodes there.
+// Returns whether a path that is added now goes where it says: it is not filtered, led elsewhere, recorded, taken as
+// the error path or logged. A caller that knows the place may then add the nodes there itself.
 bool goes_where_it_says(tvk_map_ctx ctx);
 
 }  // namespace tvk

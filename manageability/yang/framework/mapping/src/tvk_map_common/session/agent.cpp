@@ -1,3 +1,4 @@
+// The agent that sent a request, and its wish for defaults.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/request.h"

@@ -1,3 +1,4 @@
+// The backend session of a request, and its connections.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_session.h"

@@ -1,4 +1,4 @@
-// Small pieces of walk state: the list that the walk is in, the root of the response.
+// The list that the walk is in, and the root of the response tree.
 #include <algorithm>
 #include <cstring>
 

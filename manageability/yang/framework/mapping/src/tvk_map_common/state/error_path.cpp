@@ -1,4 +1,4 @@
-// The place in the OpenConfig model where a request failed.
+// The error path: the place in the OpenConfig model at which a request failed.
 #include <algorithm>
 
 #include "tvk_map_common/internal/assertion.h"
@@ -11,7 +11,7 @@ namespace tvk {
 
 namespace {
 
-// The path being built. Appends stop at the first that does not fit.
+// Appends texts to a path. After the first one that does not fit nothing more is appended.
 class ErrorPath {
 public:
     ErrorPath(const char *caller, char *buffer) : caller_(caller), buffer_(buffer) {}
@@ -97,10 +97,11 @@ qerrno tvk_oc_error_path_list_append(char *buffer, const struct qidl_tvk_datatre
     ErrorPath path{__func__, buffer};
     path << "ns1:" << node->tag;
     bool has_keys = false;
-    // The count alone says whether there are children, not the presence bit.
+    // The count alone decides; the presence bit does not matter.
     for (const Node &child : child_array(node->subtrees, node->subtree_count)) {
         if (is_key(child)) {
-            // A key without data drops the whole path: half a predicate would name another entry.
+            // Appending a key without data fails, which drops the whole path: half a predicate would name another
+            // entry.
             path << (has_keys ? " and " : "[") << child.tag << " = '" << child.data << "'";
             has_keys = true;
         }

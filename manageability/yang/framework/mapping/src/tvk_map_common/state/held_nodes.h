@@ -1,4 +1,4 @@
-// The nodes that the request state holds for additions, wherever they move.
+// Keeping the pointers to nodes in the request state valid when a child array moves.
 #ifndef TVK_MAP_STATE_HELD_NODES_H
 #define TVK_MAP_STATE_HELD_NODES_H
 
@@ -10,7 +10,7 @@
 
 namespace tvk {
 
-// Watches a child array that is about to grow or shrink.
+// Remembers where a child array stood before it grew or shrank.
 class WatchedArray {
 public:
     explicit WatchedArray(std::span<const Node> children)
@@ -18,7 +18,7 @@ public:
 
     bool is_at(const Node *array) const { return reinterpret_cast<std::uintptr_t>(array) == begin_; }
 
-    // The array stands at another place now: what the state holds of it follows.
+    // Redirects the pointers that the state holds into the array to its new place.
     void moved(tvk_map_request_state &state, Node *to) const {
         follow(state.pending_list_node, to);
         follow(state.xpath_attachment, to);

@@ -8,7 +8,8 @@ namespace tvk {
 
 namespace {
 
-// Writes parent_path, "/" and tag. What does not fit is left out and logged; the level is good for all but its path.
+// Writes the parent's path, "/" and tag. A part that does not fit is left out and logged; only the path of the level
+// suffers.
 void build_path(tvk_map_ctx ctx, char *path, const tvk_map_hierarchy_level *parent, const char *tag) {
     constexpr char kCaller[] = "tvk_map_add_to_node_hierarchy";
     if (parent == nullptr) {
@@ -25,7 +26,8 @@ void build_path(tvk_map_ctx ctx, char *path, const tvk_map_hierarchy_level *pare
 
 constexpr char kLeaving[] = "tvk_map_remove_from_node_hierarchy";
 
-// An output entry that was made at this container level ends with it. Only the last entry can be that.
+// Drops the output entry that was made at this container level, because it ends with the level. Only the last entry can
+// be of this level.
 void drop_output_entry(tvk_map_ctx ctx, const char *path) {
     const tvk_map_request_state &state = *ctx->state;
     if (state.output_list_count == 0) {
@@ -49,7 +51,7 @@ qerrno tvk_map_add_to_node_hierarchy(tvk_map_ctx ctx, struct qidl_tvk_datatree *
         return TVK_ERR_INVALID;
     }
     tvk_map_request_state &state = *ctx->state;
-    // Before the room is tested, and whatever the operation's presence bit says.
+    // A create is recorded even when the stack is full, and whatever the presence bit of the operation says.
     if ((kind == TVK_LEVEL_CONTAINER || kind == TVK_LEVEL_LIST) && node->operation == TVK_OPERATION_CREATE) {
         state.create_node = node;
         state.create_operation = TVK_OPERATION_CREATE;

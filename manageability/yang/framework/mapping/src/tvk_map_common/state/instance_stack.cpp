@@ -26,7 +26,7 @@ T *allocate(const char *tag) {
     return static_cast<T *>(kel_named_calloc_(1, sizeof(T), tag, 0));
 }
 
-// An item without nodes is only unlinked: whoever made it may still hold it.
+// Releases an unlinked item. An item without nodes is not released: its maker may still hold it.
 void release_item(tvk_map_ctx ctx, tvk_map_itree_item *item) {
     if (item->nodes == nullptr) {
         return;
@@ -49,7 +49,7 @@ bool push(tvk_map_ctx ctx, const tvk_map_itree_item &contents) {
     TVK_ASSERT(stack == nullptr || stack->item_count < TVK_MAP_MAX_ITREE_ITEMS,
                "ctx->state->itree_stack->item_count < TVK_MAP_MAX_ITREE_ITEMS", kCommonSource,
                "qerrno tvk_map_util_itree_stack_push(tvk_map_ctx, struct qidl_tvk_datatree *, uint32_t, uintptr_t)");
-    // An empty stack record never stays: a new one is kept only once it has its item.
+    // A new stack record is kept only once it has its item, so that no empty one stays.
     NamedBlock<tvk_map_itree_stack> new_stack{stack == nullptr ? allocate<tvk_map_itree_stack>(kTag) : nullptr};
     tvk_map_itree_stack *target = stack != nullptr ? stack : new_stack.get();
     auto *item = target != nullptr ? allocate<tvk_map_itree_item>(kTag) : nullptr;
@@ -58,7 +58,7 @@ bool push(tvk_map_ctx ctx, const tvk_map_itree_item &contents) {
     }
     *item = contents;
     target->items[target->item_count++] = item;
-    static_cast<void>(new_stack.release());  // it is the state's now
+    static_cast<void>(new_stack.release());  // the state owns it now
     stack = target;
     return true;
 }

@@ -1,4 +1,4 @@
-// The list entries of the output tree below which path adding places paths.
+// The output list: the list entries of the output tree below which paths are added.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/owned.h"

@@ -1,3 +1,4 @@
+// Recording the paths that are added, so that none is added twice.
 #include "tvk_map_common/state/path_record.h"
 
 #include <algorithm>
@@ -20,7 +21,7 @@ bool is_covered(const tvk_map_request_state &state, const char *path) {
                        [path](const char *recorded) { return one_begins_with_the_other(path, recorded); });
 }
 
-// A path of one component has no "/" to cut at and stays whole.
+// Cuts the last component off a path. A path of one component has no "/" and stays whole.
 void cut_last_component(char *path) {
     if (char *last_separator = std::strrchr(path, '/'); last_separator != nullptr) {
         *last_separator = '\0';
@@ -59,7 +60,8 @@ bool tvk_map_is_path_present(tvk_map_ctx ctx, const char *path, char *working_pa
 
 qerrno tvk_map_clear_xpath_ctx(tvk_map_ctx ctx) {
     if (ctx != nullptr && ctx->state != nullptr) {
-        // The slots behind those in use are zero already. All of them are 50 kB, and this is done for each list left.
+        // Only the slots in use are cleared. The others are zero already, all of them take 50 kB, and this runs for
+        // each list that is left.
         const std::uint32_t used = std::min<std::uint32_t>(ctx->state->path_record_count, TVK_MAP_MAX_RECORDED_PATHS);
         std::memset(ctx->state->path_record, 0, used * sizeof ctx->state->path_record[0]);
         ctx->state->path_record_count = 0;

@@ -4,8 +4,8 @@
 
 #include "tvk_map_types.h"
 
-// Records path, and cuts working_path (a writable copy of it) as the mode says. True when nothing is to be added: the
-// path is covered already or cannot be recorded. Always false while recording is off.
+// Records path and cuts working_path, a writable copy of it, as the mode says. Returns true when nothing is to be
+// added, because the path is covered already or cannot be recorded. Returns false while recording is off.
 bool tvk_map_is_path_present(tvk_map_ctx ctx, const char *path, char *working_path);
 
 #endif

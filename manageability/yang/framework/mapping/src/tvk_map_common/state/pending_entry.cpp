@@ -29,8 +29,7 @@ void move_string(char *&slot, char *&pending) {
 
 }  // namespace
 
-// An output entry without its level's path could not be dropped with that level, so a path that cannot be copied is
-// a failure.
+// A path that cannot be copied is a failure: without it the output entry could not be dropped together with its level.
 qerrno tie_pending_entry_to_level(tvk_map_request_state &state) {
     if (state.hierarchy_depth == 0) {
         return TVK_OK;
@@ -41,14 +40,14 @@ qerrno tie_pending_entry_to_level(tvk_map_request_state &state) {
         return TVK_ERR_NO_MEMORY;
     }
     release_hierarchy_path(state);
-    // A level of no kind drops no entry, and its path would have no owner.
+    // A level of kind 0 drops no entry, and nobody would own its path.
     state.pending_hierarchy_path = level.kind != 0 ? path.release() : nullptr;
     state.pending_hierarchy_kind = level.kind;
     return TVK_OK;
 }
 
 void move_pending_entry(tvk_map_request_state &state, tvk_map_output_entry &slot) {
-    // Without a kind the path is one that a failed stitching has released.
+    // A path of kind 0 was released by a stitching that failed.
     if (state.pending_hierarchy_kind == 0) {
         state.pending_hierarchy_path = nullptr;
     }
@@ -82,7 +81,7 @@ qerrno tvk_map_copy_trim_path_list_ctx(tvk_map_ctx ctx, const char *path) {
     }
     const std::size_t size = std::strlen(path) + 1;
     trim_path = static_cast<char *>(kel_named_calloc_(1, size, "TVK MAP trim list ctx", 0));
-    // The bounded copy reports a destination that could not be allocated.
+    // The bounded copy also reports a destination that could not be allocated.
     return tvk_strcpy_s(__func__, trim_path, size, path) == 0 ? TVK_OK : TVK_ERR_NOT_FOUND;
 }
 
@@ -108,7 +107,7 @@ qerrno tvk_map_datatree_reset_trim_path_ctx(tvk_map_ctx ctx) {
     tvk_map_request_state &state = *ctx->state;
     state.pending_list_node = nullptr;
     state.pending_trim_path = nullptr;
-    state.pending_hierarchy_path = nullptr;  // not released here: its owner may hold on to it
+    state.pending_hierarchy_path = nullptr;  // its owner may still hold it
     state.pending_hierarchy_kind = 0;
     if (state.output_list_count == 0) {
         return TVK_OK;

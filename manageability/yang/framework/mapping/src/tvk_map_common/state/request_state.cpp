@@ -1,4 +1,4 @@
-// The end of a request: what its state owns goes.
+// The end of a request: releasing what its state owns.
 #include "tvk_map_common/state/request_state.h"
 
 #include "tvk_map_common/index/children_index.h"
@@ -11,7 +11,8 @@ namespace tvk {
 
 namespace {
 
-// Without a message, unlike leaving the levels one by one: nobody is to read about them after the request.
+// Releases the levels of the hierarchy without the messages of leaving them one by one: after the request nobody should
+// read about them.
 void release_levels(tvk_map_request_state &state) {
     for (; state.hierarchy_depth > 0; --state.hierarchy_depth) {
         tvk_map_hierarchy_level &level = state.hierarchy[state.hierarchy_depth - 1];

@@ -13,7 +13,7 @@ namespace {
 constexpr char kIpv4[] = "^(" OCTET "\\." OCTET "\\." OCTET "\\." OCTET ")(%[[:digit:][:alpha:]]+)?$";
 #undef OCTET
 
-// Compiled once for the life of the process; a failed attempt is made again at the next call.
+// The expression is compiled once for the life of the process. After a failed attempt the next call tries again.
 regex_t ipv4_expression;
 bool ipv4_compiled = false;
 

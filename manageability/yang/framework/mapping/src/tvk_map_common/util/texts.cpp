@@ -1,4 +1,4 @@
-// Texts: comparing, searching, cutting at "/", and bit maps.
+// Comparing, searching and splitting texts, and bitmaps.
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -62,7 +62,7 @@ int tvk_map_str_to_array(char *path, char **tokens, uint32_t max_index, uint32_t
     if (path == nullptr || tokens == nullptr || count == nullptr) {
         return 1;
     }
-    // Wide enough for the largest index and one more.
+    // The type is wide enough for the largest index and one more.
     std::int64_t left = std::max<std::int64_t>(static_cast<std::int32_t>(max_index), 0) + 1;
     char *rest = nullptr;
     for (char *token = strtok_r(path, "/", &rest); token != nullptr; token = strtok_r(nullptr, "/", &rest)) {

@@ -1,4 +1,5 @@
-// OpenConfig keys refer to a leaf of the same name inside the entry; both must say the same.
+// The check of leafref keys: an OpenConfig key refers to a leaf of the same name inside the entry, and both must have
+// the same value.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"

@@ -1,4 +1,4 @@
-// Values of nodes that the walk is inside, found by the path of a hierarchy level.
+// Values of nodes at and below a level of the hierarchy, found by the path of the level.
 #include <algorithm>
 #include <array>
 
@@ -10,8 +10,8 @@ namespace tvk {
 
 namespace {
 
-// Calls visit with the node of each hierarchy slot of that path until it answers true. All slots are looked at, the
-// popped ones are without a path.
+// Calls visit with the node of each hierarchy slot of this path until visit returns true. All slots are looked at;
+// popped ones have no path.
 template <typename Visit>
 bool any_level(tvk_map_ctx ctx, const char *path, Visit visit) {
     if (ctx == nullptr || ctx->state == nullptr) {
@@ -27,7 +27,8 @@ bool is_named(const Node &node, const char *tag) {
     return has(node, TVK_HAS_TAG) && same_text(node.tag, tag);
 }
 
-// The first descendant whose tags, level by level, are those given; every branch of those tags is tried.
+// Returns the first descendant that is reached by these tags, level by level, or null. Every branch of these tags is
+// tried.
 template <std::size_t kDepth>
 Node *find_descendant(Node &node, const std::array<const char *, kDepth> &tags, std::size_t depth = 0) {
     for (Node &child : children(node)) {
@@ -62,7 +63,8 @@ qerrno give_value(const Node *node, char **value) {
     return TVK_OK;
 }
 
-// Below a key-only entry the children are not at their node but on the instance-tree stack.
+// Returns the node of this tag on the instance-tree stack, or null. The children of an entry that is named by its keys
+// alone stand there and not at their node.
 Node *find_instance(tvk_map_ctx ctx, const char *tag) {
     tvk_map_itree_item *item = nullptr;
     if (is_propagating(ctx) || is_working_on_keys(ctx)) {
@@ -72,7 +74,7 @@ Node *find_instance(tvk_map_ctx ctx, const char *tag) {
         return nullptr;
     }
     Node *end = item->nodes + item->node_count;
-    // The presence bit of the tag is not looked at here.
+    // The presence bit of the tag does not matter here.
     Node *found = std::find_if(item->nodes, end, [tag](const Node &node) { return same_text(node.tag, tag); });
     return found != end ? found : nullptr;
 }

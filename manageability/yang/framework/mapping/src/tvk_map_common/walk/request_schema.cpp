@@ -1,7 +1,7 @@
-// The skeleton of what a request visited.
+// The request schema: a skeleton of the nodes that a request visited.
 //
-// A node that was descended into keeps its parent where other nodes keep attributes, with attribute_count 0, so that
-// nobody follows it as attributes.
+// A node that was descended into keeps its parent in the field attributes. Its attribute_count is 0, so that nobody
+// reads the field as attributes.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/node.h"
 #include "tvk_map_common/internal/owned.h"
@@ -43,7 +43,7 @@ qerrno add_child(tvk_map_ctx ctx, Node &parent, const Node &node, Node *&added) 
 
 qerrno start_schema(tvk_map_ctx ctx, const Node &node) {
     tvk_map_request_state &state = *ctx->state;
-    // They may still be those of a schema that was freed.
+    // The pointers may still lead into a schema that was freed.
     state.req_tree_schema_parent = nullptr;
     state.req_tree_schema_last = nullptr;
     Node *root = make_root();
@@ -61,7 +61,7 @@ qerrno start_schema(tvk_map_ctx ctx, const Node &node) {
     return TVK_OK;
 }
 
-// The child's namespace is compared with the node's tag.
+// Returns whether parent has such a child. The namespace of the child is compared with the tag of node.
 bool is_there_already(const Node &parent, const Node &node) {
     for (const Node &child : children(parent)) {
         if (has(child, TVK_HAS_TAG) && has(child, TVK_HAS_NS) && same_text(child.tag, node.tag) &&
@@ -86,7 +86,7 @@ qerrno tvk_map_add_node_to_req_tree_schema(tvk_map_ctx ctx, const struct qidl_tv
     if (state.req_tree_schema == nullptr) {
         return start_schema(ctx, *node);
     }
-    // A start that failed left a root with nothing below it: that is where to go on.
+    // A start that failed has left a root with nothing below it; the schema then goes on at the root.
     Node &last = state.req_tree_schema_last != nullptr ? *state.req_tree_schema_last : *state.req_tree_schema;
     if (is_there_already(last, *node)) {
         return TVK_OK;

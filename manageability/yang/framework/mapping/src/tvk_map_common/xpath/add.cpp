@@ -1,3 +1,4 @@
+// Adding the missing part of an xpath, step by step.
 #include "tvk_map_common/xpath/add.h"
 
 #include <cstring>
@@ -19,7 +20,7 @@ public:
     bool is_empty() const { return length_ == 0; }
     void clear() { text_[length_ = 0] = '\0'; }
 
-    // A part and its separator are never longer than they were in the path, so they fit.
+    // A part and its separator are no longer than they were in the path, so they fit.
     PathText &operator<<(std::string_view part) {
         std::memcpy(text_ + length_, part.data(), part.size());
         length_ += part.size();
@@ -62,8 +63,8 @@ public:
     Node *attachment() const { return attachment_; }
 
 private:
-    // The plain steps before a keyed one. Behind the first keyed step there may be none, and still they are added: the
-    // path adding has effects of its own.
+    // Adds the plain steps before a keyed one. Behind the first keyed step an empty path is added, too, because adding
+    // a path has effects of its own.
     qerrno add_containers() {
         if (!has_plain_step_) {
             return TVK_OK;
@@ -111,7 +112,7 @@ private:
 
     tvk_map_ctx ctx_;
     const tvk_map_node_operation &record_;
-    // In the request state, where additions below a pending list node above it move it along.
+    // Refers to the request state, if there is one, so that it follows a node that an addition moves.
     Node *&attachment_;
     Node *own_ = nullptr;
     PathText pending_;

@@ -6,8 +6,9 @@
 
 namespace tvk {
 
-// Adds remaining, which is what is missing of the record's path, below the record's result. Its steps are usable.
-// On success the result is the last attachment point, on failure null.
+// Adds remaining, the missing part of the record's path, below the record's result. The steps of remaining must be
+// usable. On success the result becomes the last list entry that was added, if there is one; on failure it becomes
+// null.
 qerrno add_remaining_path(tvk_map_ctx ctx, tvk_map_node_operation &record, const char *remaining);
 
 }  // namespace tvk

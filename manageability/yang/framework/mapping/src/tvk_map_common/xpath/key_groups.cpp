@@ -1,3 +1,4 @@
+// Splitting an xpath into steps, and keyed steps into their keys.
 #include "tvk_map_common/xpath/key_groups.h"
 
 #include <cstring>
@@ -10,8 +11,8 @@ bool is_separator(char c) {
     return c == '[' || c == ']' || c == '=';
 }
 
-// The bracket that closes a keyed step of which separator is the first "/"; null when there is none. A value may hold
-// "/", so the step may go on behind it.
+// Returns the bracket that closes a keyed step, or null. separator is the first "/" of the step: a value may hold "/",
+// so the step may go on behind it.
 const char *find_close(const char *separator) {
     return std::strstr(separator - 1, "]/");
 }
@@ -53,13 +54,13 @@ std::string_view list_name(std::string_view keyed_step) {
 
 namespace {
 
-// Goes through the keys of a keyed step.
+// Iterates over the keys of a keyed step.
 class KeyCursor {
 public:
     explicit KeyCursor(std::string_view keyed_step)
         : at_(keyed_step.data() + keyed_step.find('[')), end_(keyed_step.data() + keyed_step.size()) {}
 
-    // False at the end.
+    // Moves to the next key; returns false at the end.
     bool advance() {
         const char *name = at_;
         while (name != end_ && is_separator(*name)) {
@@ -72,7 +73,7 @@ public:
         while (name_end != end_ && !is_separator(*name_end)) {
             ++name_end;
         }
-        // A name that its bracket closes has no value.
+        // A name directly before its closing bracket has no value.
         const bool has_value = name_end != end_ && *name_end != ']';
         const char *value = has_value ? name_end + 1 : name_end;
         at_ = has_value ? value_end(value) : value;
@@ -97,7 +98,7 @@ private:
     std::string_view value_;
 };
 
-// How many keys a step has; more than there may be when one is too long.
+// Returns the number of keys of a step; more than the limit when a key is too long.
 std::size_t count_keys(std::string_view keyed_step) {
     std::size_t count = 0;
     for (KeyCursor key{keyed_step}; key.advance(); ++count) {
@@ -122,7 +123,7 @@ bool tvk_map_get_key_value_info(std::string_view keyed_step, KeyGroups &keys) {
     return true;
 }
 
-// Only keyed steps can be unusable, so the search is for their brackets: most of a path is never cut.
+// Only keyed steps can be unusable, so the function searches for their brackets and leaves the rest of the path alone.
 bool has_usable_steps(const char *path) {
     const char *open = std::strchr(path, '[');
     while (open != nullptr) {

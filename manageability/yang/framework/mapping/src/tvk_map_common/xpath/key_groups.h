@@ -1,4 +1,4 @@
-// Steps of an xpath and the key groups in them: list[name=value][name=value].
+// The steps of an xpath, and the key groups in them: list[name=value][name=value].
 #ifndef TVK_MAP_XPATH_KEY_GROUPS_H
 #define TVK_MAP_XPATH_KEY_GROUPS_H
 
@@ -11,7 +11,7 @@
 
 namespace tvk {
 
-// Goes through the steps of a path that outlives it. Empty steps vanish.
+// Iterates over the steps of a path, which must outlive it. Empty steps are skipped.
 class Steps {
 public:
     explicit Steps(const char *path) : path_(path), at_(path) { cut(); }
@@ -20,12 +20,13 @@ public:
     bool is_last() const;
     void advance();
 
-    // Where the step begins in the path.
+    // Returns the offset of the step in the path.
     std::size_t offset() const { return static_cast<std::size_t>(at_ - path_); }
-    // The step without the "/" behind it.
+    // Returns the step without the "/" behind it.
     std::string_view text() const { return {at_, length_}; }
     bool is_keyed() const { return keyed_; }
-    // A keyed step must be closed by "]/": what stands behind it would not be told from a key value otherwise.
+    // Returns whether a keyed step lacks the "]/" that closes it. The text behind such a step could not be told from a
+    // key value.
     bool is_open() const { return open_; }
 
 private:
@@ -50,13 +51,14 @@ struct KeyGroups {
     std::span<const KeyGroup> all() const { return {groups, count}; }
 };
 
-// The part of a keyed step before its keys.
+// Returns the part of a keyed step before its keys.
 std::string_view list_name(std::string_view keyed_step);
 
-// Cuts a keyed step into its keys. False when there are too many, or one is too long; keys then holds some of them.
+// Splits a keyed step into its keys. Returns false when there are too many or one is too long; keys then holds some of
+// them.
 bool tvk_map_get_key_value_info(std::string_view keyed_step, KeyGroups &keys);
 
-// Whether every keyed step of a path is closed and can be cut into its keys.
+// Returns whether every keyed step of a path is closed and can be split into its keys.
 bool has_usable_steps(const char *path);
 
 }  // namespace tvk

@@ -1,4 +1,4 @@
-// One operation on the node at an xpath.
+// Operations on the node at an xpath.
 #include <cstring>
 #include <utility>
 
@@ -43,7 +43,8 @@ qerrno add(tvk_map_ctx ctx, tvk_map_node_operation &record) {
         TVK_ERR_AS(kOperation, ctx, "Node already present in the path %s\n", record.xpath);
         return TVK_ERR_PRESENT;
     }
-    // The leading "/" is counted whether the path has one or not: without one, what is left is another path.
+    // One character is skipped as the leading "/", whether the path has one or not. Without one the rest is another
+    // path, and its steps are checked again.
     const char *remaining = record.xpath + search.stop_offset + 1;
     const bool is_usable = record.xpath[0] == '/' || has_usable_steps(remaining);
     if (!is_usable || Steps{remaining}.at_end()) {
@@ -64,7 +65,8 @@ qerrno modify(tvk_map_ctx ctx, tvk_map_node_operation &record, const Node &paren
 }
 
 void read(tvk_map_node_operation &record) {
-    // As it stands, whatever its presence bit says: what the keys of a path are compared with can be read.
+    // The value is read as it stands, whatever its presence bit says, because the keys of a path are compared in the
+    // same way.
     const char *value = record.result->data != nullptr ? record.result->data : "";
     strncpy_s(record.value, sizeof record.value, value, sizeof record.value - 1);
 }

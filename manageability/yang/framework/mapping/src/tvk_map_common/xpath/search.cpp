@@ -1,3 +1,4 @@
+// The search along the steps of an xpath.
 #include "tvk_map_common/xpath/search.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ namespace {
 // A name cut from a path, with a terminator of its own.
 class Name {
 public:
-    // No step is longer than the path that it stands in.
+    // Every step fits: none is longer than the path that it stands in.
     explicit Name(std::string_view name) {
         std::memcpy(text_, name.data(), name.size());
         text_[name.size()] = '\0';
@@ -25,7 +26,8 @@ private:
     char text_[TVK_MAP_MAX_PATH];
 };
 
-// The first child of that name; TVK_ERR_NOT_FOUND when a child without a tag comes first.
+// Finds the first child of this name. Returns TVK_ERR_NOT_FOUND when a child without a tag comes first, and
+// TVK_ERR_NOT_PRESENT when there is no such child.
 qerrno find_child(tvk_map_ctx ctx, Node &node, const char *name, Node *&found) {
     Node *child = first_of_tag(ctx, node, name);
     if (child == nullptr) {
@@ -38,14 +40,14 @@ qerrno find_child(tvk_map_ctx ctx, Node &node, const char *name, Node *&found) {
     return TVK_OK;
 }
 
-// The entry's children are looked through without an index: making one could push out that of the list.
+// The children of the entry are searched without an index, because making one could push out that of the list.
 qerrno compare_keys(Node &entry, const KeyGroups &keys) {
     for (const KeyGroup &key : keys.all()) {
         Node *leaf = nullptr;
         if (const qerrno status = find_child(nullptr, entry, key.name, leaf); status != TVK_OK) {
             return status;
         }
-        // The value as it stands, whatever its presence bit says.
+        // The value counts as it stands, whatever its presence bit says.
         if (!same_text(leaf->data, key.value)) {
             return TVK_ERR_NOT_PRESENT;
         }
@@ -53,7 +55,7 @@ qerrno compare_keys(Node &entry, const KeyGroups &keys) {
     return TVK_OK;
 }
 
-// Whatever the presence bit of the operation says.
+// Returns whether the entry is deleted or removed, whatever the presence bit of the operation says.
 bool is_going(const Node &entry) {
     return entry.operation == TVK_OPERATION_DELETE || entry.operation == TVK_OPERATION_REMOVE;
 }
@@ -71,7 +73,7 @@ qerrno find_entry(tvk_map_ctx ctx, Node &node, std::string_view step, bool addin
         if (entry->tag == nullptr) {
             return TVK_ERR_NOT_FOUND;
         }
-        // Keys tell apart more entries than names do.
+        // The keys are compared before the name, because they tell apart more entries.
         const qerrno status = compare_keys(*entry, keys);
         if (status != TVK_ERR_NOT_PRESENT && std::strcmp(entry->tag, name.get()) == 0 &&
             !(adding && is_going(*entry))) {
@@ -88,7 +90,7 @@ qerrno find_step(tvk_map_ctx ctx, Node &node, const Steps &steps, const tvk_map_
         return find_entry(ctx, node, steps.text(), adding, found);
     }
     const bool wants_new_instance = adding && record.kind == TVK_XPATH_LEAF_INSTANCE && steps.is_last();
-    // A child without a tag is no different from none here.
+    // A child without a tag counts as none here.
     const bool is_there = find_child(ctx, node, Name{steps.text()}.get(), found) == TVK_OK;
     return is_there && !wants_new_instance ? TVK_OK : TVK_ERR_NOT_PRESENT;
 }
@@ -101,7 +103,7 @@ qerrno tvk_map_search_subtree_node(XpathSearch &search) {
     Node *node = record.root;
     Steps steps{path};
     if (steps.at_end()) {
-        record.result = nullptr;  // root is not what such a path means, and no place to add to
+        record.result = nullptr;  // an empty path names no node and gives no place to add to
         return TVK_ERR_INVALID;
     }
     qerrno status = TVK_OK;

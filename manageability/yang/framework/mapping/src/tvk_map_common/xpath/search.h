@@ -11,14 +11,15 @@ namespace tvk {
 
 struct XpathSearch {
     tvk_map_node_operation *record;
-    std::uint16_t stop_offset;  // of the first step that was not found, behind the path's leading "/"
+    std::uint16_t stop_offset;  // offset of the first step that was not found, behind the path's leading "/"
     tvk_map_ctx ctx;
-    Node *parent = nullptr;  // of the node found
+    Node *parent = nullptr;  // parent of the node found
 };
 
-// Searches the node of search.record, whose steps are usable. Returns TVK_OK with the node as the record's result;
-// TVK_ERR_NOT_PRESENT, TVK_ERR_NOT_FOUND at a child without a tag: the result is then the deepest node reached when
-// the record adds, else null; TVK_ERR_INVALID for a path without steps: the result is null.
+// Searches the node at the xpath of search.record, whose steps must be usable, and puts it into the record's result.
+// Returns TVK_OK when it is found. Returns TVK_ERR_NOT_PRESENT when it is not there, and TVK_ERR_NOT_FOUND at a child
+// without a tag; the result is then the deepest node reached when the record adds, else null. Returns TVK_ERR_INVALID
+// with a null result for a path without steps.
 qerrno tvk_map_search_subtree_node(XpathSearch &search);
 
 }  // namespace tvk

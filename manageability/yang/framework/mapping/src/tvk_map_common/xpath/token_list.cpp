@@ -1,4 +1,4 @@
-// Xpaths from path tokens and the node hierarchy.
+// Building xpaths from path tokens and the node hierarchy.
 #include "tvk_map_common/internal/assertion.h"
 #include "tvk_map_common/internal/log.h"
 #include "tvk_map_common/internal/node.h"
@@ -10,7 +10,7 @@ namespace tvk {
 
 namespace {
 
-// Appends stop at the first that does not fit; the buffer is empty then.
+// Appends texts to a buffer. The first one that does not fit leaves the buffer empty, and nothing more is appended.
 class XpathText {
 public:
     explicit XpathText(char *buffer) : buffer_(buffer) {}
@@ -26,8 +26,8 @@ private:
     bool fits_ = true;
 };
 
-// While keys or a propagation are worked on, the node of a list entry may stand for entries that the mapping code put
-// on the stack.
+// Returns the nodes among which the keys of a list entry are. While keys or a propagation are worked on, an entry
+// without children stands for the nodes on top of the instance-tree stack.
 std::span<Node> key_candidates(tvk_map_ctx ctx, Node &list_entry) {
     const std::span<Node> own = children(list_entry);
     if (!own.empty() || (!is_propagating(ctx) && !is_working_on_keys(ctx))) {
@@ -125,7 +125,7 @@ qerrno tvk_map_add_leaf_from_xpath(tvk_map_ctx ctx, const struct qidl_tvk_datatr
     record.op = TVK_XPATH_ADD;
     record.kind = TVK_XPATH_LEAF;
     record.root = root;
-    // A namespace that does not fit leaves an empty one, which the operation refuses.
+    // A namespace that does not fit leaves the field empty, and the operation refuses that.
     strncpy_s(record.ns, sizeof record.ns, ns, sizeof record.ns);
     if (const qerrno status =
             tvk_map_build_xpath_from_tokens(ctx, tokens, token_count, kLevelOffset, record.xpath, nullptr);
