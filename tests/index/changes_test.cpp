@@ -102,6 +102,7 @@ private:
         switch (below(12)) {
             case 0:
                 add_entry("last");
+                look_for("id", "last");
                 tvk_map_datatree_remove_last_subtree(mapping_.ctx, &box());
                 return add_entry(below(2) != 0 ? "last" : some_value());
             case 1:
@@ -135,12 +136,15 @@ private:
                 return;
         }
     }
+    void look_for(std::string key, std::string value) {
+        std::string path = "list";
+        const Record *entry = &box();
+        tvk_map_iterate_list(mapping_.ctx, &entry, key.data(), value.data(), path.data(), nullptr);
+        tell(entry);
+    }
     void search() {
-        for (std::string key : {"id", "name"}) {
-            std::string value = some_value(), path = "list";
-            const Record *entry = &box();
-            tvk_map_iterate_list(mapping_.ctx, &entry, key.data(), value.data(), path.data(), nullptr);
-            tell(entry);
+        for (const char *key : {"id", "name"}) {
+            look_for(key, some_value());
         }
         for (const std::string &tag : {some_tag(), std::string("list")}) {
             std::string path = "box/" + tag + "/x";
