@@ -68,7 +68,7 @@ NewChild::~NewChild() {
 
 void NewChild::commit() {
     attach_children(parent_, {array_, count_ + 1});
-    if (has(array_[count_], TVK_HAS_DATA)) {
+    if (keeps_index(ctx_) && has(array_[count_], TVK_HAS_DATA)) {
         entry_gains(ctx_, parent_, array_[count_].tag);
     }
     is_committed_ = true;
