@@ -52,7 +52,7 @@ Model read_tree(Input &input, unsigned depth = 0) {
     return model;
 }
 
-// What the oracle does not look into: nodes whose presence bit is wrong about their children.
+// Tells whether a node's presence bit is wrong about its children. The oracle does not look into such nodes.
 bool is_odd(const Model &model) {
     return model.claimed != 0 || (!model.has_children && !model.children.empty()) ||
            std::any_of(model.children.begin(), model.children.end(), is_odd);
@@ -91,7 +91,7 @@ struct Pair {
     Model filter, response;
 };
 
-// Which children a lookup finds, by place. What an index remembers of them must not outlive a sweep.
+// Lists the children that lookups find, by place. The index must not remember them beyond a sweep.
 std::string lookups(tvk_map_ctx ctx, const Record &tree) {
     std::string found;
     for (const char *key : {"a", "name"}) {

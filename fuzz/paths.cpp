@@ -67,7 +67,7 @@ std::string search(World &world, Input &input) {
     return world.outcome(status, wanted.entry);
 }
 
-// As the documentation of the operation has it: the entry's leaves by their full path, until the trim path is freed.
+// Adds an entry's leaves by their full path until the trim path is freed, as the documentation of the operation says.
 std::string search_and_fill(World &world, Input &input) {
     Wanted wanted(input);
     tvk_map_datatree_reset_trim_path_ctx(world.ctx());
@@ -185,7 +185,7 @@ std::string disturb(World &world, Input &input) {
     }
 }
 
-// How a request stands when its paths are added.
+// Changes the state in which a request adds its paths.
 std::string change_state(World &world, Input &input) {
     static std::string names[] = {kBundle, "b1"};
     constexpr std::uint32_t kBuildFlags[] = {0, TVK_BUILD_REPLACE_MERGING, TVK_BUILD_ERROR_NODE,

@@ -1,5 +1,5 @@
 // replay RECORD COUNT FOLDER...: runs a fuzz target on the files of the folders, and then on so many random inputs.
-// What those come to that RECORD names is printed, below the line that names them. What is wrong ends the process.
+// It prints the outcomes of the files that RECORD names, each below the line that names it. A fault ends the process.
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>

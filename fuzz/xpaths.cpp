@@ -14,7 +14,7 @@ bool is_there(World &world, const Record *node) {
     return node == &world.tree() || place_of(world.tree(), node) != "?";
 }
 
-// Where nodes of the tree are installed: the output list and then the pending entry.
+// The places that hold nodes of the tree: the output list, then the pending entry.
 std::vector<Record **> installed(World &world) {
     std::vector<Record **> places;
     for (std::uint8_t i = 0; i < world.state().output_list_count; ++i) {
@@ -38,7 +38,7 @@ public:
             marks_.push_back(*place != nullptr ? (*place)->framework_word : 0);
         }
     }
-    // What a step takes off or puts on stands at the end.
+    // A step adds and removes at the end alone, so the places in front stay comparable.
     void require_followed(bool all) const {
         const std::vector<Record **> places = installed(world_);
         for (std::size_t i = 0; i + (all ? 0 : 1) < std::min(places.size(), marks_.size()); ++i) {

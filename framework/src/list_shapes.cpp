@@ -2,8 +2,10 @@
 #include "framework/list_shapes.h"
 
 #include <algorithm>
+#include <deque>
 #include <set>
 #include <unordered_set>
+#include <utility>
 
 #include "framework/diagnostics.h"
 #include "framework/node_identity.h"
@@ -81,12 +83,9 @@ void learn_at(const Instances &instances, NodeShape &shape) {
     }
 }
 
-void learn_below(const std::vector<const Node *> &parents, NodeShape &shape, int levels) {
-    constexpr int kMaxLevels = 1000;
-    if (levels == kMaxLevels) {
-        return;
-    }
-    using Name = std::pair<std::string_view, std::string_view>;  // tag and namespace
+using Name = std::pair<std::string_view, std::string_view>;  // tag and namespace
+
+std::map<Name, Instances> children_by_name(const std::vector<const Node *> &parents) {
     std::map<Name, Instances> by_name;
     for (const Node *parent : parents) {
         std::set<Name> here;
@@ -99,18 +98,38 @@ void learn_below(const std::vector<const Node *> &parents, NodeShape &shape, int
             instances.back().push_back(&child);
         }
     }
-    for (const auto &[name, instances] : by_name) {
-        NodeShape &next = shape.below[std::string(name.first)];
-        if (shape.is_described) {
-            next.is_described = true;
-        } else {
-            learn_at(instances, next);
+    return by_name;
+}
+
+// The nodes of one name at one place, and the shape to learn for what is below them.
+struct Pending {
+    std::vector<const Node *> parents;
+    NodeShape *shape;
+    int level;
+};
+
+// Learns the shapes below roots, level by level, since data may be deeper than the stack of calls.
+void learn_below(const std::vector<const Node *> &roots, NodeShape &top) {
+    constexpr int kMaxLevels = 1000;
+    std::deque<Pending> places{{roots, &top, 0}};
+    for (; !places.empty(); places.pop_front()) {
+        const Pending &place = places.front();
+        if (place.level == kMaxLevels) {
+            continue;
         }
-        std::vector<const Node *> nodes;
-        for (const Entries &entries : instances) {
-            nodes.insert(nodes.end(), entries.begin(), entries.end());
+        for (const auto &[name, instances] : children_by_name(place.parents)) {
+            NodeShape &next = place.shape->below[std::string(name.first)];
+            if (place.shape->is_described) {
+                next.is_described = true;
+            } else {
+                learn_at(instances, next);
+            }
+            std::vector<const Node *> nodes;
+            for (const Entries &entries : instances) {
+                nodes.insert(nodes.end(), entries.begin(), entries.end());
+            }
+            places.push_back({std::move(nodes), &next, place.level + 1});
         }
-        learn_below(nodes, next, levels + 1);
     }
 }
 
@@ -157,7 +176,7 @@ void Shapes::add(const std::string &text) {
 }
 
 void Shapes::learn(const std::vector<const Node *> &roots) {
-    learn_below(roots, top_, 0);
+    learn_below(roots, top_);
 }
 
 NodeShape &Shapes::at(std::string_view path) {

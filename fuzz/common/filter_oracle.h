@@ -1,4 +1,4 @@
-// What the filter does to trees, slowly and by recursion on a plain copy of them.
+// An oracle of the filter: it prunes a plain copy of a tree, slowly and by recursion.
 #ifndef TVK_FUZZ_FILTER_ORACLE_H
 #define TVK_FUZZ_FILTER_ORACLE_H
 

@@ -45,7 +45,7 @@ public:
         return found;
     }
 
-    // What was read since the last call, as text.
+    // Returns what was read since the last call, as text.
     std::string all_read() { return std::exchange(read_, {}); }
 
 private:

@@ -1,4 +1,4 @@
-// What every fuzz target stands on.
+// The base of every fuzz target.
 #ifndef TVK_FUZZ_TARGET_H
 #define TVK_FUZZ_TARGET_H
 
@@ -22,7 +22,7 @@ std::string read_file(const std::string &path);
 void require(bool condition, const std::string &what);
 void require_equal(const std::string &expected, const std::string &actual, const std::string &what);
 
-// What an input comes to, for the record that a replay is compared with.
+// Prints the outcome of an input, for the record that a replay is compared with.
 void note(const std::string &line);
 void print_notes(bool wanted);
 

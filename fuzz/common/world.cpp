@@ -13,7 +13,7 @@ namespace tvk::fuzz {
 
 namespace {
 
-// What a request walks through: a container, a list entry with two keys, a container and a leaf, and so on down.
+// Makes the tree of a request: a container, a list entry with two keys, a container and a leaf, and so on down.
 test::Node request_tree() {
     using test::leaf;
     using test::node;

@@ -36,7 +36,7 @@ public:
 
     // A node not too far below the top of tree.
     Record &some_node(Input &input);
-    // What a step came to, and what the state holds then.
+    // Returns the outcome of a step with the contents of the state.
     std::string outcome(qerrno status, const Record *node = nullptr);
 
 private:
@@ -53,7 +53,7 @@ struct Step {
 
 // Walks into the next node of a small request, or out of the last.
 std::string walk(World &world, Input &input);
-// What mapping code changes itself, having said so.
+// Changes children as mapping code does itself, and announces it.
 std::string change_announced(World &world, Input &input);
 
 // The first choice of an input is 1 when allocations may fail. Without that, two worlds must come to the same with

@@ -23,7 +23,7 @@ Node top(const Children &...children) {
 
 struct Operation;
 
-// What a call finds: a tree, a request whose walk is inside /ifs/if, and room for what the operation answers.
+// The surroundings of a call: a tree, a request whose walk is inside /ifs/if, and room for the operation's answers.
 class World {
 public:
     World(const Operation &operation, std::uint32_t index_children_from);
@@ -75,7 +75,7 @@ struct Operation {
 // A row for each exported operation, or several.
 const std::vector<Operation> &operations();
 
-// What an operation answers, and the world then: with all memory, and with each allocation failing in turn.
+// The answers of an operation and the world after them: with all memory, and with each allocation failing in turn.
 struct Outcomes {
     std::string whole;
     std::set<std::string> without_memory;

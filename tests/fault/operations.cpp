@@ -24,7 +24,7 @@ char *path(const char *text) {
     return std::strcpy(buffer, text);
 }
 
-// What a call comes to as a status: a pointer as whether there is one, nothing as success.
+// Makes a status of a call's result: 1 or 0 of a pointer, success of nothing.
 template <class Call>
 qerrno status_of(Call call) {
     using Answer = decltype(call());
@@ -79,7 +79,7 @@ qerrno share_children(World &w) {
     return status;
 }
 
-// What may add to a tree.
+// Operations that may add to a tree.
 void add_adding(Table &rows) {
     ROW(tvk_map_datatree_add_subtree, w.ctx, w.tree.get(), "b", kNs, "1", nullptr, &w.out, 0).on(top(node("a")));
     ROW(tvk_map_datatree_add_subtree, w.ctx, w.tree.get(), "a", kNs, "2", nullptr, &w.out, 0).on(top(leaf("a", "1")));
@@ -122,7 +122,7 @@ void add_adding(Table &rows) {
     });
 }
 
-// What changes nodes, or the state of the request.
+// Operations that change nodes, or the state of the request.
 void add_changing(Table &rows) {
     ROW(tvk_map_update_node_namespace, w.ctx, w.at("a"), kOther).on(top(node("a")));
     ROW(tvk_map_datatree_update_namespace, w.ctx, w.tree.get(), path("a/b"), kOther, 2).on(top(node("a")(node("b"))));
@@ -145,7 +145,7 @@ void add_changing(Table &rows) {
     ROW(tvk_map_data_intf_secs_uint32_to_yang_date_and_time, "1", 1, &w.value);
 }
 
-// What only asks, and what it pushes on a stack.
+// Operations that only ask, or push on a stack.
 void add_asking(Table &rows) {
     ROW(tvk_map_datatree_get_subtree_num, w.ctx, w.tree.get(), "top/a", &w.number).on(top(node("a")(node("b"))));
     ROW(tvk_map_get_subtree_from_key, w.ctx, w.tree.get(), "a", "1", nullptr).on(top(leaf("a", "1")));
@@ -191,7 +191,7 @@ void stitch(World &w) {
     tvk_map_stitch_list_to_list(w.ctx, &w.xpath(TVK_XPATH_ADD, TVK_XPATH_CONTAINER, "/a/x"));
 }
 
-// What a request may leave behind, with something in each field that owns.
+// Leaves something in each field of the state that owns.
 void leave_all(World &w) {
     open_output(w);
     stitch(w);
@@ -215,7 +215,7 @@ qerrno filtered(World &w, decltype(tvk_map_dfs_filter_mark) *mark) {
     return tvk_map_dfs_filter_sweep(w.ctx, w.tree.get());
 }
 
-// What walks whole trees. Of what is filtered less is kept, never more.
+// Operations that walk whole trees. Without memory a filter keeps less, never more.
 void add_walking(Table &rows) {
     const Node whole = top(node("a")(leaf("b", "1"), leaf("c", "2").insert(TVK_INSERT_FIRST)), leaf("d", "3"));
     rows.row("tmap_high_list_parse", [](World &w) { return parse_if(w.ctx, w.request->subtrees, w.tree.get()); });
@@ -238,7 +238,7 @@ void add_walking(Table &rows) {
         .on(top(node("a").kind(2)(leaf("b", "1").kind(3), leaf("c", "2")), leaf("d", "3")));
 }
 
-// What never asks for memory.
+// Operations that never allocate.
 void add_quiet(Table &rows) {
     ROW(print_stack, w.ctx, w.levels, 1, "");
     ROW(qidl_tvk_datatree_free_ext_cpy, &w.at("a")->tag, tvk_gpb_free, nullptr);

@@ -1,4 +1,4 @@
-// What the phases do with much, with deep and with too little.
+// Tests the phases with large trees, with deep ones, and without memory.
 #include <gtest/gtest.h>
 #include <pthread.h>
 

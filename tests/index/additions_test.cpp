@@ -27,7 +27,7 @@ struct Case {
     const char *ns = kNs;
 };
 
-// What comes of it. The first search makes the index, the second one comes as the request was prepared.
+// Returns the outcome of the additions. The first search makes the index, the second one finds it made.
 std::string add_entries(Case list, std::uint32_t index_from) {
     LogCapture log(TVK_LOG_LEVEL_ERR);
     tvk_platform_set_router_type(0);

@@ -1,5 +1,5 @@
-// What the example mappings make of requests, where the sample requests do not say it: why they refuse one, and what
-// several operations on one node come to.
+// Tests the example mappings where the sample requests do not: the reasons for which they refuse requests, and the
+// outcomes of several operations on one node.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -230,7 +230,7 @@ Node sequence(char kind, const std::vector<int> &operations) {
     return top;
 }
 
-// What a device that holds eth0 is told, and one that may not hold it.
+// A device that holds eth0 is told one operation, and one that may not hold it another.
 TEST_F(ExampleMappings, JoinTheOperationsOnANode) {
     constexpr int kM = TVK_OPERATION_MERGE, kR = TVK_OPERATION_REPLACE, kC = TVK_OPERATION_CREATE,
                   kD = TVK_OPERATION_DELETE, kV = TVK_OPERATION_REMOVE;
@@ -281,7 +281,7 @@ Node long_list(int interfaces, int subinterfaces) {
     return list;
 }
 
-// Where the subinterfaces of an interface are holds while the list grows, and not when it begins anew.
+// The mapping may remember the places of subinterfaces while their list grows, but not when the list begins anew.
 TEST_F(ExampleMappings, DeleteThePartsOfAnInterfaceInALongList) {
     Tree target = root()(long_list(12, 2));  // eth1 is not eth10
     MappingContext mapping;

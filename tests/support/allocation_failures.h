@@ -14,7 +14,7 @@
 
 namespace tvk::test {
 
-// What fails in one run of a scenario: the nth allocation, or none when nth is 0.
+// The failure in one run of a scenario: the nth allocation fails, none when nth is 0.
 class AllocationFailure {
 public:
     AllocationFailure(std::uint64_t nth, bool from_there_on) : nth_(nth), from_there_on_(from_there_on) {}

@@ -21,7 +21,7 @@ std::string field(const char *name, const char *value);
 std::string field(const char *name, const qidl_tvk_datatree *record);
 std::string field(const char *name, std::size_t value);
 
-// What goes to the debug log (up to a level, all at first) and to the trace while it lives.
+// Captures the debug log, up to a level, and the trace while it lives.
 class LogCapture {
 public:
     explicit LogCapture(std::uint32_t level = TVK_LOG_LEVEL_TRC);
@@ -50,7 +50,8 @@ public:
     MappingContext(const MappingContext &) = delete;
     MappingContext &operator=(const MappingContext &) = delete;
 
-    // What the state holds beside tree, on one line: " trim=top/l outputs=1". Levels of the walk from `first_level` on.
+    // Returns the contents of the state beside tree on one line: " trim=top/l outputs=1". Shows the levels of the walk
+    // from first_level on.
     std::string text(const qidl_tvk_datatree &tree, int first_level = 2) const;
 
     tvk_framework_context framework{};

@@ -1,4 +1,4 @@
-// What a framework does around the handlers of a mapping module.
+// Plays the framework around the handlers of a mapping module.
 #ifndef TVK_TEST_MAPPED_REQUEST_H
 #define TVK_TEST_MAPPED_REQUEST_H
 

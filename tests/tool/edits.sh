@@ -1,5 +1,5 @@
 #!/bin/bash
-# What edits come to on data, and what is refused: edits.sh TVK-MAP. Ends with the first expectation that fails.
+# Applies edits to data, and refuses others: edits.sh TVK-MAP. Ends with the first expectation that fails.
 set -eu
 tool=$(realpath "$1")
 folder=$(mktemp -d)
@@ -25,7 +25,7 @@ run() {
 }
 # says PATTERN: in one line of what was printed, whatever the stream.
 says() { grep -Eq -- "$1" out err || fail "nothing matches $1"; }
-# What is printed, without the envelope, line breaks and indent.
+# Prints the data alone, without the envelope, line breaks and indent.
 data() { tr -d '\n' <out | sed -E 's/> +</></g; s/<config [^>]*>//; s/<\/config>//; s/ xmlns="[^"]*"//g'; }
 # comes_to TEXT
 comes_to() { [ "$(data)" = "$1" ] || fail "$(data), expected $1"; }
@@ -70,7 +70,7 @@ applied '<t><v a="1">x</v></t>' "<t><v op='replace' a='2'>x</v></t>" '<t><v a="2
     '<t><v op="replace" a="2">x</v></t>'
 applied "<t><v xmlns:a='urn:a'>a:x</v></t>" "<t><v xmlns:b='urn:b'>b:y</v></t>" '<t><v xmlns:b="urn:b">b:y</v></t>' \
     '<t><v op="replace" xmlns:b="urn:b">b:y</v></t>'
-# Where an entry stands already it is not moved; where a new one stands is told.
+# An entry that stands there already is not moved. The change tells the place of a new one.
 applied "<t>$(u 1)$(u 2)</t>" "<t><u y:insert='first'><k>1</k></u><u y:insert='after' y:key=\"[k='1']\"><k>2</k></u></t>" \
     "<t>$(u 1)$(u 2)</t>" ''
 applied "<t>$(u 1)</t>" "<t><u y:insert='last'><k>2</k></u></t>" "<t>$(u 1)$(u 2)</t>" \

@@ -85,7 +85,7 @@ expect "help" 0 out "Examples:" edit --help </dev/null
 expect "version" 0 out "^tvk-map [0-9]" --version </dev/null
 expect "nothing to do" 0 out "^<config xmlns=\"$nc\"/>" edit --mapping "$module" - <nothing.xml
 
-# What documents are refused for, the corpora of the fuzz targets have; here: that it is told as it should be.
+# The corpora of the fuzz targets hold the reasons for refusals. These tests check how users are told.
 expect "70,002 lines" 2 err 'standard input:70002: operation "bad" of <v>' print - < <(
     echo '<data>' && yes '' | head -n 70000 && echo "<e><k>1</k><v xmlns:nc='$nc' nc:operation='bad'/></e></data>")
 edit "message id" 1 out '<rpc-reply .*message-id="a&amp;1"' \

@@ -120,7 +120,7 @@ list "ISO 8859-1" 0 out "^a : é" < <(printf "<?xml version='1.0' encoding='ISO-
     refused "many namespace declarations" 61 "more than 1000 namespace declarations are in force"
 refused "an element of XML itself" 2 "<xml:foo> is in the namespace of XML itself" <<<$'<a>\n<xml:foo/></a>'
 
-# What is no XML document alone.
+# Inputs that are no XML document, or more than one.
 refused "JSON" 1 "is JSON" <<<$' {"a": 1}'
 refused "broken chunks" 1 "the chunked framing is broken" < <(printf '\n#4\n<a/>\n#9\n</a>\n##\n')
 refused "two framed messages" 1 "holds more than one framed message" < <(printf '\n#4\n<a/>\n##\n\n#4\n<a/>\n##\n')
@@ -158,7 +158,7 @@ top "<leaf y:insert='after' y:key=\"[k='$special']\">$special</leaf>" |
 inserted "[p:k='v']" | list "an insert key with a prefix" 0 out "\(key\) \(k=v\)$"
 inserted "[k='$(repeat 5000 v)']" | list "an insert key of 5,000 characters" 0 out "insert=after"
 
-# What stands between elements.
+# Comments, instructions and CDATA between elements.
 note='<!-- <a> --><?x <a>?>'
 leaf="<leaf>$note<!-- -->1$note<![CDATA[2]]>$note</leaf>"
 edit_deep "comments and instructions everywhere" 0 out ">12</leaf>" \

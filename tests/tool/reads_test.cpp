@@ -1,5 +1,5 @@
-// What a filter selects does not depend on how it is walked: either phase of the engine, and a walk of everything, come
-// to the same reply. Filters are drawn from the reply that holds everything.
+// A filter selects the same data however it is walked: both phases of the engine, and a walk of everything, give the
+// same reply. The tests draw filters from the reply that holds everything.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What the walk keeps: hierarchy, output list, current list, schema of the request, instance-tree stack, lookups.
+// Tests the state of the walk: hierarchy, output list, current list, request schema, instance-tree stack, lookups.
 
 #include "kel_memory.h"
 #include "tvk_platform_control.h"

@@ -57,7 +57,7 @@ protected:
     WalkTest() { running = this; }
     ~WalkTest() override { running = nullptr; }
 
-    // What the handler of that name does once it is written down; without an action it returns 0.
+    // Gives the handler of that name an action, taken once its call is noted. Without one it returns 0.
     void on(const std::string &handler, Action action) { actions[handler] = std::move(action); }
     void answer(const std::string &handler, qerrno status) {
         on(handler, [status](tvk_map_ctx, qidl_tvk_datatree &) { return status; });

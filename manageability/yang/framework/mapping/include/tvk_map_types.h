@@ -109,7 +109,7 @@ struct tvk_map_itree_stack {
 
 /*
  * State of one request. The framework creates it zeroed with the context. When the request has ended, it calls
- * tvk_map_release_request_state (tvk_map_walk.h), and then releases the record.
+ * tvk_map_release_request_state (tvk_map_state.h), and then releases the record.
  */
 struct tvk_map_request_state {
     struct tvk_request *request;
