@@ -165,6 +165,10 @@ TEST_F(AddSubtree, SharesOrMovesChildren) {
     EXPECT_TREE(root()(entry), parent);
     EXPECT_EQ(source->subtrees, parent->subtrees->subtrees);
     source->subtrees = nullptr;
+    Tree own = root()(entry);  // a source beside which it comes to stand
+    EXPECT_STATUS(TVK_OK, tvk_map_datatree_add_subtree_with_data(ctx, own.get(), own->subtrees, 1));
+    EXPECT_EQ(own->subtrees[0].subtrees, own->subtrees[1].subtrees);
+    own->subtrees[1].subtrees = nullptr;
 
     const Node emptied = b().with(TVK_HAS_SUBTREES);  // says that it has children, and has none
     Tree from = root()(entry, emptied), to = root();
