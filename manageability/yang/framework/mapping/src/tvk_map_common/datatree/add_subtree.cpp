@@ -222,16 +222,17 @@ qerrno add_new(const Addition &add) {
         TVK_ERR_AS(kOperation, add.ctx, "Failed to allocate subtrees!");
         return TVK_ERR_NO_MEMORY;
     }
-    if (!name(add, *child)) {
+    Node &node = *child;
+    if (!name(add, node)) {
         return TVK_ERR_NO_MEMORY;
     }
     if (const Node *template_node = template_reference.in(child.array()); template_node != nullptr) {
-        apply_template(add.ctx, *template_node, *child);
+        apply_template(add.ctx, *template_node, node);
     }
-    apply_marks(add, *child, child.new_count());
+    apply_marks(add, node, child.new_count());
     TVK_TRC_AS(kOperation, add.ctx, "Setting updated subtree array (%p).", static_cast<const void *>(child.array()));
     child.commit();
-    add.found(*child);
+    add.found(node);
     return TVK_OK;
 }
 

@@ -56,22 +56,11 @@ NewChild::NewChild(tvk_map_ctx ctx, Node &parent)
     }
 }
 
-NewChild::~NewChild() {
-    if (array_ == nullptr || is_committed_) {
-        return;
-    }
+void NewChild::release() {
     free_contents(array_[count_]);
     if (!has(parent_, TVK_HAS_SUBTREES)) {
         kel_named_free(array_);
     }
-}
-
-void NewChild::commit() {
-    attach_children(parent_, {array_, count_ + 1});
-    if (keeps_index(ctx_) && has(array_[count_], TVK_HAS_DATA)) {
-        entry_gains(ctx_, parent_, array_[count_].tag);
-    }
-    is_committed_ = true;
 }
 
 void set_value(tvk_map_ctx ctx, const Node &parent, Node &child, NamedString value) {

@@ -19,7 +19,11 @@ class NewChild {
 public:
     // Makes a zeroed record. The object is false when there is no memory or the parent can count no more children.
     NewChild(tvk_map_ctx ctx, Node &parent);
-    ~NewChild();
+    ~NewChild() {
+        if (array_ != nullptr && !is_committed_) {
+            release();
+        }
+    }
     NewChild(const NewChild &) = delete;
     NewChild &operator=(const NewChild &) = delete;
 
@@ -30,9 +34,19 @@ public:
     // Returns the number of children including this one.
     std::int32_t new_count() const { return count_ + 1; }
 
-    void commit();
+    void commit() {
+        parent_.subtrees = array_;
+        parent_.subtree_count = count_ + 1;
+        set_present(parent_, TVK_HAS_SUBTREES);
+        if (keeps_index(ctx_) && has(array_[count_], TVK_HAS_DATA)) {
+            entry_gains(ctx_, parent_, array_[count_].tag);
+        }
+        is_committed_ = true;
+    }
 
 private:
+    void release();
+
     tvk_map_ctx ctx_;
     Node &parent_;
     std::int32_t count_;
