@@ -18,8 +18,9 @@ void attach_children(Node &node, const DetachedChildren &children) {
     set_present(node, TVK_HAS_SUBTREES);
 }
 
-// Tells the request state and the index where the watched children stand now.
-void follow(tvk_map_ctx ctx, const WatchedArray &watched, const Node *former, std::span<Node> now) {
+// Tells the request state and the index where the watched children stand now. Every added node comes through here.
+[[gnu::always_inline]] inline void follow(tvk_map_ctx ctx, const WatchedArray &watched, const Node *former,
+                                          std::span<Node> now) {
     if (ctx == nullptr || ctx->state == nullptr) {
         return;
     }
@@ -33,12 +34,12 @@ void follow(tvk_map_ctx ctx, const WatchedArray &watched, const Node *former, st
 
 }  // namespace
 
-NewChild::NewChild(tvk_map_ctx ctx, Node &parent)
-    : ctx_(ctx), parent_(parent), count_(static_cast<std::int32_t>(children(parent).size())) {
+NewChild::NewChild(tvk_map_ctx ctx, Node &parent) : ctx_(ctx), parent_(parent) {
+    const std::span<Node> siblings = children(parent);
+    count_ = static_cast<std::int32_t>(siblings.size());
     if (count_ == INT32_MAX) {
         return;
     }
-    const std::span<Node> siblings = children(parent);
     const Node *former = siblings.data();
     const WatchedArray watched{siblings};
     const std::size_t records = siblings.size() + 1;

@@ -49,7 +49,7 @@ private:
 
     tvk_map_ctx ctx_;
     Node &parent_;
-    std::int32_t count_;
+    std::int32_t count_ = 0;
     Node *array_ = nullptr;
     bool is_committed_ = false;
 };
