@@ -209,9 +209,9 @@ TEST(SharedArrays, AreCopiedWhereATreeShowsThemAgain) {
     TreeHolder data;
     take_data(XmlDocument::parse("<data><a><b>1</b></a><a/></data>", "the data", kNativeLayout), data);
     Node &again = data.tops()[1];
-    again = data.tops()[0];
-    again.tag = again.ns = nullptr;
-    again.presence = TVK_HAS_SUBTREES;
+    again.subtrees = data.tops()[0].subtrees;
+    again.subtree_count = 1;
+    set_present(again, TVK_HAS_SUBTREES);
     own_arrays(data.root(), {});
     EXPECT_NE(data.tops()[0].subtrees, again.subtrees);
     EXPECT_EQ("1", std::string(value_of(again.subtrees[0])));
