@@ -78,6 +78,18 @@ TEST_F(Phases, Container) {
     const auto entries = [](const Node &first, const Node &second) {
         return node("top")(node("list").type(3)(node("unit").type(4)(first), node("unit").type(4)(second)));
     };
+    // One part is selected, two others have content that differs.
+    const auto asking = [](const char *name) {
+        const Node y = leaf("y", "1").type(6);
+        return node(name).type(3)(node("c").type(3)(y), node("e").type(3)(y), node("d").type(3)(node("x").type(1)));
+    };
+    const Node y = leaf("y", "2"), x = leaf("x", "5");
+    const auto asked = [&](const char *name) { return node(name)(node("c")(y), node("e")(y), node("d")(x)); };
+    const auto kept = [&](const char *name) {
+        const Node dropped_y = Node(y).kind(kDrop);
+        return node(name).kind(kNode)(node("c").kind(kDrop)(dropped_y), node("e").kind(kDrop)(dropped_y),
+                                      node("d").kind(kNode)(Node(x).kind(kNode)));
+    };
     const struct {
         const char *why;
         Node source, target, expected;
@@ -136,6 +148,9 @@ TEST_F(Phases, Container) {
          node("bgp")(node("bgp")(node("y"))), node("bgp").kind(kNode)(node("bgp")(node("y")))},
         {"a target without children is dropped", filter_of(asks_for_vlan), response_of(), marked(kDrop, kDrop),
          all_dropped},
+        {"drops below a sibling do not count", node("top").type(3)(asking("a"), asking("b")),
+         node("top")(asked("a"), asked("b")), node("top").kind(kNode)(kept("a"), kept("b")),
+         content_failed + "|" + content_failed + "|" + content_failed + "|" + content_failed},
         {"a tag that is missing abandons, and marks stay", node("top")(key_a, root().data("1").type(6)),
          node("top")(name), node("top")(whole_name)},
     };

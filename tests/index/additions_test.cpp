@@ -101,9 +101,37 @@ TEST_F(Additions, GoWhereThePathLeads) {
         {.top = root()(box(node("list").index(1)(leaf("config/id", "1")))), .key = "config/id"},
         {.top = root()(node("list").index(1)(leaf("id", "1"))), .path = "list", .ns = nullptr},
         {root()(configuration), placed, "interface-configuration", "interface-name"},
+        {.top = root()(box()), .path = "box/none/list"},
+        {.top = root()(box()), .path = "none/list"},
     };
     for (const Case &list : kCases) {
         EXPECT_EQ(add_entries(list, 0), add_entries(list, 1)) << show(list.top) << list.path;
+    }
+}
+
+// A search by key among entries of one name, and one among all children, each find what a scan finds.
+TEST_F(Additions, SearchesOfOneNameAndOfAllAreKeptApart) {
+    const Tree tree = root()(
+        node("box", kSketchedNs)(node("list").index(1)(leaf("id", "1")), node("item").index(2)(leaf("id", "2"))));
+    const auto find_named = [&](MappingContext &mapping, std::string value) {
+        std::string key = "id", path = "list";
+        const Record *entry = find(tree, "box");
+        return tvk_map_iterate_list(mapping.ctx, &entry, key.data(), value.data(), path.data(), nullptr) == TVK_OK;
+    };
+    const auto find_any = [&](MappingContext &mapping, const char *value) {
+        return tvk_map_is_list_node_already_present(mapping.ctx, tree.get(), "box", "", "id", value, nullptr) == 1;
+    };
+    for (const bool named_first : {true, false}) {
+        MappingContext mapping;
+        mapping.context.index_children_from = 1;
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_TRUE(!named_first || find_named(mapping, "1"));
+            EXPECT_TRUE(find_any(mapping, "1"));
+            EXPECT_TRUE(find_any(mapping, "2"));
+            EXPECT_FALSE(find_any(mapping, "3"));
+            EXPECT_TRUE(find_named(mapping, "1"));
+            EXPECT_FALSE(find_named(mapping, "2")) << "an entry of another name";
+        }
     }
 }
 

@@ -89,6 +89,11 @@ TEST_F(Services, SessionsAreFoundWhileOthersComeAndGo) {
         thread.join();
     }
     EXPECT_EQ(0, wrong);
+    tvk_session other{};
+    for (tvk_session *set : {&session, &other, static_cast<tvk_session *>(nullptr)}) {  // the last one set counts
+        tvk_platform_set_session(&framework, 1, set);
+        EXPECT_EQ(set, tvk_session_find(&framework, 1));
+    }
 }
 
 TEST_F(Services, DumpsTreesToTheDebugLog) {

@@ -69,6 +69,8 @@ expect "folder as request" 2 err "folder\.xml: .*[Ii]s a directory" edit --mappi
 expect "empty request" 2 err "empty\.xml: is empty" edit --mapping "$module" empty.xml </dev/null
 expect "empty standard input" 2 err "standard input: is empty" edit --mapping "$module" - </dev/null
 expect "standard input twice" 2 err "only one" edit --mapping "$module" --into - - </dev/null
+expect "one name twice" 2 err "missing\.xml: .*No such file" \
+    edit --mapping "$module" --into missing.xml missing.xml </dev/null
 expect "missing target" 2 err "missing\.xml: .*No such file" \
     edit --mapping "$module" --into missing.xml nothing.xml </dev/null
 expect "broken target" 2 err "broken\.xml:2: " edit --mapping "$module" --into broken.xml nothing.xml </dev/null

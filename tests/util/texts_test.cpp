@@ -1,6 +1,7 @@
 // Addresses, paths and values as texts. Each stands in a block of its own size, so that a read behind it is noticed.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,16 @@ TEST_F(Texts, Ipv4AddressesMayHaveAZone) {
         EXPECT_EQ(0, tvk_map_is_valid_ipv4_addr(Exact(text).get())) << text;
     }
     EXPECT_EQ(0, tvk_map_is_valid_ipv4_addr(nullptr));
+}
+
+TEST_F(Texts, TimestampsAreMicrosecondsSinceTheEpoch) {
+    const auto now = [] {
+        const auto since = std::chrono::system_clock::now().time_since_epoch();
+        return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::microseconds>(since).count());
+    };
+    constexpr std::uint64_t kHour = 3600000000;  // the clock may be set meanwhile
+    EXPECT_LT(now() - kHour, tvk_map_get_timestamp());
+    EXPECT_GT(now() + kHour, tvk_map_get_timestamp());
 }
 
 TEST_F(Texts, AreCutAtSlashes) {
