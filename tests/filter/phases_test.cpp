@@ -79,16 +79,16 @@ TEST_F(Phases, Container) {
         return node("top")(node("list").type(3)(node("unit").type(4)(first), node("unit").type(4)(second)));
     };
     // One part is selected, two others have content that differs.
-    const auto asking = [](const char *name) {
+    const auto asking = [](const char *tag) {
         const Node y = leaf("y", "1").type(6);
-        return node(name).type(3)(node("c").type(3)(y), node("e").type(3)(y), node("d").type(3)(node("x").type(1)));
+        return node(tag).type(3)(node("c").type(3)(y), node("e").type(3)(y), node("d").type(3)(node("x").type(1)));
     };
     const Node y = leaf("y", "2"), x = leaf("x", "5");
-    const auto asked = [&](const char *name) { return node(name)(node("c")(y), node("e")(y), node("d")(x)); };
-    const auto kept = [&](const char *name) {
+    const auto asked = [&](const char *tag) { return node(tag)(node("c")(y), node("e")(y), node("d")(x)); };
+    const auto kept = [&](const char *tag) {
         const Node dropped_y = Node(y).kind(kDrop);
-        return node(name).kind(kNode)(node("c").kind(kDrop)(dropped_y), node("e").kind(kDrop)(dropped_y),
-                                      node("d").kind(kNode)(Node(x).kind(kNode)));
+        return node(tag).kind(kNode)(node("c").kind(kDrop)(dropped_y), node("e").kind(kDrop)(dropped_y),
+                                     node("d").kind(kNode)(Node(x).kind(kNode)));
     };
     const struct {
         const char *why;

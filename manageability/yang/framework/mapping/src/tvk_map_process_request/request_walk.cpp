@@ -6,24 +6,17 @@
 
 namespace tvk {
 
-qerrno check_arguments(const char *operation, tvk_map_ctx ctx, const Node *node, const Node *target,
-                       const void *instruction) {
-    if (node == nullptr || target == nullptr) {
+qerrno refuse_arguments(const char *operation, tvk_map_ctx ctx, bool lacks_nodes) {
+    if (lacks_nodes) {
         TVK_ERR_AS(operation, ctx, "Invalid arguments passed!");
         tvk_oc_error_path(ctx);
-        return TVK_ERR_INVALID;
-    }
-    if (instruction == nullptr) {
+    } else {
         TVK_ERR_AS(operation, ctx, "NULL argument(s) passed!");
-        return TVK_ERR_INVALID;
     }
-    return TVK_OK;
+    return TVK_ERR_INVALID;
 }
 
-qerrno check_children(const char *operation, tvk_map_ctx ctx, const Node &node) {
-    if (!lost_children(node)) {
-        return TVK_OK;
-    }
+qerrno refuse_lost_children(const char *operation, tvk_map_ctx ctx) {
     TVK_ERR_AS(operation, ctx, "Failed to get subtrees!");
     TVK_TRC_AS(operation, ctx, "End");
     return TVK_ERR_NOT_FOUND;

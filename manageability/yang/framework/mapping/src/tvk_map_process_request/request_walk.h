@@ -15,12 +15,22 @@ namespace tvk {
 const tmap_child_entry *find_child_handler(tvk_map_ctx ctx, std::span<const tmap_child_entry> entries,
                                            const Node &child);
 
-// Makes the checks that every parse begins with: first node and target, then the table or handler of the parse. Records
-// the error path when node or target is missing. operation is the parse's name for messages.
-qerrno check_arguments(const char *operation, tvk_map_ctx ctx, const Node *node, const Node *target,
-                       const void *instruction);
-// Returns TVK_ERR_NOT_FOUND when node claims to have children but has no array of them.
-qerrno check_children(const char *operation, tvk_map_ctx ctx, const Node &node);
+// Refuses the arguments of a parse and records the error path when it lacks its nodes; returns TVK_ERR_INVALID.
+[[gnu::cold]] qerrno refuse_arguments(const char *operation, tvk_map_ctx ctx, bool lacks_nodes);
+// Refuses a node that claims to have children but has no array of them; returns TVK_ERR_NOT_FOUND.
+[[gnu::cold]] qerrno refuse_lost_children(const char *operation, tvk_map_ctx ctx);
+
+// Makes the checks that every parse begins with: first node and target, then the table or handler of the parse.
+// operation is the parse's name for messages.
+inline qerrno check_arguments(const char *operation, tvk_map_ctx ctx, const Node *node, const Node *target,
+                              const void *instruction) {
+    const bool lacks_nodes = node == nullptr || target == nullptr;
+    return lacks_nodes || instruction == nullptr ? refuse_arguments(operation, ctx, lacks_nodes) : TVK_OK;
+}
+
+inline qerrno check_children(const char *operation, tvk_map_ctx ctx, const Node &node) {
+    return lost_children(node) ? refuse_lost_children(operation, ctx) : TVK_OK;
+}
 
 // Handles a child that no table entry claims. A child in unsupported_ns is left out of a read, and ends any other
 // request.
