@@ -108,6 +108,8 @@ TEST(MarkSelected, FollowsTheRulesOfSubtreeFilters) {
          "t(a=x,b=2)"},
         {"a value of a module", "<t><a>i:x</a><b/></t>",
          "<t><a xmlns:i='urn:j'>i:x</a><b>1</b></t><t><a>i:x</a><b>2</b></t>", "t(a=i:x@urn:i,b=2)"},
+        {"one that names none", "<t><a xmlns:q='urn:q'>q:x</a></t>", "<t><a>q:x</a></t><t><a>x</a></t>", "t(a=q:x)"},
+        {"or is asked for so", "<t><a>q:x</a></t>", "<t><a xmlns:q='urn:q'>q:x</a></t>", "t(a=q:x@urn:q)"},
         {"all values must match", "<t><a>1</a><b>2</b><c/></t>", "<t><a>1</a><b>1</b><c/></t>", ""},
         {"values alone keep all", "<t><a>1</a></t>", "<t><a>1</a><b>2</b></t><t><a>2</a></t>", "t(a=1,b=2)"},
         {"the keys stand in front", "<t><l><c><b/></c></l></t>", "<t>" + entries + "</t>", "t(l(k=1,c(b=2)))"},

@@ -210,6 +210,9 @@ TEST_F(Namespaces, RestampsWithTextsOfTheTree) {
     const Tree unmarked = node("top", "urn:old").without(TVK_HAS_SUBTREES)(node("b"));
     EXPECT_STATUS(TVK_OK, tvk_map_datatree_update_namespace(ctx, unmarked.get(), std::string("b").data(), kNs, 0));
     EXPECT_STREQ(kNs, unmarked->subtrees[0].ns) << "the count alone says that there are children";
+    const Tree ended = node("top", "urn:old")(node("b")(node("c")));
+    EXPECT_STATUS(TVK_OK, tvk_map_datatree_update_namespace(ctx, ended.get(), std::string("b/x").data(), kNs, 1));
+    EXPECT_STREQ("urn:old", find(ended, "b")->ns) << "nothing stands at the end of the path";
 }
 
 TEST_F(Namespaces, ValidatesAValueNamespace) {

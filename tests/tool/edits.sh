@@ -98,6 +98,7 @@ refused "<t><u op='create'><k>1</k></u></t>" "data-exists"
 refused "<t><u><k>1</k><w op='delete'/></u></t>" "<error-path>/t/u\[k='1'\]/w</error-path>"
 refused "<t><u op='create'><k>2</k><v op='delete'/></u></t>" "data-missing"
 refused "<t><u><v>1</v></u></t>" "<error-tag>missing-element<"
+refused "<t><u><k/></u></t>" "its key 'k' is missing"
 refused "<t><u><k op='delete'>1</k></u></t>" "<error-tag>operation-not-supported<"
 refused "<t><u y:insert='after' y:key=\"[k='9']\"><k>1</k></u></t>" "beside an entry that is not there"
 refused "<t op='replace'><u y:insert='after' y:key=\"[k='9']\"><k>1</k></u></t>" "beside an entry that is not there"
@@ -106,6 +107,9 @@ unset list
 refused "<t><u><k>2</k></u></t>" "/t/u: nothing shows whether this is a list: 'k' is '1' in the data and '2' in the edit"
 refused "<t><u/><u/></t>" "nothing shows what the keys of this list are"
 refused "<r><u><a>1</a><b>1</b></u><u><a>1</a><c>1</c></u></r>" "nothing shows what the keys of this list are"
+document edit.xml "<t><u><k>1</k><v>b</v></u></t>"
+run 0 apply --list=t/u=k,w --list=t/u=k data.xml edit.xml  # the last word counts
+comes_to "<t><m>1</m><u><k>1</k><v>b</v></u></t>"
 run 2 apply --list=t data.xml edit.xml
 says "is no PATH=KEY"
 document edit.xml "<t op='delete'/>"
